@@ -1,0 +1,30 @@
+# Warnings and sanitizers. Every target of ours links `mireth_options`; nothing of it is installed.
+option(MIRETH_WERROR "Treat warnings as errors" OFF)
+
+add_library(mireth_options INTERFACE)
+target_compile_options(mireth_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor
+  $<$<BOOL:${MIRETH_WERROR}>:-Werror>)
+
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # GCC 12 reports false positives of these inside its own standard library and in coroutine frames.
+  target_compile_options(mireth_options INTERFACE
+    -Wno-maybe-uninitialized -Wno-restrict -Wno-stringop-overflow -Wno-array-bounds)
+endif()
+
+if(MIRETH_SANITIZER STREQUAL "address")
+  set(_sanitize -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+elseif(MIRETH_SANITIZER STREQUAL "thread")
+  set(_sanitize -fsanitize=thread -fno-omit-frame-pointer)
+elseif(NOT MIRETH_SANITIZER STREQUAL "none")
+  message(FATAL_ERROR "MIRETH_SANITIZER is '${MIRETH_SANITIZER}'; it may be none, address or thread")
+endif()
+if(_sanitize)
+  target_compile_options(mireth_options INTERFACE ${_sanitize})
+  target_link_options(mireth_options INTERFACE ${_sanitize})
+endif()
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
+endif()

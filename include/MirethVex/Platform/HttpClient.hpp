@@ -1,0 +1,72 @@
+// Sends HTTP requests.
+#pragma once
+
+#include <chrono>
+#include <expected>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "MirethVex/Base/AnyCancellable.hpp"
+
+namespace mireth::platform {
+
+struct HttpRequest {
+    std::string url;
+    std::string method = "GET";
+    /// In sending order; a name may occur more than once.
+    std::vector<std::pair<std::string, std::string>> headers;
+    /// Absent: no body is sent.
+    std::optional<std::string> body;
+    /// The request fails after this long without any byte sent or received.
+    std::chrono::seconds idleTimeout{60};
+};
+
+/// Compares header names as RFC 9110 wants them compared: ASCII case does not count.
+struct CaseInsensitiveLess {
+    using is_transparent = void;
+    bool operator()(std::string_view left, std::string_view right) const noexcept;
+};
+
+using HeaderFields = std::map<std::string, std::string, CaseInsensitiveLess>;
+
+/// What a server answered. `status` and `headers` mean something only when `isHttp`.
+struct UrlResponse {
+    /// False for an answer over another scheme, which has no status.
+    bool isHttp = true;
+    /// The kind of response in words, for log lines.
+    std::string typeName = "HTTPURLResponse";
+    int status = 0;
+    /// The last value of each field.
+    HeaderFields headers;
+    std::string body;
+};
+
+/// No answer came: the address was refused by policy, could not be reached, timed out, or was cut off.
+struct TransportError {
+    std::string description;
+};
+
+using HttpResult = std::expected<UrlResponse, TransportError>;
+
+/// Any thread may send, also several at once. A client follows no redirects, speaks https only (http only to
+/// a loopback host or when it was built to allow it), checks certificates, and caps the body of an answer at
+/// 1 MiB (a longer one is a TransportError).
+class HttpClient {
+  public:
+    using Completion = std::move_only_function<void(HttpResult)>;
+
+    /// Ends every request still running; their completions are dropped. Waits for a running completion.
+    virtual ~HttpClient() = default;
+
+    /// Starts `request` and returns at once. `completion` is called exactly once, on a thread of the client's
+    /// own, never before `send` returns. Dropping or cancelling the token ends the request; no completion
+    /// begins after that.
+    virtual AnyCancellable send(HttpRequest request, Completion completion) = 0;
+};
+
+}  // namespace mireth::platform

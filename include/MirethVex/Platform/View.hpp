@@ -1,0 +1,66 @@
+// A node of the view tree that the library records.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "MirethVex/Base/Export.hpp"
+#include "MirethVex/Base/Geometry.hpp"
+#include "MirethVex/Platform/Layer.hpp"
+#include "MirethVex/Platform/ViewClass.hpp"
+
+namespace mireth::platform {
+
+class ViewController;
+
+/// A view with a layer. Main thread only. A toolkit binding uses it as it is, or subclasses it and answers
+/// the virtual functions from its own widgets; the library calls those once per captured frame, and whatever
+/// they build lazily has to stay good until the next call on the same view.
+///
+/// Always owned by std::shared_ptr (`std::make_shared<View>()`). A superview owns its subviews.
+class MIRETH_EXPORT View : public std::enable_shared_from_this<View> {
+  public:
+    explicit View(const ViewClass& viewClass = ViewClass::view());
+    virtual ~View();
+    View(const View&) = delete;
+    View& operator=(const View&) = delete;
+
+    virtual const ViewClass& viewClass() const { return *viewClass_; }
+    /// Back to front.
+    virtual const std::vector<std::shared_ptr<View>>& subviews() const { return subviews_; }
+    /// The model layer: the state the app has set. It need not hold its subviews' layers.
+    virtual const Layer& layer() const { return layer_; }
+    /// The state now on screen while it differs from the model, during an animation; else null.
+    virtual std::shared_ptr<const Layer> presentationLayer() const { return presentationLayer_; }
+    /// The controller whose root view this is; null for most views.
+    virtual std::shared_ptr<ViewController> viewController() const { return viewController_.lock(); }
+
+    Layer& mutableLayer() noexcept { return layer_; }
+    void setPresentationLayer(std::shared_ptr<const Layer> layer) { presentationLayer_ = std::move(layer); }
+    void setViewController(std::weak_ptr<ViewController> controller) {
+        viewController_ = std::move(controller);
+    }
+
+    std::shared_ptr<View> superview() const { return superview_.lock(); }
+    /// In front of the others. A view that has a superview is moved. A view is never added below itself:
+    /// such a call does nothing.
+    void addSubview(const std::shared_ptr<View>& subview);
+    void removeFromSuperview();
+
+    Rect frame() const { return layer().frame(); }
+    void setFrame(const Rect& frame) { layer_.setFrame(frame); }
+    Rect bounds() const { return layer().geometry.bounds; }
+
+    /// The nearest controller that owns this view: its own, else the nearest superview's that has one.
+    std::shared_ptr<ViewController> parentViewController() const;
+
+  private:
+    const ViewClass* viewClass_;
+    Layer layer_;
+    std::shared_ptr<const Layer> presentationLayer_;
+    std::weak_ptr<ViewController> viewController_;
+    std::weak_ptr<View> superview_;
+    std::vector<std::shared_ptr<View>> subviews_;
+};
+
+}  // namespace mireth::platform

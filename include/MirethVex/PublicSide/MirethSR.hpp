@@ -1,0 +1,99 @@
+// The library's entry point: what a host calls.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "MirethVex/Base/Async.hpp"
+#include "MirethVex/Base/Export.hpp"
+#include "MirethVex/Platform/PlatformServices.hpp"
+#include "MirethVex/Platform/Window.hpp"
+#include "MirethVex/PublicSide/DataModels/Enums/InitializationResult.hpp"
+#include "MirethVex/PublicSide/DataModels/Enums/LogLevel.hpp"
+#include "MirethVex/PublicSide/DataModels/Enums/LogTag.hpp"
+#include "MirethVex/PublicSide/DataModels/Enums/SessionCloseResult.hpp"
+#include "MirethVex/PublicSide/DataModels/Enums/SessionPauseResult.hpp"
+#include "MirethVex/PublicSide/DataModels/Enums/SessionResumeResult.hpp"
+#include "MirethVex/PublicSide/DataModels/Enums/SessionStartResult.hpp"
+#include "MirethVex/PublicSide/DataModels/ScreenReport.hpp"
+#include "MirethVex/PublicSide/DataModels/VexConfiguration.hpp"
+
+namespace mireth {
+
+class MirethSRCore;
+
+/// Records sessions of the host application. There is one, `shared()`; it lives as long as the process.
+///
+/// Call it from the main thread, unless a member says otherwise. No member throws, blocks or ends the
+/// process for what the host, the network, the disk or the user does; failures are results and log lines.
+class MIRETH_EXPORT MirethSR {
+  public:
+    /// The instance of this process, made on first use with the installed platform services, or with those
+    /// of `platform::makeDefaultPlatformServices()` when none were installed. Any thread. Ends the process
+    /// when the system has no memory or threads to make them of.
+    static MirethSR& shared() noexcept;
+
+    /// Sets what `shared()` will stand on. False, and nothing is changed, once `shared()` was used or when a
+    /// service is missing. Any thread.
+    static bool installPlatformServices(platform::PlatformServices services) noexcept;
+
+    explicit MirethSR(std::unique_ptr<MirethSRCore> core) noexcept;
+    ~MirethSR();
+    MirethSR(const MirethSR&) = delete;
+    MirethSR& operator=(const MirethSR&) = delete;
+
+    /// Sets the library up for a project. `window` is what will be recorded; when it is null, the
+    /// application's key window. May be called again while no session is active; a later success replaces
+    /// the earlier set-up, a refusal leaves it as it was.
+    InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
+                                           std::shared_ptr<platform::Window> window = nullptr) noexcept;
+
+    /// Starts a session: asks the service whether this project and this session are to be recorded, creates
+    /// the session and begins to record.
+    Async<SessionStartResult> startRecording(VexConfiguration vexConfiguration = {}) noexcept;
+
+    /// Keeps the session but records blank frames and no events until `resumeRecording`.
+    SessionPauseResult pauseRecording() noexcept;
+    SessionResumeResult resumeRecording() noexcept;
+
+    /// Records what is left, waits for the latest upload and closes the session.
+    Async<SessionCloseResult> stopRecording() noexcept;
+
+    /// Adds a receiver of the library's own log lines, for the life of the process. It is called on
+    /// whichever thread logs, in the order in which receivers were added, with the line's tag, level and
+    /// text. What it throws is dropped; what it makes the library log reaches the system log only. Works
+    /// before `initializeProject`. Any thread.
+    void addLogListener(std::function<void(LogTag, LogLevel, const std::string&)> listener) noexcept;
+
+    /// Tells the library of an error that the user met, with an optional text. Any thread.
+    void logError(std::optional<std::string> message) noexcept;
+
+    /// Report a screen that the host names itself.
+    void reportScreenAppeared(const std::string& name) noexcept;
+    void reportScreenDisappeared(const std::string& name) noexcept;
+    void reportScreenChange(const std::vector<ScreenHierarchyElement>& screenHierarchy,
+                            ScreenChangeType changeType, ScreenDetectionType detectionType) noexcept;
+
+    /// Forgets the project and empties the allowed logging tags. A running session is dropped without being
+    /// closed. Log listeners stay.
+    void reset() noexcept;
+
+    /// True while a session is starting, running or paused.
+    bool hasActiveSession() const noexcept;
+
+    /// The tags whose info lines are written; none by default. Error lines are always written. Any thread.
+    std::set<LogTag> allowedLoggingTags() const noexcept;
+    void setAllowedLoggingTags(const std::set<LogTag>& tags) noexcept;
+
+    /// For the library's own tools and tests; not part of the interface.
+    MirethSRCore& core() noexcept { return *core_; }
+
+  private:
+    const std::unique_ptr<MirethSRCore> core_;
+};
+
+}  // namespace mireth

@@ -1,0 +1,74 @@
+// Everything the library asks of a phone, answered by Linux. For hosts without a toolkit, and the default.
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "MirethVex/Base/Export.hpp"
+#include "MirethVex/Linux/PlainApplication.hpp"
+#include "MirethVex/Platform/PlatformServices.hpp"
+
+namespace mireth::platform {
+
+struct LinuxPlatformOptions {
+    // Where values come from.
+
+    /// The information dictionary. Absent: the file that the environment variable MIRETHVEX_INFO names, else
+    /// MirethVex.info.json beside the executable.
+    std::optional<std::map<std::string, std::string, std::less<>>> information;
+    /// The kind of device. Absent: what the system says of its chassis.
+    std::optional<UserInterfaceIdiom> idiom;
+
+    // Where files go.
+
+    /// The user caches directory. Absent: $XDG_CACHE_HOME, else ~/.cache.
+    std::optional<std::filesystem::path> cachesDirectory;
+
+    // Whom to talk to.
+
+    /// A PEM file of authorities to trust beside the system's. While it cannot be read every request fails.
+    std::optional<std::filesystem::path> extraCaFile;
+    /// Speak plain http with any host, as the information dictionary's "ALLOW_INSECURE_HTTP" set to "true"
+    /// does too; with a loopback host it is always allowed.
+    bool allowInsecureHttp = false;
+};
+
+/// The services and the main loop that goes with them. The services may outlive this object.
+class MIRETH_EXPORT LinuxPlatform {
+  public:
+    /// Reads the environment and the system's files, and starts the threads for background work and HTTP.
+    /// Throws std::system_error when there are none to be had.
+    explicit LinuxPlatform(LinuxPlatformOptions options = {});
+    LinuxPlatform(const LinuxPlatform&) = delete;
+    LinuxPlatform& operator=(const LinuxPlatform&) = delete;
+    ~LinuxPlatform();
+
+    /// The one behind `makeDefaultPlatformServices`, built with the default options at the first call. It is
+    /// never destroyed.
+    static LinuxPlatform& shared();
+
+    /// The same services at every call.
+    PlatformServices services() const;
+
+    /// What the host tells about its window and its move to the background. Main thread only.
+    PlainApplication& application() const;
+
+    /// Files of the host's that were unusable, one line each naming the file and why; empty as a rule. Their
+    /// values count as absent.
+    std::vector<std::string> warnings() const;
+
+    /// Runs the library's main queue on the calling thread, which is the main thread, until `stopMainLoop`.
+    void runMainLoop();
+    /// Any thread, also before `runMainLoop`, which then returns at once.
+    void stopMainLoop();
+
+  private:
+    struct Parts;
+    const std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace mireth::platform

@@ -1,0 +1,212 @@
+#include "platforms/linux/network/CurlWorker.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <system_error>
+
+#include "platforms/linux/network/CertificateAuthorities.hpp"
+#include "platforms/linux/system/HelperThread.hpp"
+
+namespace mireth::platform {
+
+namespace {
+
+constexpr long keptConnections = 8;
+
+CurlSettings makeSettings(const CurlHttpClientOptions& options) {
+    CurlSettings settings;
+    settings.allowInsecureHttp = options.allowInsecureHttp;
+    if (options.extraCaFile) {
+        auto authorities = readAuthorities(*options.extraCaFile);
+        if (authorities) {
+            settings.authorities = std::move(*authorities);
+        } else {
+            settings.refusal = std::move(authorities.error());
+        }
+    }
+    return settings;
+}
+
+std::unique_ptr<CURLM, CurlMultiDeleter> makeMulti() {
+    // Once a process, never undone: the host may use libcurl too.
+    static const CURLcode initialized = curl_global_init(CURL_GLOBAL_DEFAULT);
+    std::unique_ptr<CURLM, CurlMultiDeleter> multi(initialized == CURLE_OK ? curl_multi_init() : nullptr);
+    // Without descriptors for the wake-up, requests would lie for a minute before the thread sees them.
+    if (!multi || curl_multi_wakeup(multi.get()) != CURLM_OK) {
+        throw std::system_error(std::make_error_code(std::errc::too_many_files_open), "libcurl");
+    }
+    curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, keptConnections);
+    return multi;
+}
+
+}  // namespace
+
+CurlHttpClient::Worker::Worker(CurlHttpClientOptions options)
+    : settings_(makeSettings(options)),
+      onEscapedError_(std::move(options.onEscapedError)),
+      multi_(makeMulti()) {}
+
+void CurlHttpClient::Worker::start() {
+    thread_ = startHelperThread("mireth-http", [self = shared_from_this()] { self->loop(); });
+}
+
+void CurlHttpClient::Worker::stop() {
+    {
+        const std::lock_guard lock(mutex_);
+        stopping_ = true;
+        curl_multi_wakeup(multi_.get());
+    }
+    if (thread_.get_id() == std::this_thread::get_id()) {
+        thread_.detach();
+    } else {
+        thread_.join();
+    }
+}
+
+AnyCancellable CurlHttpClient::Worker::send(HttpRequest request, Completion completion) {
+    auto pending = std::make_shared<PendingCompletion>(std::move(completion));
+    Id id = 0;
+    {
+        const std::lock_guard lock(mutex_);
+        id = ++lastId_;
+        orders_.push_back({id, std::move(request), pending});
+        curl_multi_wakeup(multi_.get());
+    }
+    return AnyCancellable([worker = weak_from_this(), pending = std::move(pending), id] {
+        const Completion dropped = pending->take();
+        const auto strong = worker.lock();
+        if (dropped && strong) {
+            strong->cancel(id);
+        }
+    });
+}
+
+void CurlHttpClient::Worker::cancel(Id id) {
+    const std::lock_guard lock(mutex_);
+    if (!stopping_) {
+        cancelled_.push_back(id);
+        curl_multi_wakeup(multi_.get());
+    }
+}
+
+bool CurlHttpClient::Worker::isStopping() {
+    const std::lock_guard lock(mutex_);
+    return stopping_;
+}
+
+void CurlHttpClient::Worker::loop() {
+    while (!isStopping()) {
+        takeOrders();
+        int active = 0;
+        curl_multi_perform(multi_.get(), &active);
+        takeFinished();
+        endIdle();
+        curl_multi_poll(multi_.get(), nullptr, 0, millisecondsToWait(), nullptr);
+    }
+    dropAll();
+}
+
+void CurlHttpClient::Worker::dropAll() {
+    std::vector<Order> orders;
+    {
+        const std::lock_guard lock(mutex_);
+        orders.swap(orders_);
+    }
+    for (const Order& order : orders) {
+        order.completion->take();
+    }
+    for (const auto& [id, running] : running_) {
+        curl_multi_remove_handle(multi_.get(), running.transfer->handle());
+        running.completion->take();
+    }
+    running_.clear();
+}
+
+void CurlHttpClient::Worker::takeOrders() {
+    std::vector<Order> orders;
+    std::vector<Id> cancelled;
+    {
+        const std::lock_guard lock(mutex_);
+        orders.swap(orders_);
+        cancelled.swap(cancelled_);
+    }
+    for (Order& order : orders) {
+        begin(std::move(order));
+    }
+    for (const Id id : cancelled) {
+        const auto found = running_.find(id);
+        if (found != running_.end()) {
+            curl_multi_remove_handle(multi_.get(), found->second.transfer->handle());
+            running_.erase(found);
+        }
+    }
+}
+
+void CurlHttpClient::Worker::begin(Order order) {
+    auto transfer = std::make_unique<CurlTransfer>(std::move(order.request), settings_);
+    if (!transfer->refusal().empty()) {
+        complete(*order.completion, transfer->failure(transfer->refusal()));
+        return;
+    }
+    CURL* const handle = transfer->handle();
+    running_.emplace(order.id, Running{std::move(transfer), std::move(order.completion)});
+    if (const CURLMcode code = curl_multi_add_handle(multi_.get(), handle); code != CURLM_OK) {
+        finish(order.id, running_.at(order.id).transfer->failure(curl_multi_strerror(code)));
+    }
+}
+
+void CurlHttpClient::Worker::takeFinished() {
+    int left = 0;
+    while (const CURLMsg* message = curl_multi_info_read(multi_.get(), &left)) {
+        if (message->msg != CURLMSG_DONE) {
+            continue;
+        }
+        const CURLcode code = message->data.result;
+        const auto ended = std::ranges::find_if(running_, [handle = message->easy_handle](const auto& entry) {
+            return entry.second.transfer->handle() == handle;
+        });
+        if (ended != running_.end()) {
+            finish(ended->first, ended->second.transfer->result(code));
+        }
+    }
+}
+
+void CurlHttpClient::Worker::endIdle() {
+    const auto now = std::chrono::steady_clock::now();
+    std::vector<Id> late;
+    for (auto& [id, running] : running_) {
+        running.transfer->noteActivity(now);
+        if (running.transfer->deadline() <= now) {
+            late.push_back(id);
+        }
+    }
+    for (const Id id : late) {
+        finish(id, running_.at(id).transfer->timedOut());
+    }
+}
+
+int CurlHttpClient::Worker::millisecondsToWait() const {
+    std::chrono::milliseconds wait = std::chrono::minutes(1);
+    const auto now = std::chrono::steady_clock::now();
+    for (const auto& [id, running] : running_) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(running.transfer->deadline() - now);
+        wait = std::clamp(left, std::chrono::milliseconds(0), wait);
+    }
+    return static_cast<int>(wait.count());
+}
+
+void CurlHttpClient::Worker::finish(Id id, HttpResult result) {
+    const auto found = running_.find(id);
+    const Running ended = std::move(found->second);
+    running_.erase(found);
+    curl_multi_remove_handle(multi_.get(), ended.transfer->handle());
+    complete(*ended.completion, std::move(result));
+}
+
+void CurlHttpClient::Worker::complete(PendingCompletion& completion, HttpResult result) const {
+    if (auto function = completion.take()) {
+        runGuarded([&] { function(std::move(result)); }, "an HTTP completion", onEscapedError_);
+    }
+}
+
+}  // namespace mireth::platform

@@ -1,0 +1,88 @@
+// The thread of CurlHttpClient and the requests it runs.
+#pragma once
+
+#include <curl/curl.h>
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "platforms/linux/network/CurlHttpClient.hpp"
+#include "platforms/linux/network/CurlTransfer.hpp"
+
+namespace mireth::platform {
+
+/// The completion of one request, taken exactly once: by the thread that calls it or by whoever cancels.
+class PendingCompletion {
+  public:
+    explicit PendingCompletion(HttpClient::Completion completion) : completion_(std::move(completion)) {}
+
+    /// Null when it was taken before.
+    HttpClient::Completion take() {
+        const std::lock_guard lock(mutex_);
+        return std::exchange(completion_, nullptr);
+    }
+
+  private:
+    std::mutex mutex_;
+    HttpClient::Completion completion_;  // guarded by mutex_
+};
+
+struct CurlMultiDeleter {
+    void operator()(CURLM* handle) const { curl_multi_cleanup(handle); }
+};
+
+class CurlHttpClient::Worker : public std::enable_shared_from_this<CurlHttpClient::Worker> {
+  public:
+    explicit Worker(CurlHttpClientOptions options);
+
+    void start();
+    /// Ends all requests and the thread; waits for it unless called on it.
+    void stop();
+
+    AnyCancellable send(HttpRequest request, Completion completion);
+
+  private:
+    using Id = std::uint64_t;
+    struct Order {
+        Id id = 0;
+        HttpRequest request;
+        std::shared_ptr<PendingCompletion> completion;
+    };
+    struct Running {
+        std::unique_ptr<CurlTransfer> transfer;
+        std::shared_ptr<PendingCompletion> completion;
+    };
+
+    void cancel(Id id);
+    void loop();
+    void dropAll();
+    void takeOrders();
+    void begin(Order order);
+    void takeFinished();
+    void endIdle();
+    int millisecondsToWait() const;
+    void finish(Id id, HttpResult result);
+    void complete(PendingCompletion& completion, HttpResult result) const;
+    bool isStopping();
+
+    // Constant after construction.
+    const CurlSettings settings_;
+    const EscapedErrorHandler onEscapedError_;
+    std::thread thread_;  // touched by start and stop only
+
+    std::map<Id, Running> running_;                   // the thread's own
+    std::unique_ptr<CURLM, CurlMultiDeleter> multi_;  // the thread's own, but for the wake-up call
+
+    std::mutex mutex_;
+    std::vector<Order> orders_;  // guarded by mutex_
+    std::vector<Id> cancelled_;  // guarded by mutex_
+    Id lastId_ = 0;              // guarded by mutex_
+    bool stopping_ = false;      // guarded by mutex_
+};
+
+}  // namespace mireth::platform

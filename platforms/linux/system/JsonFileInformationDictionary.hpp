@@ -1,0 +1,33 @@
+// The information dictionary of a Linux app: what the host gives, else a JSON file shipped with it.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "MirethVex/Platform/InformationDictionary.hpp"
+#include "platforms/linux/system/JsonTexts.hpp"
+
+namespace mireth::platform {
+
+/// Reads once, at construction.
+class JsonFileInformationDictionary final : public InformationDictionary {
+  public:
+    /// The file that the environment variable MIRETHVEX_INFO names, else MirethVex.info.json beside the
+    /// executable. The former must exist; the latter need not.
+    JsonFileInformationDictionary();
+    /// A file that must exist.
+    explicit JsonFileInformationDictionary(const std::filesystem::path& file);
+    /// The host's own values; no file is looked at.
+    explicit JsonFileInformationDictionary(TextMap values);
+
+    std::optional<std::string> string(std::string_view key) const override;
+
+    /// Why the file could not be used; empty when there was nothing wrong. A bad file gives no values.
+    const std::string& error() const noexcept { return error_; }
+
+  private:
+    TextMap texts_;
+    std::string error_;
+};
+
+}  // namespace mireth::platform

@@ -1,0 +1,19 @@
+#include "MirethVex/Linux/PlainApplication.hpp"
+
+#include <utility>
+
+#include "platforms/linux/system/EscapedError.hpp"
+
+namespace mireth::platform {
+
+void PlainApplication::moveToBackground() {
+    didEnterBackground_.send({});
+}
+
+AnyCancellable PlainApplication::observeDidEnterBackground(std::function<void()> observer) {
+    return didEnterBackground_.sink([observer = std::move(observer)](const std::monostate&) {
+        runGuarded(observer, "an observer of the move to the background", {});
+    });
+}
+
+}  // namespace mireth::platform

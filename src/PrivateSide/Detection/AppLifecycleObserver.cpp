@@ -1,0 +1,16 @@
+#include "PrivateSide/Detection/AppLifecycleObserver.hpp"
+
+#include <utility>
+
+namespace mireth {
+
+AppLifecycleObserver::AppLifecycleObserver(MirethLog& log, std::shared_ptr<platform::Application> application,
+                                           CurrentTimeProvider currentTimeProvider)
+    : appMovedToBackground_(std::make_shared<Published<std::optional<std::int64_t>>>()),
+      subscription_(application->observeDidEnterBackground(
+          [published = appMovedToBackground_, now = std::move(currentTimeProvider)] {
+              *published = now().toTimestampMillis();
+          })),
+      memoryUse_(log, "PrivateSide/Detection/AppLifecycleObserver") {}
+
+}  // namespace mireth

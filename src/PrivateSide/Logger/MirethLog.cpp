@@ -1,0 +1,188 @@
+#include "PrivateSide/Logger/MirethLog.hpp"
+
+#include <cstdio>
+#include <exception>
+#include <utility>
+
+namespace mireth {
+
+namespace {
+
+std::string lineText(const std::string& message, const AdditionalInfo& additionalInfo) {
+    return additionalInfo.empty() ? message : message + " " + describe(additionalInfo);
+}
+
+constexpr unsigned bit(LogTag tag) noexcept {
+    return 1U << static_cast<unsigned>(tag);
+}
+
+OSLoggers::MakeLogger sinksOf(const std::shared_ptr<platform::SystemLog>& systemLog) {
+    return [systemLog](std::string_view subsystem, std::string_view category) -> std::unique_ptr<LoggerType> {
+        if (systemLog->hasStructuredLog()) {
+            return std::make_unique<StructuredLogger>(systemLog, std::string(subsystem),
+                                                      std::string(category));
+        }
+        return std::make_unique<LegacyLogger>(systemLog, std::string(subsystem), std::string(category));
+    };
+}
+
+/// True while this thread is inside a listener. A thread's own flag, not shared state.
+thread_local bool insideListener = false;
+
+}  // namespace
+
+std::string_view debugInfo(MemoryUseStatus status) noexcept {
+    return status == MemoryUseStatus::initialized ? "Succesfully initialized" : "Succesfully deinitialized";
+}
+
+OSLoggers::OSLoggers(const MakeLogger& makeLogger) {
+    for (const LogTag logTag : allLogTags) {
+        loggers_[logTag] = makeLogger(MirethLog::tag, key(logTag));
+    }
+}
+
+LoggerType* OSLoggers::get(LogTag tag) const {
+    const auto found = loggers_.find(tag);
+    return found == loggers_.end() ? nullptr : found->second.get();
+}
+
+void OSLoggers::info(LogTag tag, std::string_view line) const {
+    if (auto* logger = get(tag)) {
+        logger->info(line);
+    }
+}
+
+void OSLoggers::error(LogTag tag, std::string_view line) const {
+    if (auto* logger = get(tag)) {
+        logger->error(line);
+    }
+}
+
+void MirethLogListeners::add(Listener listener) {
+    if (!listener) {
+        return;
+    }
+    const std::lock_guard lock(mutex_);
+    auto next = std::make_shared<List>(*listeners_);
+    next->push_back(std::move(listener));
+    listeners_ = std::move(next);
+}
+
+void MirethLogListeners::logToAll(LogTag tag, LogLevel level, const std::string& line) const {
+    if (insideListener) {
+        return;
+    }
+    std::shared_ptr<const List> listeners;
+    {
+        const std::lock_guard lock(mutex_);
+        listeners = listeners_;
+    }
+    insideListener = true;
+    for (const auto& listener : *listeners) {
+        try {
+            listener(tag, level, line);
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "M-VEX: a log listener threw: %s\n", error.what());
+        } catch (...) {
+            std::fprintf(stderr, "M-VEX: a log listener threw something that is not an exception\n");
+        }
+    }
+    insideListener = false;
+}
+
+MirethLog::MirethLog(const OSLoggers::MakeLogger& makeLogger) : osLoggers_(makeLogger) {}
+
+MirethLog::MirethLog(const std::shared_ptr<platform::SystemLog>& systemLog) : MirethLog(sinksOf(systemLog)) {}
+
+void MirethLog::info(LogTag logTag, const std::string& message, const AdditionalInfo& additionalInfo) {
+    if (!isAllowed(logTag)) {
+        return;
+    }
+    const std::string line = lineText(message, additionalInfo);
+    osLoggers_.info(logTag, line);
+    logListeners_.logToAll(logTag, LogLevel::info, line);
+}
+
+void MirethLog::error(LogTag logTag, const std::string& message, const AdditionalInfo& additionalInfo,
+                      bool postMessage) {
+    writeError(logTag, message, additionalInfo);
+    if (!postMessage) {
+        return;
+    }
+    std::shared_ptr<RemoteLogPoster> poster;
+    {
+        const std::lock_guard lock(posterMutex_);
+        poster = remotePoster_.lock();
+    }
+    if (poster) {
+        poster->post(LogLevel::error, logTag, message, additionalInfo, false);
+    }
+}
+
+void MirethLog::objectInit(MemoryUseStatus status, std::string_view file) {
+    if (!isAllowed(LogTag::memoryUse)) {
+        return;
+    }
+    const std::string_view last = file.substr(file.rfind('/') + 1);
+    const std::string_view name = last.substr(0, last.find('.'));
+    info(LogTag::memoryUse, std::string(name) + ": " + std::string(debugInfo(status)));
+}
+
+void MirethLog::logWithRemoteLogger(RemoteLogPoster& remoteLogger, LogTag logTag, const std::string& message,
+                                    bool postMessage) {
+    writeError(logTag, message, {});
+    if (postMessage) {
+        remoteLogger.post(LogLevel::error, logTag, message, {}, false);
+    }
+}
+
+void MirethLog::addLogListener(MirethLogListeners::Listener listener) {
+    logListeners_.add(std::move(listener));
+}
+
+std::set<LogTag> MirethLog::allowedTags() const {
+    std::set<LogTag> tags;
+    for (const LogTag logTag : allLogTags) {
+        if (isAllowed(logTag)) {
+            tags.insert(logTag);
+        }
+    }
+    return tags;
+}
+
+void MirethLog::setAllowedTags(const std::set<LogTag>& tags) {
+    unsigned bits = 0;
+    for (const LogTag logTag : tags) {
+        bits |= bit(logTag);
+    }
+    allowedTags_.store(bits, std::memory_order_relaxed);
+}
+
+void MirethLog::reset() {
+    setAllowedTags({});
+}
+
+void MirethLog::setRemotePoster(std::weak_ptr<RemoteLogPoster> poster) {
+    const std::lock_guard lock(posterMutex_);
+    remotePoster_ = std::move(poster);
+}
+
+bool MirethLog::isAllowed(LogTag logTag) const noexcept {
+    return (allowedTags_.load(std::memory_order_relaxed) & bit(logTag)) != 0;
+}
+
+void MirethLog::writeError(LogTag logTag, const std::string& message, const AdditionalInfo& additionalInfo) {
+    const std::string line = lineText(message, additionalInfo);
+    osLoggers_.error(logTag, line);
+    logListeners_.logToAll(logTag, LogLevel::error, line);
+}
+
+MemoryUseLines::MemoryUseLines(MirethLog& log, std::string_view file) : log_(log), file_(file) {
+    log_.objectInit(MemoryUseStatus::initialized, file_);
+}
+
+MemoryUseLines::~MemoryUseLines() {
+    log_.objectInit(MemoryUseStatus::deinitialized, file_);
+}
+
+}  // namespace mireth

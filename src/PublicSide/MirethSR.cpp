@@ -1,0 +1,123 @@
+// The public calls: each forwards to the core and lets nothing escape.
+#include "MirethVex/PublicSide/MirethSR.hpp"
+
+#include <exception>
+#include <utility>
+
+#include "PublicSide/MirethSRCore.hpp"
+
+namespace mireth {
+
+namespace {
+
+/// Runs `call`; what it throws is logged, and `otherwise` answers instead.
+template <class Call, class Otherwise>
+auto guardedOr(MirethSRCore& core, Otherwise otherwise, Call call) noexcept -> decltype(call()) {
+    try {
+        return call();
+    } catch (...) {
+        try {
+            core.log().error(LogTag::lifecycle, "An unexpected error was caught at the public interface.", {},
+                             false);
+        } catch (...) {
+            return otherwise();
+        }
+    }
+    return otherwise();
+}
+
+template <class Call, class Result>
+Result guarded(MirethSRCore& core, Result otherwise, Call call) noexcept {
+    return guardedOr(
+        core, [&otherwise]() -> Result { return std::move(otherwise); },
+        [&call]() -> Result { return call(); });
+}
+
+template <class Call>
+void guarded(MirethSRCore& core, Call call) noexcept {
+    (void)guarded(core, true, [&call] {
+        call();
+        return true;
+    });
+}
+
+}  // namespace
+
+MirethSR::MirethSR(std::unique_ptr<MirethSRCore> core) noexcept : core_(std::move(core)) {}
+MirethSR::~MirethSR() = default;
+
+InitializationResult MirethSR::initializeProject(const std::string& brandId, const std::string& projectId,
+                                                 std::shared_ptr<platform::Window> window) noexcept {
+    return guarded(*core_, InitializationResult::cannotGetKeyWindow,
+                   [&] { return core_->initializeProject(brandId, projectId, std::move(window)); });
+}
+
+Async<SessionStartResult> MirethSR::startRecording(VexConfiguration vexConfiguration) noexcept {
+    return guardedOr(
+        *core_, [&] { return core_->resolved(SessionStartResult::fail(std::nullopt)); },
+        [&] { return core_->startRecording(std::move(vexConfiguration)); });
+}
+
+SessionPauseResult MirethSR::pauseRecording() noexcept {
+    return guarded(*core_, SessionPauseResult::notStarted, [&] { return core_->pauseRecording(); });
+}
+
+SessionResumeResult MirethSR::resumeRecording() noexcept {
+    return guarded(*core_, SessionResumeResult::notStarted, [&] { return core_->resumeRecording(); });
+}
+
+Async<SessionCloseResult> MirethSR::stopRecording() noexcept {
+    return guardedOr(
+        *core_, [&] { return core_->resolved(SessionCloseResult::fail(std::nullopt)); },
+        [&] { return core_->stopRecording(); });
+}
+
+void MirethSR::addLogListener(std::function<void(LogTag, LogLevel, const std::string&)> listener) noexcept {
+    guarded(*core_, [&] { core_->addLogListener(std::move(listener)); });
+}
+
+void MirethSR::logError(std::optional<std::string> message) noexcept {
+    guarded(*core_, [&] { core_->logError(std::move(message)); });
+}
+
+void MirethSR::reportScreenAppeared(const std::string& name) noexcept {
+    guarded(*core_, [&] {
+        core_->reportScreenChange({ScreenHierarchyElement{name}}, ScreenChangeType::appear,
+                                  ScreenDetectionType::manual,
+                                  "Can't record screen appearance. Not initialized.");
+    });
+}
+
+void MirethSR::reportScreenDisappeared(const std::string& name) noexcept {
+    guarded(*core_, [&] {
+        core_->reportScreenChange({ScreenHierarchyElement{name}}, ScreenChangeType::disappear,
+                                  ScreenDetectionType::manual,
+                                  "Can't record screen disappearance. Not initialized.");
+    });
+}
+
+void MirethSR::reportScreenChange(const std::vector<ScreenHierarchyElement>& screenHierarchy,
+                                  ScreenChangeType changeType, ScreenDetectionType detectionType) noexcept {
+    guarded(*core_, [&] {
+        core_->reportScreenChange(screenHierarchy, changeType, detectionType,
+                                  "Can't record screen change. Not initialized.");
+    });
+}
+
+void MirethSR::reset() noexcept {
+    guarded(*core_, [&] { core_->reset(); });
+}
+
+bool MirethSR::hasActiveSession() const noexcept {
+    return guarded(*core_, false, [&] { return core_->hasActiveSession(); });
+}
+
+std::set<LogTag> MirethSR::allowedLoggingTags() const noexcept {
+    return guarded(*core_, std::set<LogTag>{}, [&] { return core_->allowedLoggingTags(); });
+}
+
+void MirethSR::setAllowedLoggingTags(const std::set<LogTag>& tags) noexcept {
+    guarded(*core_, [&] { core_->setAllowedLoggingTags(tags); });
+}
+
+}  // namespace mireth

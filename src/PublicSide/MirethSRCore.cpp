@@ -1,0 +1,246 @@
+#include "PublicSide/MirethSRCore.hpp"
+
+#include <boost/asio/co_spawn.hpp>
+#include <utility>
+
+#include "Platform/Async/QueueExecutors.hpp"
+#include "PrivateSide/Storage/PlaybackStorage.hpp"
+
+namespace mireth {
+
+namespace {
+
+RemoteLog::Environment remoteLogEnvironment(const platform::PlatformServices& services,
+                                            const std::shared_ptr<const ClientDetailsProvider>& clientDetails,
+                                            const Executor& background) {
+    RemoteLog::Environment environment;
+    environment.information = services.information;
+    environment.device = services.device;
+    environment.clientDetails = clientDetails;
+    environment.random = services.random;
+    environment.background = background;
+    return environment;
+}
+
+CurrentTimeProvider wallClock(const std::shared_ptr<platform::Clock>& clock) {
+    return [clock] { return clock->now(); };
+}
+
+}  // namespace
+
+MirethSRCore::MirethSRCore(MirethLog& log, platform::PlatformServices services,
+                           OrchestratorClass orchestratorClass)
+    : log_(log),
+      memoryUse_(log, "PublicSide/MirethSR"),
+      services_(std::move(services)),
+      mainExecutor_(makeMainExecutor(services_.mainQueue)),
+      backgroundExecutor_(makeBackgroundExecutor(services_.background)),
+      fileExecutor_(makeSerialExecutor(backgroundExecutor_)),
+      currentTimeProvider_(wallClock(services_.clock)),
+      clientDetails_(std::make_shared<const ClientDetailsProvider>(services_.userDefaults)),
+      networkManager_(
+          std::make_shared<NetworkManager>(log_, services_.http, services_.files, services_.random)),
+      remoteLogger_(std::make_shared<RemoteLog>(
+          log_, remoteLogEnvironment(services_, clientDetails_, backgroundExecutor_))),
+      orchestratorClass_(std::move(orchestratorClass)) {
+    log_.setRemotePoster(remoteLogger_);
+}
+
+MirethSRCore::~MirethSRCore() {
+    *self_ = nullptr;
+}
+
+InitializationResult MirethSRCore::initializeProject(const std::string& brandId, const std::string& projectId,
+                                                     std::shared_ptr<platform::Window> window) {
+    if (hasActiveSession()) {
+        log_.info(LogTag::lifecycle, "Can't initialize. A session is already running");
+        return InitializationResult::sessionAlreadyRunning;
+    }
+    const auto networkState = std::make_shared<NetworkStateProvider>(
+        log_, services_.makePathMonitor(),
+        [background = services_.background](Work work) { background->post(std::move(work)); });
+    MApiClient::Environment environment;
+    environment.network = networkManager_;
+    environment.information = services_.information;
+    environment.clientDetails = clientDetails_;
+    environment.systemVersion = services_.device->systemVersion();
+    environment.background = backgroundExecutor_;
+    const auto apiClient = std::make_shared<MApiClient>(log_, brandId, projectId, std::move(environment));
+    // Before the identifiers are looked at: lines about a refused call carry the identifiers it was given.
+    RemoteLog::ProjectData projectData;
+    projectData.projectId = projectId;
+    projectData.brandId = brandId;
+    remoteLogger_->initialize(apiClient, networkState, std::move(projectData));
+    if (brandId.empty() || projectId.empty()) {
+        log_.error(LogTag::lifecycle, "Can't initialize. Both brandId and projectId are required.");
+        return InitializationResult::paramsRequired;
+    }
+    if (!window) {
+        window = services_.application->keyWindow();
+    }
+    if (!window) {
+        log_.error(LogTag::lifecycle,
+                   "Cannot get key window, pass it explicitly to the initializeProject method.");
+        return InitializationResult::cannotGetKeyWindow;
+    }
+    orchestrator_ = buildGraph(window, apiClient, networkState);
+    log_.info(LogTag::lifecycle, "Initialized project");
+    return InitializationResult::success;
+}
+
+std::shared_ptr<Orchestrator> MirethSRCore::buildGraph(
+    const std::shared_ptr<platform::Window>& window, const std::shared_ptr<MApiClient>& apiClient,
+    const std::shared_ptr<NetworkStateProvider>& networkState) {
+    const auto fileQueue = [executor = fileExecutor_](Work work) { asio::post(executor, std::move(work)); };
+    const auto sessionDataDao =
+        std::make_shared<SessionDataDao>(log_, std::make_shared<EventBuffer>(log_),
+                                         std::make_shared<PlaybackStorage>(log_, services_.files), fileQueue);
+    Orchestrator::Collaborators parts;
+    parts.chunkPusher =
+        std::make_shared<ChunkPusher>(log_, apiClient, sessionDataDao, networkState, backgroundExecutor_);
+    parts.deviceDetector = std::make_shared<DeviceDetector>(log_, services_.device);
+    parts.sessionRecorder = buildSessionRecorder(window, sessionDataDao);
+    parts.appLifecycleObserver =
+        std::make_shared<AppLifecycleObserver>(log_, services_.application, currentTimeProvider_);
+    parts.remoteSessionManager = std::make_shared<RemoteSessionManager>(
+        log_, apiClient, remoteLogger_,
+        [random = services_.random](double low, double high) { return random->uniformReal(low, high); });
+    parts.appearanceDetection = std::make_shared<AppearanceDetection>(log_);
+    return orchestratorClass_(log_, std::move(parts), mainExecutor_, currentTimeProvider_);
+}
+
+std::shared_ptr<SessionRecorder> MirethSRCore::buildSessionRecorder(
+    const std::shared_ptr<platform::Window>& window, const std::shared_ptr<SessionDataDao>& sessionDataDao) {
+    const DimensionConverter dimensionConverter{static_cast<float>(window->screenScale())};
+    const PlaybackConfiguration configuration;
+    SessionRecorder::Collaborators parts;
+    parts.frameRecorder = std::make_shared<FrameRecorder>(log_, window, services_.graphics,
+                                                          FrameRecorder::scheduleOn(services_.mainQueue));
+    const auto chunkProcessor = std::make_shared<VideoChunkProcessor>(
+        log_, sessionDataDao,
+        ImageToVideoConverter::makeFactory(services_.assetWriters, services_.graphics, fileExecutor_),
+        currentTimeProvider_, fileExecutor_);
+    parts.videoChunkManager = std::make_shared<VideoChunkManager>(log_, configuration, chunkProcessor);
+    parts.eventRecorder = std::make_shared<EventRecorder>(
+        log_, sessionDataDao, TimelineTransformer(dimensionConverter), currentTimeProvider_);
+    parts.timelineEventDetector = std::make_shared<TimelineEventDetector>(log_, currentTimeProvider_);
+    parts.metadataDetector = std::make_shared<MetadataDetector>(log_, clientDetails_, services_.information,
+                                                                services_.information, services_.device);
+    parts.windowDimensionsDetector = std::make_shared<WindowDimensionsDetector>(log_, dimensionConverter);
+    return std::make_shared<SessionRecorder>(
+        log_, std::move(parts), configuration, mainExecutor_,
+        [queue = services_.mainQueue](Work work) { queue->post(std::move(work)); }, currentTimeProvider_);
+}
+
+Async<SessionStartResult> MirethSRCore::startRecording(VexConfiguration vexConfiguration) {
+    if (!orchestrator_) {
+        log_.error(LogTag::lifecycle, "Unable to start recording. Orchestrator is nil",
+                   {{"errorDetails", "initializeProject has not succeeded."}});
+        return resolved(SessionStartResult::of(SessionStartResult::Kind::notInitialized));
+    }
+    return run(orchestrator_->startRecording(std::move(vexConfiguration)),
+               SessionStartResult::fail(std::nullopt));
+}
+
+SessionPauseResult MirethSRCore::pauseRecording() {
+    return orchestrator_ ? orchestrator_->pauseRecording() : SessionPauseResult::notInitialized;
+}
+
+SessionResumeResult MirethSRCore::resumeRecording() {
+    return orchestrator_ ? orchestrator_->resumeRecording() : SessionResumeResult::notInitialized;
+}
+
+Async<SessionCloseResult> MirethSRCore::stopRecording() {
+    if (!orchestrator_) {
+        return resolved(SessionCloseResult::of(SessionCloseResult::Kind::notInitialized));
+    }
+    return run(orchestrator_->stopRecording(), SessionCloseResult::fail(std::nullopt));
+}
+
+void MirethSRCore::addLogListener(MirethLogListeners::Listener listener) {
+    log_.addLogListener(std::move(listener));
+}
+
+void MirethSRCore::logError(std::optional<std::string> message) {
+    if (services_.mainQueue->isCurrent()) {
+        recordLogErrorOnMain(message);
+        return;
+    }
+    services_.mainQueue->post([self = self_, message = std::move(message)] {
+        if (*self != nullptr) {
+            (*self)->recordLogErrorOnMain(message);
+        }
+    });
+}
+
+void MirethSRCore::recordLogErrorOnMain(const std::optional<std::string>& message) {
+    if (orchestrator_) {
+        orchestrator_->recordLogError(message);
+    } else {
+        log_.error(LogTag::signal, "Can't log error. Not initialized.");
+    }
+}
+
+void MirethSRCore::reportScreenChange(const std::vector<ScreenHierarchyElement>& screenHierarchy,
+                                      ScreenChangeType changeType, ScreenDetectionType detectionType,
+                                      const char* messageWithoutOrchestrator) {
+    if (orchestrator_) {
+        orchestrator_->recordScreenChange(screenHierarchy, changeType, detectionType);
+    } else {
+        log_.error(LogTag::signal, messageWithoutOrchestrator);
+    }
+}
+
+void MirethSRCore::reset() {
+    if (orchestrator_) {
+        orchestrator_->abandon();
+    }
+    orchestrator_.reset();
+    log_.reset();
+}
+
+bool MirethSRCore::hasActiveSession() const {
+    return orchestrator_ && !orchestrator_->state().isStopped();
+}
+
+std::set<LogTag> MirethSRCore::allowedLoggingTags() const {
+    return log_.allowedTags();
+}
+
+void MirethSRCore::setAllowedLoggingTags(const std::set<LogTag>& tags) {
+    log_.setAllowedTags(tags);
+}
+
+std::shared_ptr<Orchestrator> MirethSRCore::makeOrchestrator(MirethLog& log,
+                                                             Orchestrator::Collaborators collaborators,
+                                                             Executor mainExecutor,
+                                                             CurrentTimeProvider currentTimeProvider) {
+    return std::make_shared<Orchestrator>(log, std::move(collaborators), std::move(mainExecutor),
+                                          std::move(currentTimeProvider));
+}
+
+template <class T>
+AsyncPromise<T> MirethSRCore::makePromise() const {
+    const auto queue = services_.mainQueue;
+    return AsyncPromise<T>([queue](Work work) { queue->post(std::move(work)); },
+                           [queue] { return queue->isCurrent(); });
+}
+
+template <class T>
+Async<T> MirethSRCore::run(Task<T> task, T onException) const {
+    const auto promise = makePromise<T>();
+    auto finish = [promise, onException = std::move(onException)](const std::exception_ptr& exception,
+                                                                  T result) {
+        if (exception) {
+            reportEscapedException(exception);
+        }
+        promise.fulfil(exception ? onException : std::move(result));
+    };
+    asio::co_spawn(mainExecutor_, std::move(task), std::move(finish));
+    return promise.async();
+}
+
+template AsyncPromise<SessionStartResult> MirethSRCore::makePromise() const;
+template AsyncPromise<SessionCloseResult> MirethSRCore::makePromise() const;
+
+}  // namespace mireth

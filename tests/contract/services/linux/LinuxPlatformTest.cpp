@@ -1,0 +1,76 @@
+#include "MirethVex/Linux/LinuxPlatform.hpp"
+
+#include "MirethVex/Platform/Window.hpp"
+#include "TestSupport.hpp"
+
+namespace mireth::platform {
+
+TEST(LinuxPlatform, AnswersEverything) {
+    const LinuxPlatform platform;
+    const PlatformServices services = platform.services();
+    EXPECT_TRUE(services.mainQueue && services.background && services.clock && services.device);
+    EXPECT_TRUE(services.application && services.information && services.userDefaults && services.http);
+    EXPECT_TRUE(services.files && services.systemLog && services.assetWriters && services.graphics);
+    EXPECT_TRUE(services.random && services.makePathMonitor && services.makePathMonitor());
+    EXPECT_EQ(services.mainQueue, platform.services().mainQueue);
+}
+
+TEST(LinuxPlatform, OptionsReachTheServices) {
+    LinuxPlatformOptions options;
+    options.information.emplace()["VEX_VERSION"] = "9";
+    options.idiom = UserInterfaceIdiom::phone;
+    options.cachesDirectory = "/somewhere";
+    const PlatformServices services = LinuxPlatform(options).services();
+    EXPECT_EQ(services.information->string("VEX_VERSION"), "9");
+    EXPECT_EQ(services.device->userInterfaceIdiom(), UserInterfaceIdiom::phone);
+    EXPECT_EQ(services.files->userCachesDirectory().value(), "/somewhere");
+}
+
+TEST(LinuxPlatform, TheMainLoopRunsUntilItIsStopped) {
+    LinuxPlatform platform;
+    int ran = 0;
+    platform.services().background->post([&platform, queue = platform.services().mainQueue, &ran] {
+        queue->post([&] {
+            ++ran;
+            platform.stopMainLoop();
+        });
+    });
+    platform.runMainLoop();
+    EXPECT_EQ(ran, 1);
+}
+
+TEST(LinuxPlatform, TheHostTellsItsWindowAndItsMoveToTheBackground) {
+    const LinuxPlatform platform;
+    const auto window = std::make_shared<Window>(Size{10, 10});
+    platform.application().setKeyWindow(window);
+    EXPECT_EQ(platform.services().application->keyWindow(), window);
+    int moves = 0;
+    const auto token = platform.services().application->observeDidEnterBackground([&] { ++moves; });
+    platform.application().moveToBackground();
+    EXPECT_EQ(moves, 1);
+}
+
+TEST(LinuxPlatform, ABadInformationFileIsAWarning) {
+    const test::TemporaryDirectory root;
+    test::writeFile(root / "info.json", "no json");
+    setenv("MIRETHVEX_INFO", (root / "info.json").c_str(), 1);
+    const LinuxPlatform platform;
+    unsetenv("MIRETHVEX_INFO");
+    ASSERT_EQ(platform.warnings().size(), 1u);
+    EXPECT_NE(platform.warnings().front().find("info.json"), std::string::npos);
+}
+
+TEST(LinuxPlatform, TheDefaultServicesBelongToTheSharedPlatform) {
+    EXPECT_EQ(makeDefaultPlatformServices().mainQueue, LinuxPlatform::shared().services().mainQueue);
+}
+
+TEST(PlainApplication, AnObserverThatThrowsKeepsNoOtherFromHearing) {
+    PlainApplication application;
+    int heard = 0;
+    const auto first = application.observeDidEnterBackground([] { throw 7; });
+    const auto second = application.observeDidEnterBackground([&] { ++heard; });
+    application.moveToBackground();
+    EXPECT_EQ(heard, 1);
+}
+
+}  // namespace mireth::platform

@@ -1,0 +1,65 @@
+#include "MirethVex/Base/AnyCancellable.hpp"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+namespace mireth {
+namespace {
+
+TEST(AnyCancellable, RunsItsActionOnce) {
+    int runs = 0;
+    AnyCancellable token([&runs] { ++runs; });
+    EXPECT_TRUE(token);
+    token.cancel();
+    token.cancel();
+    EXPECT_FALSE(token);
+    EXPECT_EQ(runs, 1);
+}
+
+TEST(AnyCancellable, DroppingCancels) {
+    int runs = 0;
+    {
+        const AnyCancellable token([&runs] { ++runs; });
+    }
+    EXPECT_EQ(runs, 1);
+}
+
+TEST(AnyCancellable, AnEmptyTokenDoesNothing) {
+    AnyCancellable token;
+    EXPECT_FALSE(token);
+    token.cancel();
+}
+
+TEST(AnyCancellable, MovingPassesTheSubscriptionOn) {
+    int runs = 0;
+    AnyCancellable first([&runs] { ++runs; });
+    AnyCancellable second(std::move(first));
+    EXPECT_TRUE(second);
+    EXPECT_EQ(runs, 0);
+    second.cancel();
+    EXPECT_EQ(runs, 1);
+}
+
+TEST(AnyCancellable, AssignmentCancelsWhatItReplaces) {
+    int oldRuns = 0;
+    int newRuns = 0;
+    AnyCancellable token([&oldRuns] { ++oldRuns; });
+    token = AnyCancellable([&newRuns] { ++newRuns; });
+    EXPECT_EQ(oldRuns, 1);
+    EXPECT_EQ(newRuns, 0);
+}
+
+TEST(AnyCancellable, TheActionMayDropTheTokenItself) {
+    int runs = 0;
+    auto token = std::make_unique<AnyCancellable>();
+    *token = AnyCancellable([&] {
+        ++runs;
+        token->cancel();
+    });
+    token->cancel();
+    EXPECT_EQ(runs, 1);
+}
+
+}  // namespace
+}  // namespace mireth

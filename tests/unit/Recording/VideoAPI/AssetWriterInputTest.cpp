@@ -1,0 +1,87 @@
+// Waiting until the writer input asks for more.
+#include "PrivateSide/Recording/VideoAPI/AssetWriterInput.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/support/AsyncPhone.hpp"
+#include "tests/support/ScriptedAssetWriter.hpp"
+
+namespace mireth {
+namespace {
+
+class AssetWriterInputTest : public ::testing::Test {
+  protected:
+    test::AsyncPhone phone_;
+    std::shared_ptr<test::WriterScript> script_ = std::make_shared<test::WriterScript>();
+    AssetWriterInput input_{std::make_shared<test::ScriptedInput>(script_), phone_.background};
+};
+
+TEST_F(AssetWriterInputTest, QueueBearsTheLibrarysName) {
+    EXPECT_TRUE(
+        AssetWriterInput::queueLabel.ends_with(".MirethVex.ImageToVideoConverter.AVAssetWriterInput"));
+}
+
+TEST_F(AssetWriterInputTest, ReadyInputLetsPass) {
+    const auto outcome = phone_.start(input_.readyForMoreMediaData());
+    EXPECT_FALSE(outcome->isDone) << "asked for on its own executor";
+    phone_.runUntilIdle();
+    EXPECT_TRUE(outcome->succeeded());
+}
+
+TEST_F(AssetWriterInputTest, BusyInputIsWaitedFor) {
+    script_->ready = false;
+    const auto outcome = phone_.start(input_.readyForMoreMediaData());
+    phone_.runUntilIdle();
+    EXPECT_FALSE(outcome->isDone);
+    script_->askForMore();
+    phone_.runUntilIdle();
+    EXPECT_TRUE(outcome->succeeded());
+}
+
+TEST_F(AssetWriterInputTest, CallbacksAreRequestedOnce) {
+    for (int i = 0; i < 3; ++i) {
+        const auto outcome = phone_.start(input_.readyForMoreMediaData());
+        phone_.runUntilIdle();
+        EXPECT_TRUE(outcome->succeeded());
+    }
+    EXPECT_EQ(std::ranges::count(script_->calls, "requestMediaDataWhenReady"), 1);
+}
+
+TEST_F(AssetWriterInputTest, CallbackThatComesTooEarlyIsNotMistakenForReadiness) {
+    script_->ready = false;
+    const auto outcome = phone_.start(input_.readyForMoreMediaData());
+    phone_.runUntilIdle();
+    script_->askForMore();
+    script_->ready = false;
+    phone_.runUntilIdle();
+    EXPECT_FALSE(outcome->isDone) << "it was ready only while the callback was on its way";
+    script_->askForMore();
+    phone_.runUntilIdle();
+    EXPECT_TRUE(outcome->succeeded());
+}
+
+TEST_F(AssetWriterInputTest, CallbackAfterTheEndDoesNothing) {
+    (void)phone_.start(input_.readyForMoreMediaData());
+    phone_.runUntilIdle();
+    const auto finished = phone_.start(input_.markAsFinished());
+    phone_.runUntilIdle();
+    EXPECT_TRUE(finished->succeeded());
+    EXPECT_EQ(script_->calls.back(), "markAsFinished");
+    script_->askForMore();
+    phone_.runUntilIdle();
+}
+
+TEST_F(AssetWriterInputTest, CallbackAfterTheInputIsDroppedDoesNothing) {
+    {
+        const AssetWriterInput dropped(std::make_shared<test::ScriptedInput>(script_), phone_.background);
+        (void)phone_.start(dropped.readyForMoreMediaData());
+        phone_.runUntilIdle();
+    }
+    script_->askForMore();
+    phone_.runUntilIdle();
+}
+
+}  // namespace
+}  // namespace mireth

@@ -1,0 +1,162 @@
+#include <gmock/gmock.h>
+
+#include "support/SessionHost.hpp"
+
+namespace mireth {
+namespace {
+
+using test::IngestionFake;
+using test::SessionHost;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// The value of a query item in the latest request.
+std::string latestQueryItem(SessionHost& host, const std::string& name) {
+    const auto requests = host.phone().service()->requests();
+    const std::string& url = requests.back().url;
+    const auto begin = url.find(name + "=");
+    if (begin == std::string::npos) {
+        return "absent";
+    }
+    const auto valueBegin = begin + name.size() + 1;
+    return url.substr(valueBegin, url.find('&', valueBegin) - valueBegin);
+}
+
+TEST(Initialization, EmptyBrandIdIsRefusedWithParamsRequired) {
+    SessionHost host;
+    EXPECT_EQ(host.core.initializeProject("", "p", host.window), InitializationResult::paramsRequired);
+    EXPECT_THAT(host.errors(), ElementsAre("Can't initialize. Both brandId and projectId are required."));
+    EXPECT_EQ(host.core.orchestrator(), nullptr);
+}
+
+TEST(Initialization, EmptyProjectIdIsRefusedWithParamsRequired) {
+    SessionHost host;
+    EXPECT_EQ(host.core.initializeProject("b", "", host.window), InitializationResult::paramsRequired);
+}
+
+TEST(Initialization, SuccessIsLogged) {
+    SessionHost host({}, {LogTag::lifecycle});
+    EXPECT_EQ(host.initialize(), InitializationResult::success);
+    EXPECT_THAT(host.texts(LogLevel::info), ElementsAre("Initialized project"));
+    EXPECT_FALSE(host.core.hasActiveSession());
+}
+
+TEST(Initialization, WithoutAWindowTheKeyWindowIsUsed) {
+    SessionHost host;
+    EXPECT_EQ(host.core.initializeProject("b", "p", nullptr), InitializationResult::success);
+}
+
+TEST(Initialization, WithoutAnyWindowItIsRefused) {
+    SessionHost host;
+    host.phone().application().setKeyWindow(nullptr);
+    EXPECT_EQ(host.core.initializeProject("b", "p", nullptr), InitializationResult::cannotGetKeyWindow);
+    EXPECT_THAT(host.errors(),
+                ElementsAre("Cannot get key window, pass it explicitly to the initializeProject method."));
+}
+
+TEST(Initialization, DuringASessionItIsRefusedAndTheGraphStays) {
+    SessionHost host({}, {LogTag::lifecycle});
+    host.startSession();
+    const auto graph = host.core.orchestrator();
+    (void)host.capture.take();
+    EXPECT_EQ(host.core.initializeProject("", "", nullptr), InitializationResult::sessionAlreadyRunning);
+    EXPECT_THAT(host.texts(LogLevel::info), ElementsAre("Can't initialize. A session is already running"));
+    EXPECT_EQ(host.core.orchestrator(), graph);
+}
+
+TEST(Initialization, DuringAPausedSessionItIsRefused) {
+    SessionHost host;
+    host.startSession();
+    ASSERT_EQ(host.core.pauseRecording(), SessionPauseResult::success);
+    EXPECT_EQ(host.initialize(), InitializationResult::sessionAlreadyRunning);
+}
+
+TEST(Initialization, ARefusalForItsIdentifiersHasAlreadyChangedTheQueryItemsButNotTheGraph) {
+    SessionHost host;
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    const auto graph = host.core.orchestrator();
+    EXPECT_EQ(host.core.initializeProject("other", "", host.window), InitializationResult::paramsRequired);
+    EXPECT_EQ(host.core.orchestrator(), graph);
+    EXPECT_EQ(host.start().kind, SessionStartResult::Kind::success);
+    EXPECT_EQ(latestQueryItem(host, "M_BID"), "other");
+    EXPECT_EQ(latestQueryItem(host, "M_ZoneID"), "");
+    // The earlier graph still asks for its own project.
+    EXPECT_THAT(host.phone().service()->requests().front().url, HasSubstr("/app-insights/v1/b1/p1/"));
+}
+
+TEST(Initialization, ARefusalForItsWindowHasAlreadyChangedTheQueryItems) {
+    SessionHost host;
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    host.phone().application().setKeyWindow(nullptr);
+    EXPECT_EQ(host.core.initializeProject("b2", "p2", nullptr), InitializationResult::cannotGetKeyWindow);
+    (void)host.start();
+    EXPECT_EQ(latestQueryItem(host, "M_BID"), "b2");
+}
+
+TEST(Initialization, ARefusalForARunningSessionHasChangedNothing) {
+    SessionHost host;
+    host.startSession();
+    EXPECT_EQ(host.core.initializeProject("b9", "p9", host.window),
+              InitializationResult::sessionAlreadyRunning);
+    (void)host.stop();
+    EXPECT_EQ(latestQueryItem(host, "M_BID"), "b1");
+    EXPECT_EQ(latestQueryItem(host, "M_ZoneID"), "p1");
+}
+
+TEST(Initialization, AgainWithoutASessionBuildsAFreshGraph) {
+    SessionHost host;
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    const auto first = host.core.orchestrator();
+    EXPECT_EQ(host.initialize(), InitializationResult::success);
+    EXPECT_NE(host.core.orchestrator(), first);
+}
+
+TEST(Initialization, TheOrchestratorClassCanBeReplaced) {
+    SessionHost host;
+    int made = 0;
+    MirethSRCore core(host.capture.log(), host.phone().services(),
+                      [&made](MirethLog& log, Orchestrator::Collaborators parts, Executor executor,
+                              CurrentTimeProvider clock) {
+                          ++made;
+                          return MirethSRCore::makeOrchestrator(log, std::move(parts), std::move(executor),
+                                                                std::move(clock));
+                      });
+    EXPECT_EQ(core.initializeProject("b", "p", host.window), InitializationResult::success);
+    EXPECT_EQ(made, 1);
+}
+
+TEST(Initialization, MemoryUseLinesNameEveryLongLivedObjectBuiltAndDestroyed) {
+    SessionHost host({}, {LogTag::memoryUse});
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    const auto built = host.texts(LogLevel::info);
+    for (const char* name :
+         {"ChunkPusher", "DeviceDetector", "FrameRecorder", "VideoChunkProcessor", "VideoChunkManager",
+          "TimelineEventDetector", "SessionRecorder", "RemoteSessionManager", "Orchestrator"}) {
+        EXPECT_THAT(built, testing::Contains(std::string(name) + ": Succesfully initialized"));
+    }
+    host.phone().queue().drain();
+    (void)host.capture.take();
+    host.capture.log().setAllowedTags({LogTag::memoryUse});
+    // A fresh graph takes the old one's place, and the old one goes.
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    const auto lines = host.texts(LogLevel::info);
+    for (const char* name :
+         {"ChunkPusher", "DeviceDetector", "FrameRecorder", "VideoChunkProcessor", "VideoChunkManager",
+          "TimelineEventDetector", "SessionRecorder", "RemoteSessionManager", "Orchestrator"}) {
+        EXPECT_THAT(lines, testing::Contains(std::string(name) + ": Succesfully deinitialized"));
+    }
+}
+
+TEST(Initialization, TheEntryPointWritesItsMemoryUseLines) {
+    test::LogCapture capture({LogTag::memoryUse});
+    const SessionHost host;
+    {
+        const MirethSRCore core(capture.log(), host.phone().services());
+    }
+    const auto lines = capture.take();
+    EXPECT_EQ(lines.front(), test::infoLine(LogTag::memoryUse, "MirethSR: Succesfully initialized"));
+    EXPECT_EQ(lines.back(), test::infoLine(LogTag::memoryUse, "MirethSR: Succesfully deinitialized"));
+}
+
+}  // namespace
+}  // namespace mireth

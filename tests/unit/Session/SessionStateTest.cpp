@@ -1,0 +1,252 @@
+#include <gmock/gmock.h>
+
+#include "support/SessionHost.hpp"
+
+namespace mireth {
+namespace {
+
+using test::SessionHost;
+using testing::Contains;
+using testing::ElementsAre;
+
+TEST(SessionState, PauseInStartedSucceedsAndIsLogged) {
+    SessionHost host({}, {LogTag::lifecycle});
+    host.startSession();
+    (void)host.capture.take();
+    EXPECT_EQ(host.core.pauseRecording(), SessionPauseResult::success);
+    EXPECT_EQ(host.state(), "paused");
+    EXPECT_THAT(host.texts(LogLevel::info), ElementsAre("Successfully paused the session."));
+    EXPECT_EQ(host.core.orchestrator()->state().session()->sessionId, "S1");
+}
+
+TEST(SessionState, PauseInPausedAnswersAlreadyPaused) {
+    SessionHost host;
+    host.startSession();
+    (void)host.core.pauseRecording();
+    EXPECT_EQ(host.core.pauseRecording(), SessionPauseResult::alreadyPaused);
+    EXPECT_EQ(host.state(), "paused");
+}
+
+TEST(SessionState, PauseInStoppedAnswersNotStarted) {
+    SessionHost host;
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    EXPECT_EQ(host.core.pauseRecording(), SessionPauseResult::notStarted);
+}
+
+TEST(SessionState, PauseInStartingAnswersNotStarted) {
+    SessionHost host;
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    const auto starting = host.core.startRecording(VexConfiguration(false, false));
+    EXPECT_EQ(host.core.pauseRecording(), SessionPauseResult::notStarted);
+    (void)host.await(starting);
+}
+
+TEST(SessionState, ResumeInPausedSucceedsAndIsLogged) {
+    SessionHost host({}, {LogTag::lifecycle});
+    host.startSession();
+    (void)host.core.pauseRecording();
+    (void)host.capture.take();
+    EXPECT_EQ(host.core.resumeRecording(), SessionResumeResult::success);
+    EXPECT_EQ(host.state(), "started");
+    EXPECT_THAT(host.texts(LogLevel::info), ElementsAre("Successfully resumed the session."));
+    EXPECT_EQ(host.core.orchestrator()->state().session()->sessionId, "S1");
+}
+
+TEST(SessionState, ResumeInStartedAnswersNotPaused) {
+    SessionHost host;
+    host.startSession();
+    EXPECT_EQ(host.core.resumeRecording(), SessionResumeResult::notPaused);
+}
+
+TEST(SessionState, ResumeInStoppedAndStartingAnswersNotStarted) {
+    SessionHost host;
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    EXPECT_EQ(host.core.resumeRecording(), SessionResumeResult::notStarted);
+    const auto starting = host.core.startRecording(VexConfiguration(false, false));
+    EXPECT_EQ(host.core.resumeRecording(), SessionResumeResult::notStarted);
+    (void)host.await(starting);
+}
+
+TEST(SessionState, StopInStoppedAnswersNotStarted) {
+    SessionHost host;
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    EXPECT_EQ(host.stop().kind, SessionCloseResult::Kind::notStarted);
+}
+
+TEST(SessionState, StopInStartingIsRefusedAndTheStartRunsToItsEnd) {
+    SessionHost host;
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    const auto starting = host.core.startRecording(VexConfiguration(false, false));
+    const auto stopping = host.core.stopRecording();
+    EXPECT_EQ(host.await(stopping).kind, SessionCloseResult::Kind::notStarted);
+    EXPECT_EQ(host.await(starting).kind, SessionStartResult::Kind::success);
+    EXPECT_EQ(host.state(), "started");
+}
+
+TEST(SessionState, LogErrorWhilePausedIsRefused) {
+    SessionHost host;
+    host.startSession();
+    (void)host.core.pauseRecording();
+    host.core.logError("x");
+    EXPECT_THAT(host.errors(), ElementsAre("Can't record log error without starting the session first"));
+}
+
+TEST(SessionState, LogErrorWhileStartedIsTaken) {
+    SessionHost host;
+    host.startSession();
+    host.core.logError(std::nullopt);
+    EXPECT_THAT(host.errors(), ElementsAre());
+}
+
+TEST(SessionState, LogErrorFromAnotherThreadReachesTheSessionOnMain) {
+    SessionHost host;
+    host.startSession();
+    (void)host.core.pauseRecording();
+    std::thread([&host] { host.core.logError("x"); }).join();
+    EXPECT_THAT(host.errors(), ElementsAre());
+    host.phone().queue().drain();
+    EXPECT_THAT(host.errors(), ElementsAre("Can't record log error without starting the session first"));
+}
+
+TEST(SessionState, AScreenReportWhilePausedIsRefusedWithTheDisappearanceText) {
+    SessionHost host;
+    host.startSession();
+    (void)host.core.pauseRecording();
+    host.core.reportScreenChange({{"Home"}}, ScreenChangeType::appear, ScreenDetectionType::manual, "");
+    EXPECT_THAT(host.errors(),
+                ElementsAre("Can't record screen disappearance without starting the session first"));
+}
+
+TEST(SessionState, AnEmptyScreenHierarchyIsRefused) {
+    SessionHost host;
+    host.startSession();
+    host.core.reportScreenChange({}, ScreenChangeType::appear, ScreenDetectionType::manual, "");
+    EXPECT_THAT(host.errors(), ElementsAre("Screen hierarchy cannot be empty"));
+}
+
+TEST(SessionState, TheStateIsCheckedBeforeTheHierarchy) {
+    SessionHost host;
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    host.core.reportScreenChange({}, ScreenChangeType::appear, ScreenDetectionType::manual, "");
+    EXPECT_THAT(host.errors(),
+                ElementsAre("Can't record screen disappearance without starting the session first"));
+}
+
+TEST(SessionState, ASignalOfTheDiagnosticHookIsRefusedWithoutASession) {
+    SessionHost host;
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    host.core.orchestrator()->backdoorRecordSignal(SessionSignalType::rageTap, {1, 2});
+    EXPECT_THAT(host.errors(), ElementsAre("Can't record signal without starting a session"));
+}
+
+TEST(SessionState, WhilePausedFramesAreBlankAndTheVideoGoesOn) {
+    SessionHost host;
+    host.startSession();
+    (void)host.core.pauseRecording();
+    host.advance(10.5);
+    ASSERT_EQ(host.service.chunks.size(), 1U);
+}
+
+/// Runs `action` once, when a line that begins with `beginning` is logged.
+void onLine(SessionHost& host, const std::string& beginning, const std::function<void()>& action) {
+    host.core.addLogListener(
+        [beginning, action, done = std::make_shared<bool>(false)](LogTag, LogLevel, const std::string& line) {
+            if (line.starts_with(beginning) && !std::exchange(*done, true)) {
+                action();
+            }
+        });
+}
+
+TEST(Reentrancy, AStopFromALogListenerWithinTheStartStopsTheWholeSession) {
+    for (const char* line : {"Pusher starts pushing", "Recorded event", "Frames recorder started"}) {
+        SessionHost host({}, {LogTag::network, LogTag::signal, LogTag::playback});
+        ASSERT_EQ(host.initialize(), InitializationResult::success);
+        std::optional<Async<SessionCloseResult>> stopping;
+        onLine(host, line, [&] { stopping = host.core.stopRecording(); });
+        EXPECT_EQ(host.start().kind, SessionStartResult::Kind::success) << line;
+        EXPECT_EQ(host.await(stopping.value()).kind, SessionCloseResult::Kind::success) << line;
+        host.advance(30);
+        EXPECT_EQ(host.state(), "stopped") << line;
+        EXPECT_TRUE(host.service.chunks.empty()) << line;
+        EXPECT_EQ(host.service.closed, 1) << line;
+    }
+}
+
+TEST(Reentrancy, APauseFromALogListenerWithinTheStartAnswersNotStarted) {
+    SessionHost host({}, {LogTag::network});
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    std::optional<SessionPauseResult> paused;
+    onLine(host, "Pusher starts pushing", [&] { paused = host.core.pauseRecording(); });
+    EXPECT_EQ(host.start().kind, SessionStartResult::Kind::success);
+    EXPECT_EQ(paused, SessionPauseResult::notStarted);
+    EXPECT_EQ(host.state(), "started");
+}
+
+TEST(Reentrancy, AStartFromALogListenerWithinTheStartCreatesOneSession) {
+    SessionHost host({}, {LogTag::lifecycle});
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    std::optional<Async<SessionStartResult>> second;
+    onLine(host, "Enabling automatic",
+           [&] { second = host.core.startRecording(VexConfiguration(false, false)); });
+    const auto first = host.core.startRecording(VexConfiguration(false, true));
+    const auto one = host.await(first).kind;
+    const auto other = host.await(second.value()).kind;
+    EXPECT_NE(one, other);
+    EXPECT_EQ(host.service.created, 1);
+}
+
+TEST(Reentrancy, AResetDuringTheStartEndsItWithoutASession) {
+    SessionHost host;
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    const auto starting = host.core.startRecording(VexConfiguration(false, false));
+    host.core.reset();
+    EXPECT_EQ(host.await(starting),
+              SessionStartResult::fail(
+                  "Failed to start recording: The library was reset while the session was starting."));
+    EXPECT_EQ(host.service.created, 0);
+    host.advance(30);
+    EXPECT_TRUE(host.service.chunks.empty());
+}
+
+TEST(Reentrancy, AResetWhileTheSessionIsCreatedEndsItWithoutRecording) {
+    SessionHost host;
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    const auto create = host.service.create;
+    host.service.create = [&](const platform::HttpRequest& request) {
+        host.core.reset();
+        return create(request);
+    };
+    EXPECT_EQ(host.start().kind, SessionStartResult::Kind::fail);
+    host.advance(30);
+    EXPECT_TRUE(host.service.chunks.empty());
+}
+
+TEST(SessionState, APauseDoesNotOutliveItsSession) {
+    SessionHost host;
+    host.startSession();
+    (void)host.core.pauseRecording();
+    (void)host.stop();
+    ASSERT_EQ(host.start().kind, SessionStartResult::Kind::success);
+    host.advance(1);
+    EXPECT_EQ(host.core.pauseRecording(), SessionPauseResult::success);
+}
+
+/// Fails in a way that no catch clause for std::exception sees.
+struct ThrowingWriters final : platform::AssetWriterFactory {
+    std::unique_ptr<platform::AssetWriter> makeWriter(const std::filesystem::path&, platform::FileType,
+                                                      std::int32_t, std::int64_t) override {
+        throw 42;
+    }
+};
+
+TEST(SessionState, AnErrorOfAnUnknownKindInTheEncoderLeavesTheLibraryReady) {
+    SessionHost host([](auto& options) { options.assetWriters = std::make_shared<ThrowingWriters>(); });
+    host.startSession();
+    host.advance(12);
+    EXPECT_EQ(host.state(), "started");
+    EXPECT_EQ(host.stop().kind, SessionCloseResult::Kind::success);
+    EXPECT_EQ(host.start().kind, SessionStartResult::Kind::success);
+}
+
+}  // namespace
+}  // namespace mireth

@@ -1,0 +1,277 @@
+// The library's server with its own way of handling a connection: bounded waits, a bounded head, TLS of ours.
+#include "HttpServer.hpp"
+
+#include <fcntl.h>
+#include <httplib.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <system_error>
+#include <thread>
+
+#include "ConnectionStream.hpp"
+#include "ConnectionThreads.hpp"
+#include "Transport.hpp"
+#include "UniqueFd.hpp"
+
+namespace mireth::receiver {
+namespace {
+
+constexpr auto transactionId = "x-transaction-id";
+constexpr auto requestId = "x-request-id";
+// Carries the multipart type past the library, which would otherwise parse the body itself.
+constexpr auto contentTypeAside = "X-Mireth-Content-Type";
+constexpr auto json = "application/json";
+constexpr std::chrono::seconds grace{10};
+constexpr int backlog = 256;
+
+bool isPlainIdentifier(const std::string& text) {
+    const auto plain = [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' ||
+               c == '_' || c == '.';
+    };
+    return !text.empty() && text.size() <= 128 && std::all_of(text.begin(), text.end(), plain);
+}
+
+}  // namespace
+
+class HttpServer::Listener final : private httplib::Server {
+  public:
+    Listener(const Limits& limits, RequestHandler& handler, const Environment& environment,
+             std::shared_ptr<TlsContext> tls)
+        : limits_(limits), handler_(handler), environment_(environment), tls_(std::move(tls)) {
+        new_task_queue = [this] { return new ConnectionThreads(limits_.connections); };
+        // Not the library's SO_REUSEPORT: with it a second receiver would share the port silently.
+        set_socket_options([](socket_t socket) {
+            const int yes = 1;
+            ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+        });
+        route();
+    }
+
+    bool bind(const ListenOptions& options) {
+        port_ = options.port;
+        if (options.port == 0) {
+            port_ = bind_to_any_port(options.host);
+        } else if (!bind_to_port(options.host, options.port)) {
+            return false;
+        }
+        return port_ > 0 && ::listen(svr_sock_, backlog) == 0;
+    }
+
+    void begin() {
+        accepting_ = std::thread([this] {
+            accepter_ = std::this_thread::get_id();
+            listen_after_bind();
+        });
+        // A stop before the library runs would be lost.
+        while (!is_running()) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+
+    void end() {
+        if (accepting_.joinable()) {
+            stop_.raise(grace);
+            Server::stop();
+            accepting_.join();
+        }
+    }
+
+    int port() const { return port_; }
+
+  private:
+    void route() {
+        const auto bodyless = [this](const httplib::Request& request, httplib::Response& response) {
+            exchange(request, response, nullptr);
+        };
+        const auto bodied = [this](const httplib::Request& request, httplib::Response& response,
+                                   const httplib::ContentReader& reader) {
+            exchange(request, response, &reader);
+        };
+        // Not ".*": a dot matches no line end, and a decoded path may hold one.
+        constexpr auto anything = "[\\s\\S]*";
+        Get(anything, bodyless);
+        Options(anything, bodyless);
+        Post(anything, bodied);
+        Put(anything, bodied);
+        Patch(anything, bodied);
+        Delete(anything, bodied);
+        set_payload_max_length(static_cast<std::size_t>(limits_.requestBytes));
+        set_error_handler([](const httplib::Request&, httplib::Response& response) {
+            if (response.body.empty()) {
+                response.set_content(R"({"status":"ERROR"})", json);
+            }
+        });
+        set_exception_handler(
+            [this](const httplib::Request&, httplib::Response& response, const std::exception_ptr& error) {
+                explain(error);
+                response.status = 500;
+                response.set_content(R"({"status":"ERROR"})", json);
+            });
+        set_post_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
+            identify(request.get_header_value(transactionId), response);
+        });
+    }
+
+    void explain(const std::exception_ptr& error) const {
+        try {
+            std::rethrow_exception(error);
+        } catch (const std::exception& known) {
+            environment_.report(std::string("a request failed: ") + known.what());
+        } catch (...) {
+            environment_.report("a request failed for an unknown reason");
+        }
+    }
+
+    void identify(const std::string& requested, httplib::Response& response) const {
+        response.set_header(transactionId,
+                            isPlainIdentifier(requested) ? requested : environment_.newIdentifier());
+        response.set_header(requestId, environment_.newIdentifier());
+        response.set_header("X-Content-Type-Options", "nosniff");
+        response.set_header("Cache-Control", "no-store");
+    }
+
+    void exchange(const httplib::Request& request, httplib::Response& response,
+                  const httplib::ContentReader* reader) const {
+        const auto work = handler_.begin({.method = request.method,
+                                          .target = request.target,
+                                          .contentType = request.get_header_value(contentTypeAside)});
+        const Answer answer = answerTo(request, *work, reader);
+        response.status = answer.status;
+        response.set_content(answer.body, json);
+        if (answer.allow) {
+            response.set_header("Allow", *answer.allow);
+        }
+    }
+
+    static Answer answerTo(const httplib::Request& request, Exchange& work,
+                           const httplib::ContentReader* reader) {
+        if (reader == nullptr) {
+            return work.finish();
+        }
+        const auto limit = work.bodyLimit();
+        if (request.has_header("Content-Length") &&
+            request.get_header_value<std::uint64_t>("Content-Length") > limit) {
+            return work.refuse(413);
+        }
+        std::uint64_t seen = 0;
+        const bool whole = (*reader)([&](const char* bytes, std::size_t count) {
+            seen += count;
+            if (seen <= limit) {
+                work.accept({bytes, count});
+            }
+            return seen <= limit;
+        });
+        if (seen > limit) {
+            return work.refuse(413);
+        }
+        return whole ? work.finish() : work.refuse(400);
+    }
+
+    bool process_and_close_socket(socket_t socket) override {
+        const UniqueFd owner(socket);
+        if (std::this_thread::get_id() == accepter_) {
+            turnAway(socket);
+            return false;
+        }
+        const int yes = 1;
+        ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
+        if (::fcntl(socket, F_SETFL, O_NONBLOCK) != 0) {
+            return false;
+        }
+        Patience patience(limits_, stop_);
+        const auto transport = tls_ ? tls_->accept(socket, patience) : plainTransport(socket, patience);
+        return transport && serve(*transport, patience);
+    }
+
+    bool serve(Transport& transport, Patience& patience) {
+        // Room for the framing of a chunked body, whose lengths the library reads by itself.
+        constexpr std::uint64_t framing = std::uint64_t{1} << 20U;
+        ConnectionStream stream(transport, patience, limits_.requestBytes + framing);
+        const auto head = stream.readHead();
+        if (head == ConnectionStream::Head::absent) {
+            return false;
+        }
+        bool served = false;
+        if (head == ConnectionStream::Head::oversized) {
+            served = transport.write(plainResponse("431 Request Header Fields Too Large"));
+        } else {
+            bool closed = false;
+            served = process_request(stream, true, closed, [](httplib::Request& request) {
+                const auto type = request.get_header_value("Content-Type");
+                request.headers.erase(contentTypeAside);
+                request.headers.erase("Content-Type");
+                request.set_header(contentTypeAside, type);
+            });
+        }
+        stream.linger();
+        return served;
+    }
+
+    // Runs where connections are accepted, so it must not wait.
+    void turnAway(int socket) const {
+        if (!tls_) {
+            const auto response = plainResponse("503 Service Unavailable");
+            ::send(socket, response.data(), response.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+        }
+    }
+
+    std::string plainResponse(const std::string& status) const {
+        constexpr std::string_view body = R"({"status":"ERROR"})";
+        return "HTTP/1.1 " + status +
+               "\r\nContent-Type: application/json\r\nContent-Length: " + std::to_string(body.size()) +
+               "\r\nConnection: close\r\n" + transactionId + ": " + environment_.newIdentifier() + "\r\n" +
+               requestId + ": " + environment_.newIdentifier() + "\r\n\r\n" + std::string(body);
+    }
+
+    const Limits& limits_;
+    RequestHandler& handler_;
+    const Environment& environment_;
+    const std::shared_ptr<TlsContext> tls_;
+    int port_ = 0;
+    std::thread accepting_;
+    std::thread::id accepter_;  // written before the first connection is handed to another thread
+    StopSignal stop_;
+};
+
+HttpServer::HttpServer(std::unique_ptr<Listener> listener) : listener_(std::move(listener)) {}
+HttpServer::~HttpServer() {
+    stop();
+}
+
+std::expected<std::unique_ptr<HttpServer>, std::string> HttpServer::start(const ListenOptions& options,
+                                                                          const Limits& limits,
+                                                                          RequestHandler& handler,
+                                                                          const Environment& environment) {
+    std::shared_ptr<TlsContext> tls;
+    if (options.tls) {
+        auto loaded = TlsContext::load(options.tls->certificate, options.tls->key);
+        if (!loaded) {
+            return std::unexpected(loaded.error());
+        }
+        tls = std::move(*loaded);
+    }
+    auto listener = std::make_unique<Listener>(limits, handler, environment, std::move(tls));
+    errno = 0;
+    if (!listener->bind(options)) {
+        const std::string why = errno == 0 ? "" : ": " + std::generic_category().message(errno);
+        return std::unexpected("cannot listen on " + options.host + " port " + std::to_string(options.port) +
+                               why);
+    }
+    listener->begin();
+    return std::unique_ptr<HttpServer>(new HttpServer(std::move(listener)));
+}
+
+int HttpServer::port() const {
+    return listener_->port();
+}
+void HttpServer::stop() {
+    listener_->end();
+}
+
+}  // namespace mireth::receiver

@@ -1,0 +1,59 @@
+// What is kept of a session. Passed between the endpoints, the store and the reports.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "TimelineValidator.hpp"
+
+namespace mireth::receiver {
+
+struct Session {
+    std::string id;
+    std::string brandId;
+    std::string brandDc;  ///< as the client named it
+    std::string projectId;
+    bool isTestSession = false;
+    std::int64_t startMillis = 0;              ///< wall clock of the receiver
+    std::optional<std::int64_t> closedMillis;  ///< none while the session is open
+};
+
+struct Chunk {
+    std::int64_t number = 0;
+    std::int64_t endMillis = 0;  ///< the end of the chunk as the client stamped it
+    std::int64_t receivedMillis = 0;
+    std::int64_t bytes = 0;  ///< of the video
+    std::int64_t frames = 0;
+    std::int64_t durationMillis = 0;
+    std::string videoPath;  ///< where the video lies; set by the store
+    std::vector<TimelineEvent> events;
+};
+
+struct LogLine {
+    std::optional<std::string> sessionId;  ///< none when the line names no session that is known
+    std::int64_t receivedMillis = 0;
+    std::string levelName;
+    std::string message;
+};
+
+/// One line of the list of sessions: the session and sums over what it holds.
+struct SessionSummary {
+    Session session;
+    std::int64_t chunks = 0;
+    std::int64_t frames = 0;
+    std::int64_t bytes = 0;
+    std::int64_t durationMillis = 0;
+    std::int64_t events = 0;
+    std::int64_t logLines = 0;
+};
+
+/// Everything of one session.
+struct SessionContents {
+    SessionSummary summary;
+    std::vector<Chunk> chunks;  ///< by number
+    std::vector<LogLine> logLines;
+};
+
+}  // namespace mireth::receiver

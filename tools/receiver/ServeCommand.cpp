@@ -1,0 +1,91 @@
+// Puts the parts together: configuration, store, endpoints, server.
+#include "ServeCommand.hpp"
+
+#include <csignal>
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+#include "Endpoints.hpp"
+#include "JsonText.hpp"
+#include "ListenAddress.hpp"
+#include "SqliteStore.hpp"
+
+namespace mireth::receiver {
+namespace {
+
+int fail(const Environment& environment, const std::string& why) {
+    environment.report(why);
+    return 1;
+}
+
+// The host as clients write it; a wildcard address is no address to connect to.
+std::string originOf(const ListenAddress& address, bool tls) {
+    ListenAddress reachable = address;
+    if (address.host == "0.0.0.0" || address.host == "::") {
+        reachable.host = address.host == "::" ? "::1" : "127.0.0.1";
+    }
+    return (tls ? "https://" : "http://") + reachable.text();
+}
+
+void printReady(std::ostream& out, const ListenAddress& address, const ServeOptions& options) {
+    const auto origin = originOf(address, options.tls.has_value());
+    out << jsonText({{"event", "ready"},
+                     {"listen", address.text()},
+                     {"sr", origin},
+                     {"kelda", origin},
+                     {"data", options.data}})
+        << std::endl;
+}
+
+void awaitSignal() {
+    sigset_t wanted;
+    sigemptyset(&wanted);
+    sigaddset(&wanted, SIGTERM);
+    sigaddset(&wanted, SIGINT);
+    int received = 0;
+    sigwait(&wanted, &received);
+}
+
+}  // namespace
+
+int serve(const ServeOptions& options, std::ostream& out, std::ostream& errors) {
+    const auto environment = Environment::real(errors);
+    auto address = ListenAddress::parse(options.listen);
+    if (!address) {
+        return fail(environment, address.error());
+    }
+    const auto config = options.config ? Config::read(*options.config) : Config{};
+    if (!config) {
+        return fail(environment, config.error());
+    }
+    const auto store = SqliteStore::open(options.data, environment.newIdentifier);
+    if (!store) {
+        return fail(environment, store.error());
+    }
+    if ((*store)->sweptVideos() > 0) {
+        environment.report("removed " + std::to_string((*store)->sweptVideos()) +
+                           " videos that an interrupted upload left behind");
+    }
+    Endpoints endpoints({.config = *config, .store = **store, .environment = environment});
+    const auto server = HttpServer::start({.host = address->host, .port = address->port, .tls = options.tls},
+                                          config->limits, endpoints, environment);
+    if (!server) {
+        return fail(environment, server.error());
+    }
+    address->port = (*server)->port();
+    if (!address->isLoopback()) {
+        environment.report("warning: listening on " + address->text() +
+                           ", which other machines may reach; nobody is asked who they are");
+    }
+    if (options.printReady) {
+        printReady(out, *address, options);
+    } else {
+        environment.report("listening on " + originOf(*address, options.tls.has_value()) + ", data in " +
+                           options.data);
+    }
+    awaitSignal();
+    (*server)->stop();
+    return 0;
+}
+
+}  // namespace mireth::receiver

@@ -1,0 +1,24 @@
+// Runs the receiver until it is told to end. What `mireth-receiver` does without a subcommand.
+#pragma once
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+
+#include "HttpServer.hpp"
+
+namespace mireth::receiver {
+
+struct ServeOptions {
+    std::string listen = "127.0.0.1:8080";
+    std::optional<TlsFiles> tls;
+    std::string data;
+    std::optional<std::string> config;
+    bool printReady = false;
+};
+
+/// Serves until SIGTERM or SIGINT, which must be blocked in every thread already; then finishes what is in
+/// flight. Returns the exit status: 0 after that, 1 when it could not begin, with one line on `errors`.
+int serve(const ServeOptions& options, std::ostream& out, std::ostream& errors);
+
+}  // namespace mireth::receiver

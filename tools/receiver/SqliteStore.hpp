@@ -1,0 +1,71 @@
+// The embedded store: one SQLite database and a folder of video files in one data directory.
+//
+// A video is written and synced before its row is committed, so a crash at any moment leaves either a whole
+// chunk or a file that nothing refers to; such files are removed when the store is next opened for writing.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "Database.hpp"
+#include "Store.hpp"
+#include "VideoFolder.hpp"
+
+namespace mireth::receiver {
+
+class SqliteStore final : public Store {
+  public:
+    /// Opens `directory` for serving, making it (0700) when it is absent, and removes orphaned videos.
+    /// Refused while another process serves from it. `newIdentifier` names the videos.
+    static Stored<std::unique_ptr<SqliteStore>> open(const std::string& directory,
+                                                     std::function<std::string()> newIdentifier);
+    /// Opens an existing `directory` to read what is in it, also while a receiver serves from it.
+    static Stored<std::unique_ptr<SqliteStore>> openForReading(const std::string& directory);
+
+    /// How many orphaned videos opening removed.
+    std::int64_t sweptVideos() const { return swept_; }
+
+    Stored<void> addSession(const Session& session) override;
+    Stored<std::optional<Session>> session(const std::string& id) override;
+    Stored<CloseOutcome> closeSession(const std::string& id, const std::string& brandId,
+                                      const std::string& projectId, std::int64_t millis) override;
+    Stored<std::unique_ptr<IncomingVideo>> beginVideo() override;
+    Stored<PutOutcome> putChunk(const std::string& sessionId, const Chunk& chunk, IncomingVideo& video,
+                                std::int64_t mostChunks) override;
+    Stored<bool> addLogLine(const LogLine& line, std::int64_t mostLines) override;
+    Stored<std::vector<SessionSummary>> sessions() override;
+    Stored<std::optional<SessionContents>> contents(const std::string& id) override;
+    Stored<std::vector<LogLine>> strayLogLines() override;
+
+  private:
+    SqliteStore(std::string directory, UniqueFd lock, Database database, VideoFolder videos,
+                std::function<std::string()> newIdentifier);
+
+    /// Runs `work` with the database to itself; what SQLite reports becomes the error.
+    template <typename Work>
+    auto guarded(const char* doing, Work work) -> Stored<decltype(work())>;
+
+    void makeTables();
+    void sweep();
+    /// Why the chunk cannot be inserted; `kept` when it can.
+    PutOutcome admission(const std::string& sessionId, std::int64_t number, const std::string& digest,
+                         std::int64_t mostChunks) const;
+    void insertChunk(const std::string& sessionId, const Chunk& chunk, const VideoFile& video,
+                     const std::string& digest) const;
+    std::vector<Chunk> chunksOf(const std::string& sessionId) const;
+    std::vector<LogLine> logLinesOf(const std::optional<std::string>& sessionId) const;
+
+    const std::string directory_;
+    const UniqueFd lock_;
+    const VideoFolder videos_;
+    const std::function<std::string()> newIdentifier_;
+    std::int64_t swept_ = 0;  // constant once opened
+
+    std::mutex mutex_;
+    // Guarded by mutex_.
+    Database database_;
+};
+
+}  // namespace mireth::receiver

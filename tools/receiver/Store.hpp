@@ -1,0 +1,73 @@
+// Where sessions, chunks, events and log lines are kept: the few operations that the endpoints and the
+// reports need. SqliteStore is the embedded answer; another can stand on a database server and an object
+// store.
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ByteSource.hpp"
+#include "Records.hpp"
+
+namespace mireth::receiver {
+
+/// A result, or a line for the operator that says what failed and where.
+template <typename T>
+using Stored = std::expected<T, std::string>;
+
+/// A video while it arrives. It belongs to whoever holds it and vanishes with it, unless Store::putChunk kept
+/// it. One thread at a time.
+class IncomingVideo : public ByteSource {
+  public:
+    /// Appends; once it has failed it may not be called again.
+    virtual Stored<void> append(std::string_view bytes) = 0;
+};
+
+enum class PutOutcome {
+    kept,         ///< durable: it survives a crash from now on
+    repeated,     ///< the same chunk is there already
+    conflicting,  ///< another video is there under that number
+    notOpen,      ///< the session is unknown or closed
+    full,         ///< the session has as many chunks as are allowed
+};
+
+enum class CloseOutcome { closed, unknown };
+
+/// Any thread may call; operations of different threads do not disturb each other.
+class Store {
+  public:
+    Store() = default;
+    Store(const Store&) = delete;
+    Store& operator=(const Store&) = delete;
+    virtual ~Store() = default;
+
+    virtual Stored<void> addSession(const Session& session) = 0;
+    /// The session, or none when it is unknown.
+    virtual Stored<std::optional<Session>> session(const std::string& id) = 0;
+    /// Closes the session if it is of that project. Closing a closed one changes nothing and is `closed` too.
+    virtual Stored<CloseOutcome> closeSession(const std::string& id, const std::string& brandId,
+                                              const std::string& projectId, std::int64_t millis) = 0;
+
+    virtual Stored<std::unique_ptr<IncomingVideo>> beginVideo() = 0;
+    /// Keeps the chunk and its video as one, or neither. `video` must come from this store's beginVideo.
+    /// `chunk.videoPath` and `chunk.bytes` are not looked at: the store knows them.
+    virtual Stored<PutOutcome> putChunk(const std::string& sessionId, const Chunk& chunk,
+                                        IncomingVideo& video, std::int64_t mostChunks) = 0;
+
+    /// False when the line's session, or the lines without one, already have `mostLines`.
+    virtual Stored<bool> addLogLine(const LogLine& line, std::int64_t mostLines) = 0;
+
+    /// All sessions, the earliest started first.
+    virtual Stored<std::vector<SessionSummary>> sessions() = 0;
+    /// Everything of one session; none when it is unknown.
+    virtual Stored<std::optional<SessionContents>> contents(const std::string& id) = 0;
+    /// The log lines without a session, the earliest first.
+    virtual Stored<std::vector<LogLine>> strayLogLines() = 0;
+};
+
+}  // namespace mireth::receiver
