@@ -1,0 +1,49 @@
+// Follows each touch of the recorded window and tells, when it ends, what it was.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "MirethVex/Base/AnyCancellable.hpp"
+#include "MirethVex/Base/PassthroughSubject.hpp"
+#include "PrivateSide/Detection/Core/GestureEvent.hpp"
+#include "PrivateSide/Detection/Core/GestureRecognizerObserver.hpp"
+#include "PrivateSide/Logger/MirethLog.hpp"
+
+namespace mireth {
+
+/// Main thread. Taps are counted by the platform (`Touch::tapCount`), not here.
+class MirethGestureRecognizer {
+  public:
+    MirethGestureRecognizer(MirethLog& log, std::shared_ptr<GestureRecognizerObserver> gestureRecognizerObserver);
+    MirethGestureRecognizer(const MirethGestureRecognizer&) = delete;
+    MirethGestureRecognizer& operator=(const MirethGestureRecognizer&) = delete;
+
+    AnyPublisher<GestureEvent> recognizedGestures() const {
+        return recognizedGestureSubject_.eraseToAnyPublisher();
+    }
+    const std::shared_ptr<GestureRecognizerObserver>& gestureRecognizer() const noexcept {
+        return gestureRecognizer_;
+    }
+
+  private:
+    enum class GestureEvaluationResult { tap, other };
+
+    void touchBegan(const platform::Touch& touch);
+    void touchMoved(const platform::Touch& touch);
+    void touchEnded(const platform::Touch& touch);
+    void touchCancelled(const platform::Touch& touch);
+    static GestureEvaluationResult evaluate(const std::vector<Point>& points);
+    void handleTap(const platform::Touch& touch);
+
+    MirethLog& log_;
+    const std::shared_ptr<GestureRecognizerObserver> gestureRecognizer_;
+    PassthroughSubject<GestureEvent> recognizedGestureSubject_;
+    /// The points seen of each touch that has begun and not ended, in window coordinates.
+    std::map<std::uint64_t, std::vector<Point>> touchesInProgress_;
+    std::vector<AnyCancellable> cancellables_;
+};
+
+}  // namespace mireth
