@@ -1,5 +1,4 @@
 # The installed library: one object made of all areas, its public headers, a CMake package and a pkg-config file.
-include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(_areas
