@@ -8,6 +8,7 @@ GestureRecognizer::~GestureRecognizer() = default;
 void GestureRecognizer::touchesBegan(const std::vector<Touch>& /*touches*/, const TouchEvent& /*event*/) {}
 void GestureRecognizer::touchesMoved(const std::vector<Touch>& /*touches*/, const TouchEvent& /*event*/) {}
 void GestureRecognizer::touchesEnded(const std::vector<Touch>& /*touches*/, const TouchEvent& /*event*/) {}
-void GestureRecognizer::touchesCancelled(const std::vector<Touch>& /*touches*/, const TouchEvent& /*event*/) {}
+void GestureRecognizer::touchesCancelled(const std::vector<Touch>& /*touches*/, const TouchEvent& /*event*/) {
+}
 
 }  // namespace mireth::platform

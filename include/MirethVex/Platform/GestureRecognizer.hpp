@@ -16,7 +16,8 @@ class MIRETH_EXPORT GestureRecognizerDelegate {
     virtual ~GestureRecognizerDelegate() = default;
     /// May `recognizer` and `other` both see a touch that one of them has recognised? It is enough that the
     /// delegate of either says so.
-    virtual bool shouldRecognizeSimultaneouslyWith(GestureRecognizer& recognizer, GestureRecognizer& other) = 0;
+    virtual bool shouldRecognizeSimultaneouslyWith(GestureRecognizer& recognizer,
+                                                   GestureRecognizer& other) = 0;
 };
 
 /// Base of all recognisers. Main thread only. Always owned by std::shared_ptr; a window it is added to owns

@@ -1,11 +1,22 @@
+// The tables are read from the kernel's messages themselves, with no more of libnl than its sockets and
+// attributes: its route objects need registries that libnl takes down when the process ends, which may be
+// while the monitor's thread is reading.
 #include "platforms/linux/network/RouteTables.hpp"
 
 #include <linux/if.h>
 #include <linux/rtnetlink.h>
+#include <netlink/attr.h>
 #include <netlink/errno.h>
-#include <netlink/route/nexthop.h>
-#include <netlink/route/route.h>
+#include <netlink/msg.h>
 #include <sys/socket.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <exception>
+#include <map>
+#include <string_view>
+#include <utility>
 
 #include "platforms/linux/network/NetlinkHandles.hpp"
 
@@ -15,69 +26,162 @@ namespace {
 
 constexpr int attempts = 5;
 
-/// Asks for one kind of table with `allocate`; null when that fails.
-template <class Allocate>
-NetlinkCache readTable(nl_sock* socket, Allocate allocate) {
-    for (int i = 0; i < attempts; ++i) {
-        nl_cache* cache = nullptr;
-        const int result = allocate(socket, &cache);
-        if (result == 0) {
-            return NetlinkCache(cache);
-        }
-        if (result != -NLE_DUMP_INTR) {
-            break;
-        }
+template <std::size_t count>
+using Attributes = std::array<nlattr*, count>;
+
+/// The attributes after a message's header, by their type; nothing when the message is malformed.
+template <class Header, std::size_t count>
+std::optional<Attributes<count>> attributesOf(nlmsghdr* message) {
+    Attributes<count> result{};
+    if (nlmsg_parse(message, sizeof(Header), result.data(), count - 1, nullptr) < 0) {
+        return std::nullopt;
     }
-    return nullptr;
+    return result;
 }
 
-bool isUsable(rtnl_link* link) {
-    const unsigned flags = rtnl_link_get_flags(link);
-    const int state = rtnl_link_get_operstate(link);
+/// The attribute's value; `otherwise` when it is absent or too short.
+template <class T>
+T valueOf(const nlattr* attribute, T otherwise) {
+    if (attribute == nullptr || nla_len(attribute) < static_cast<int>(sizeof(T))) {
+        return otherwise;
+    }
+    nla_memcpy(&otherwise, attribute, sizeof(T));
+    return otherwise;
+}
+
+struct Link {
+    LinkDescription description;
+    bool isUsable = false;
+};
+using Links = std::map<int, Link>;
+
+void addLink(nlmsghdr* message, Links& links) {
+    const auto attributes = attributesOf<ifinfomsg, IFLA_MAX + 1>(message);
+    if (message->nlmsg_type != RTM_NEWLINK || !attributes) {
+        return;
+    }
+    const auto* header = static_cast<const ifinfomsg*>(nlmsg_data(message));
+    const auto state = valueOf<std::uint8_t>((*attributes)[IFLA_OPERSTATE], IF_OPER_UNKNOWN);
     const bool hasCarrier = state == IF_OPER_UP || state == IF_OPER_UNKNOWN;
-    return (flags & IFF_UP) != 0 && (flags & IFF_LOOPBACK) == 0 && hasCarrier;
+    Link link;
+    link.isUsable =
+        (header->ifi_flags & IFF_UP) != 0 && (header->ifi_flags & IFF_LOOPBACK) == 0 && hasCarrier;
+    link.description.hardwareType = header->ifi_type;
+    if (const nlattr* const name = (*attributes)[IFLA_IFNAME]) {
+        const std::string_view bytes(static_cast<const char*>(nla_data(name)),
+                                     static_cast<std::size_t>(nla_len(name)));
+        link.description.name = bytes.substr(0, bytes.find('\0'));
+    }
+    links.insert_or_assign(header->ifi_index, std::move(link));
 }
 
 /// Collects the path from the default routes.
-struct PathBuilder {
-    nl_cache* links;
-    const LinkClassifier& classify;
-    NetworkPath path;
+class PathBuilder {
+  public:
+    PathBuilder(const Links& links, const LinkClassifier& classify) : links_(links), classify_(classify) {}
 
-    void addRoute(rtnl_route* route) {
-        nl_addr* const destination = rtnl_route_get_dst(route);
-        const bool isDefault = destination == nullptr || nl_addr_get_prefixlen(destination) == 0;
-        const bool leadsOut =
-            rtnl_route_get_type(route) == RTN_UNICAST && rtnl_route_get_table(route) != RT_TABLE_LOCAL;
-        if (!isDefault || !leadsOut) {
+    void addRoute(nlmsghdr* message) {
+        const auto attributes = attributesOf<rtmsg, RTA_MAX + 1>(message);
+        if (message->nlmsg_type != RTM_NEWROUTE || !attributes) {
             return;
         }
-        const auto addHop = [](rtnl_nexthop* hop, void* self) {
-            static_cast<PathBuilder*>(self)->addHop(hop);
-        };
-        rtnl_route_foreach_nexthop(route, addHop, this);
+        const auto* header = static_cast<const rtmsg*>(nlmsg_data(message));
+        const auto table = valueOf<std::uint32_t>((*attributes)[RTA_TABLE], header->rtm_table);
+        const bool leadsOut = header->rtm_type == RTN_UNICAST && table != RT_TABLE_LOCAL;
+        if (header->rtm_dst_len != 0 || !leadsOut) {
+            return;
+        }
+        if (const nlattr* const hop = (*attributes)[RTA_OIF]) {
+            addHop(header->rtm_flags, valueOf<int>(hop, 0));
+        }
+        if (const nlattr* const hops = (*attributes)[RTA_MULTIPATH]) {
+            addHops(hops);
+        }
     }
 
-    void addHop(rtnl_nexthop* hop) {
-        const bool isDead = (rtnl_route_nh_get_flags(hop) & (RTNH_F_DEAD | RTNH_F_LINKDOWN)) != 0;
-        const NetlinkLink link(rtnl_link_get(links, rtnl_route_nh_get_ifindex(hop)));
-        if (isDead || !link || !isUsable(link.get())) {
+    const NetworkPath& path() const { return path_; }
+
+  private:
+    /// The next hops of a route that has several.
+    void addHops(const nlattr* hops) {
+        auto left = static_cast<std::size_t>(nla_len(hops));
+        const auto* bytes = static_cast<const char*>(nla_data(hops));
+        while (left >= sizeof(rtnexthop)) {
+            const auto* hop = reinterpret_cast<const rtnexthop*>(bytes);
+            const std::size_t length = RTNH_ALIGN(hop->rtnh_len);
+            if (hop->rtnh_len < sizeof(rtnexthop) || hop->rtnh_len > left) {
+                return;
+            }
+            addHop(hop->rtnh_flags, hop->rtnh_ifindex);
+            bytes += length;
+            left -= std::min(left, length);
+        }
+    }
+
+    void addHop(unsigned flags, int interfaceIndex) {
+        const auto link = links_.find(interfaceIndex);
+        const bool isDead = (flags & (RTNH_F_DEAD | RTNH_F_LINKDOWN)) != 0;
+        if (isDead || link == links_.end() || !link->second.isUsable) {
             return;
         }
-        path.satisfied = true;
-        switch (classify({rtnl_link_get_name(link.get()), rtnl_link_get_arptype(link.get())})) {
+        path_.satisfied = true;
+        switch (classify_(link->second.description)) {
             case LinkKind::wifi:
-                path.usesWifi = true;
+                path_.usesWifi = true;
                 break;
             case LinkKind::cellular:
-                path.usesCellular = true;
+                path_.usesCellular = true;
                 break;
             case LinkKind::wired:
-                path.usesWired = true;
+                path_.usesWired = true;
                 break;
+        }
+    }
+
+    const Links& links_;
+    const LinkClassifier& classify_;
+    NetworkPath path_;
+};
+
+/// What receives a table's messages. libnl is C: an exception waits here until it has returned.
+template <class Add>
+struct Receiver {
+    Add add;
+    std::exception_ptr failure;
+
+    static int receive(nl_msg* message, void* argument) {
+        auto& self = *static_cast<Receiver*>(argument);
+        try {
+            self.add(nlmsg_hdr(message));
+            return NL_OK;
+        } catch (...) {
+            self.failure = std::current_exception();
+            return NL_STOP;
         }
     }
 };
+
+/// Asks for one table, of which every entry goes to `add`. False when the kernel cannot be asked, or changed
+/// the table in every one of a few attempts.
+template <class Header, class Add>
+bool readTable(nl_sock* socket, int request, Add add) {
+    Receiver<Add> receiver{std::move(add), nullptr};
+    if (nl_socket_modify_cb(socket, NL_CB_VALID, NL_CB_CUSTOM, Receiver<Add>::receive, &receiver) != 0) {
+        return false;
+    }
+    int result = -NLE_DUMP_INTR;
+    for (int i = 0; i < attempts && result == -NLE_DUMP_INTR; ++i) {
+        Header header{};
+        result = nl_send_simple(socket, request, NLM_F_DUMP, &header, sizeof(header));
+        if (result >= 0) {
+            result = nl_recvmsgs_default(socket);
+        }
+        if (receiver.failure) {
+            std::rethrow_exception(receiver.failure);
+        }
+    }
+    return result >= 0;
+}
 
 }  // namespace
 
@@ -94,21 +198,17 @@ std::optional<NetworkPath> readNetworkPath(const LinkClassifier& classify) {
     if (!socket) {
         return std::nullopt;
     }
-    const NetlinkCache links = readTable(socket.get(), [](nl_sock* from, nl_cache** cache) {
-        return rtnl_link_alloc_cache(from, AF_UNSPEC, cache);
-    });
-    const NetlinkCache routes = readTable(socket.get(), [](nl_sock* from, nl_cache** cache) {
-        return rtnl_route_alloc_cache(from, AF_UNSPEC, 0, cache);
-    });
-    if (!links || !routes) {
+    Links links;
+    if (!readTable<ifinfomsg>(socket.get(), RTM_GETLINK,
+                              [&links](nlmsghdr* message) { addLink(message, links); })) {
         return std::nullopt;
     }
-    PathBuilder builder{links.get(), classify, {}};
-    const auto addRoute = [](nl_object* object, void* self) {
-        static_cast<PathBuilder*>(self)->addRoute(reinterpret_cast<rtnl_route*>(object));
-    };
-    nl_cache_foreach(routes.get(), addRoute, &builder);
-    return builder.path;
+    PathBuilder builder(links, classify);
+    if (!readTable<rtmsg>(socket.get(), RTM_GETROUTE,
+                          [&builder](nlmsghdr* message) { builder.addRoute(message); })) {
+        return std::nullopt;
+    }
+    return builder.path();
 }
 
 }  // namespace mireth::platform

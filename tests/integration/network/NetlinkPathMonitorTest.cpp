@@ -6,12 +6,15 @@
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
+#include <cstdlib>
 #include <mutex>
 #include <ostream>
 #include <thread>
@@ -258,6 +261,26 @@ TEST(NetlinkPathMonitor, NothingIsReportedAfterCancel) {
         EXPECT_EQ(reports, before);
         EXPECT_LE(before, 1);
     });
+}
+
+TEST(NetlinkPathMonitor, AProcessMayEndWhileItReads) {
+    constexpr int processes = 300;
+    int unclean = 0;
+    for (int delay = 0; delay < processes; ++delay) {
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            // As in an app: the monitor is still there when main returns.
+            auto* const monitor = new NetlinkPathMonitor(sysfsLinkClassifier());
+            monitor->start([](const NetworkPath&) {});
+            std::this_thread::sleep_for(std::chrono::microseconds(delay * 10));
+            std::exit(0);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        unclean += WIFEXITED(status) && WEXITSTATUS(status) == 0 ? 0 : 1;
+    }
+    EXPECT_EQ(unclean, 0);
 }
 
 }  // namespace mireth::platform

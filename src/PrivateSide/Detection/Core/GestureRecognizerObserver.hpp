@@ -25,9 +25,12 @@ class GestureRecognizerObserver final : public platform::GestureRecognizer,
     AnyPublisher<Gesture> touchesEnded() const { return ended_.eraseToAnyPublisher(); }
     AnyPublisher<Gesture> touchesCancelled() const { return cancelled_.eraseToAnyPublisher(); }
 
-    void touchesBegan(const std::vector<platform::Touch>& touches, const platform::TouchEvent& event) override;
-    void touchesMoved(const std::vector<platform::Touch>& touches, const platform::TouchEvent& event) override;
-    void touchesEnded(const std::vector<platform::Touch>& touches, const platform::TouchEvent& event) override;
+    void touchesBegan(const std::vector<platform::Touch>& touches,
+                      const platform::TouchEvent& event) override;
+    void touchesMoved(const std::vector<platform::Touch>& touches,
+                      const platform::TouchEvent& event) override;
+    void touchesEnded(const std::vector<platform::Touch>& touches,
+                      const platform::TouchEvent& event) override;
     void touchesCancelled(const std::vector<platform::Touch>& touches,
                           const platform::TouchEvent& event) override;
 

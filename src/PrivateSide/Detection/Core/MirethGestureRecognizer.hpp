@@ -17,7 +17,8 @@ namespace mireth {
 /// Main thread. Taps are counted by the platform (`Touch::tapCount`), not here.
 class MirethGestureRecognizer {
   public:
-    MirethGestureRecognizer(MirethLog& log, std::shared_ptr<GestureRecognizerObserver> gestureRecognizerObserver);
+    MirethGestureRecognizer(MirethLog& log,
+                            std::shared_ptr<GestureRecognizerObserver> gestureRecognizerObserver);
     MirethGestureRecognizer(const MirethGestureRecognizer&) = delete;
     MirethGestureRecognizer& operator=(const MirethGestureRecognizer&) = delete;
 
