@@ -22,10 +22,10 @@ void Window::resize(Size size) {
               size.height});
 }
 
-void Window::addGestureRecognizer(std::shared_ptr<GestureRecognizer> recognizer) {
+void Window::addGestureRecognizer(const std::shared_ptr<GestureRecognizer>& recognizer) {
     if (recognizer != nullptr &&
         std::ranges::find(gestureRecognizers_, recognizer) == gestureRecognizers_.end()) {
-        gestureRecognizers_.push_back(std::move(recognizer));
+        gestureRecognizers_.push_back(recognizer);
     }
 }
 

@@ -123,7 +123,11 @@ std::shared_ptr<SessionRecorder> MirethSRCore::buildSessionRecorder(
     parts.videoChunkManager = std::make_shared<VideoChunkManager>(log_, configuration, chunkProcessor);
     parts.eventRecorder = std::make_shared<EventRecorder>(
         log_, sessionDataDao, TimelineTransformer(dimensionConverter), currentTimeProvider_);
-    parts.timelineEventDetector = std::make_shared<TimelineEventDetector>(log_, currentTimeProvider_);
+    parts.timelineEventDetector = std::make_shared<TimelineEventDetector>(
+        log_, window,
+        std::make_unique<MirethGestureRecognizer>(log_, std::make_shared<GestureRecognizerObserver>()),
+        TimelineEventDetector::Environment{services_.mainQueue, currentTimeProvider_,
+                                           DevicePerformanceEvaluator(*services_.device)});
     parts.metadataDetector = std::make_shared<MetadataDetector>(log_, clientDetails_, services_.information,
                                                                 services_.information, services_.device);
     parts.windowDimensionsDetector = std::make_shared<WindowDimensionsDetector>(log_, dimensionConverter);

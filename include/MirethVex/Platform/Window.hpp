@@ -22,7 +22,7 @@ class MIRETH_EXPORT Window : public View {
 
     /// The window owns the recogniser from then on. One that is null or added already is ignored. May be
     /// called while a touch is delivered; the change counts from the next event.
-    void addGestureRecognizer(std::shared_ptr<GestureRecognizer> recognizer);
+    void addGestureRecognizer(const std::shared_ptr<GestureRecognizer>& recognizer);
     void removeGestureRecognizer(const std::shared_ptr<GestureRecognizer>& recognizer);
     /// In the order in which they were added.
     const std::vector<std::shared_ptr<GestureRecognizer>>& gestureRecognizers() const noexcept {

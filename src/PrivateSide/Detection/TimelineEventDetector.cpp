@@ -4,31 +4,84 @@
 
 namespace mireth {
 
-TimelineEventDetector::TimelineEventDetector(MirethLog& log, CurrentTimeProvider currentTimeProvider)
+TimelineEventDetector::TimelineEventDetector(MirethLog& log, const std::shared_ptr<platform::Window>& window,
+                                             std::unique_ptr<MirethGestureRecognizer> gestureRecognizer,
+                                             const Environment& environment)
     : log_(log),
-      errorSignalPublisher_(std::move(currentTimeProvider)),
-      memoryUse_(log, "PrivateSide/Detection/TimelineEventDetector") {}
+      window_(window),
+      mainQueue_(environment.mainQueue),
+      mirethGestureRecognizer_(std::move(gestureRecognizer)),
+      errorSignalPublisher_(environment.currentTimeProvider),
+      rageTapSignalListener_(log, *mirethGestureRecognizer_),
+      tapInteractionListener_(log, *mirethGestureRecognizer_),
+      delivery_(std::make_shared<Delivery>(log)),
+      memoryUse_(log, "PrivateSide/Detection/TimelineEventDetector") {
+    deliver(rageTapSignalListener_.signalData());
+    deliver(tapInteractionListener_.interactionData());
+}
+
+TimelineEventDetector::~TimelineEventDetector() {
+    if (isAttached_) {
+        removeGestureRecognizers();
+    }
+}
 
 void TimelineEventDetector::startDetection(SessionEventCallback sessionEventCallback) {
-    eventCallback_ = std::move(sessionEventCallback);
+    delivery_->eventCallback = std::move(sessionEventCallback);
+    attachGestureRecoginzers();
 }
 
 void TimelineEventDetector::stopDetection() {
-    eventCallback_ = nullptr;
+    removeGestureRecognizers();
+    delivery_->eventCallback = nullptr;
 }
 
 void TimelineEventDetector::recordLogError(const std::optional<std::string>& message) {
     errorSignalPublisher_.notifyLogError(message);
 }
 
-void TimelineEventDetector::recordSessionEvent(const EventData& eventData) {
-    if (isPaused_ || !eventCallback_) {
-        log_.error(LogTag::signal, "Could not record event - event callback is nil");
+void TimelineEventDetector::Delivery::recordSessionEvent(const EventData& eventData) {
+    if (isPaused || !eventCallback) {
+        log.error(LogTag::signal, "Could not record event - event callback is nil");
         return;
     }
     // Copied: the callback may stop the detection.
-    const auto callback = eventCallback_;
+    const auto callback = eventCallback;
     callback(eventData);
+}
+
+template <class Data>
+void TimelineEventDetector::deliver(const AnyPublisher<std::optional<Data>>& published) {
+    cancellables_.push_back(
+        published.sink([weak = std::weak_ptr(delivery_)](const std::optional<Data>& data) {
+            const auto delivery = weak.lock();
+            if (delivery && data) {
+                delivery->recordSessionEvent(*data);
+            }
+        }));
+}
+
+void TimelineEventDetector::attachGestureRecoginzers() {
+    isAttached_ = true;
+    changeWindow(&platform::Window::addGestureRecognizer, "Gesture Recognisers Attached.");
+}
+
+void TimelineEventDetector::removeGestureRecognizers() {
+    isAttached_ = false;
+    changeWindow(&platform::Window::removeGestureRecognizer, "Gesture Recognisers Removed.");
+}
+
+void TimelineEventDetector::changeWindow(
+    void (platform::Window::*change)(const std::shared_ptr<platform::GestureRecognizer>&),
+    const char* message) {
+    // Holds the recogniser, not the detector: a removal has to come also when the detector is gone by then.
+    mainQueue_->post([&log = log_, weakWindow = window_, change, message,
+                      recognizer = mirethGestureRecognizer_->gestureRecognizer()] {
+        if (const auto window = weakWindow.lock()) {
+            (window.get()->*change)(recognizer);
+            log.info(LogTag::gesture, message);
+        }
+    });
 }
 
 }  // namespace mireth

@@ -1,41 +1,91 @@
-// Delivers what the detectors find to the session recorder, while a session runs and is not paused.
+// Detects what the user does in the recorded window, and delivers it to the session recorder while a session
+// runs and is not paused.
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "MirethVex/Base/AnyCancellable.hpp"
+#include "MirethVex/Base/AnyPublisher.hpp"
+#include "MirethVex/Platform/MainQueue.hpp"
+#include "MirethVex/Platform/Window.hpp"
 #include "PrivateSide/Collection/Timeline/EventData.hpp"
 #include "PrivateSide/Configuration/CurrentTimeProvider.hpp"
+#include "PrivateSide/Detection/Core/MirethGestureRecognizer.hpp"
+#include "PrivateSide/Detection/Interactions/TapInteractionListener.hpp"
+#include "PrivateSide/Detection/Signals/SignalListeners/RageTapSignalListener.hpp"
 #include "PrivateSide/Detection/Signals/SignalPublishers/ErrorSignalPublisher.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
+#include "PrivateSide/Recording/DevicePerformanceEvaluator.hpp"
 
 namespace mireth {
 
-/// Main thread.
+/// Main thread; may be dropped on any. A callback may start, stop, pause or drop the detector.
 class TimelineEventDetector {
   public:
     using SessionEventCallback = std::function<void(const EventData&)>;
 
-    TimelineEventDetector(MirethLog& log, CurrentTimeProvider currentTimeProvider);
+    /// What the detector and its listeners need of the phone; nothing in it is null.
+    struct Environment {
+        std::shared_ptr<platform::MainQueue> mainQueue;
+        CurrentTimeProvider currentTimeProvider;
+        DevicePerformanceEvaluator devicePerformanceEvaluator;
+    };
 
+    /// `window` is not owned; one that goes away ends the touches and nothing else. Touches are watched only
+    /// from `startDetection` on.
+    TimelineEventDetector(MirethLog& log, const std::shared_ptr<platform::Window>& window,
+                          std::unique_ptr<MirethGestureRecognizer> gestureRecognizer,
+                          const Environment& environment);
+    /// The window loses the recogniser, a turn of the main queue later.
+    ~TimelineEventDetector();
+    TimelineEventDetector(const TimelineEventDetector&) = delete;
+    TimelineEventDetector& operator=(const TimelineEventDetector&) = delete;
+
+    /// The callback gets whatever is found, each once, in the order in which it happened.
     void startDetection(SessionEventCallback sessionEventCallback);
     void stopDetection();
-    /// While paused, what the detectors find is dropped with a log line.
-    void pauseDetection() { isPaused_ = true; }
-    void resumeDetection() { isPaused_ = false; }
+    /// While paused, what the listeners find is dropped with a log line.
+    void pauseDetection() { delivery_->isPaused = true; }
+    void resumeDetection() { delivery_->isPaused = false; }
 
-    /// Passes an error that the host reported to the detectors.
+    /// Passes an error that the host reported to the listeners.
     void recordLogError(const std::optional<std::string>& message);
 
-    /// Takes what a detector found.
-    void recordSessionEvent(const EventData& eventData);
-
   private:
+    /// Apart from the detector, so that a subscription can hold it while a callback drops the detector.
+    struct Delivery {
+        explicit Delivery(MirethLog& theLog) : log(theLog) {}
+        void recordSessionEvent(const EventData& eventData);
+
+        MirethLog& log;
+        SessionEventCallback eventCallback;
+        bool isPaused = false;
+    };
+
+    template <class Data>
+    void deliver(const AnyPublisher<std::optional<Data>>& published);
+    void attachGestureRecoginzers();
+    void removeGestureRecognizers();
+    /// Calls `change` with the window later on the main queue, unless the window is gone then.
+    void changeWindow(void (platform::Window::*change)(const std::shared_ptr<platform::GestureRecognizer>&),
+                      const char* message);
+
     MirethLog& log_;
+    const std::weak_ptr<platform::Window> window_;
+    const std::shared_ptr<platform::MainQueue> mainQueue_;
+    const std::unique_ptr<MirethGestureRecognizer> mirethGestureRecognizer_;
     ErrorSignalPublisher errorSignalPublisher_;
-    SessionEventCallback eventCallback_;
-    bool isPaused_ = false;
+    // The signals listen before the interaction does: a tap that is being recorded may make the app report
+    // an error, which has to find the tap.
+    const RageTapSignalListener rageTapSignalListener_;
+    const TapInteractionListener tapInteractionListener_;
+    const std::shared_ptr<Delivery> delivery_;
+    std::vector<AnyCancellable> cancellables_;
+    bool isAttached_ = false;
     const MemoryUseLines memoryUse_;
 };
 

@@ -32,7 +32,11 @@ struct SessionRecorderAlone : testing::Test {
         parts.videoChunkManager = std::make_shared<VideoChunkManager>(log, PlaybackConfiguration{}, nullptr);
         parts.eventRecorder =
             std::make_shared<EventRecorder>(log, dao, TimelineTransformer(DimensionConverter{1}), clock);
-        parts.timelineEventDetector = std::make_shared<TimelineEventDetector>(log, clock);
+        parts.timelineEventDetector = std::make_shared<TimelineEventDetector>(
+            log, host.window,
+            std::make_unique<MirethGestureRecognizer>(log, std::make_shared<GestureRecognizerObserver>()),
+            TimelineEventDetector::Environment{services.mainQueue, clock,
+                                               DevicePerformanceEvaluator(*services.device)});
         parts.metadataDetector = std::make_shared<MetadataDetector>(
             log, std::make_shared<ClientDetailsProvider>(services.userDefaults), services.information,
             services.information, services.device);
@@ -82,26 +86,6 @@ TEST_F(SessionRecorderAlone, ResumeNeverCallsItsCompletion) {
     recorder->resumeRecording([&called] { called = true; });
     host.phone().queue().drain();
     EXPECT_FALSE(called);
-}
-
-TEST_F(SessionRecorderAlone, EventsWhilePausedAreRefusedByTheDetector) {
-    const auto log = [this] { return capture.take(); };
-    TimelineEventDetector detector(capture.log(), [] { return Date(1); });
-    struct Data final : EventData {
-        EventType type() const override { return SessionInteractionType::tap; }
-        std::int64_t timestamp() const override { return 1; }
-    };
-    int delivered = 0;
-    detector.recordSessionEvent(Data{});
-    detector.startDetection([&delivered](const EventData&) { ++delivered; });
-    detector.recordSessionEvent(Data{});
-    detector.pauseDetection();
-    detector.recordSessionEvent(Data{});
-    detector.resumeDetection();
-    detector.recordSessionEvent(Data{});
-    EXPECT_EQ(delivered, 2);
-    const test::LogLine refused = errorLine(LogTag::signal, "Could not record event - event callback is nil");
-    EXPECT_THAT(log(), ElementsAre(refused, refused));
 }
 
 TEST_F(SessionRecorderAlone, DataThatAreNeitherSignalNorInteractionAreLoggedAndDropped) {

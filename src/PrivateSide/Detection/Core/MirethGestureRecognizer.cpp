@@ -35,70 +35,75 @@ std::int64_t milliseconds(double seconds) {
 
 MirethGestureRecognizer::MirethGestureRecognizer(
     MirethLog& log, std::shared_ptr<GestureRecognizerObserver> gestureRecognizerObserver)
-    : log_(log), gestureRecognizer_(std::move(gestureRecognizerObserver)) {
-    const auto subscribe = [this](const AnyPublisher<GestureRecognizerObserver::Gesture>& stream,
-                                  void (MirethGestureRecognizer::*handle)(const platform::Touch&)) {
-        cancellables_.push_back(
-            stream.sink([this, handle](const GestureRecognizerObserver::Gesture& gesture) {
-                for (const auto& touch : gesture.touches) {
-                    (this->*handle)(touch);
+    : gestureRecognizer_(std::move(gestureRecognizerObserver)),
+      tracker_(std::make_shared<Tracker>(log)),
+      memoryUse_(log, "PrivateSide/Detection/Core/MirethGestureRecognizer") {
+    subscribe(gestureRecognizer_->touchesBegan(), &Tracker::touchBegan);
+    subscribe(gestureRecognizer_->touchesMoved(), &Tracker::touchMoved);
+    subscribe(gestureRecognizer_->touchesEnded(), &Tracker::touchEnded);
+    subscribe(gestureRecognizer_->touchesCancelled(), &Tracker::touchCancelled);
+}
+
+void MirethGestureRecognizer::subscribe(const AnyPublisher<GestureRecognizerObserver::Gesture>& stream,
+                                        void (Tracker::*handle)(const platform::Touch&)) {
+    cancellables_.push_back(stream.sink(
+        [weak = std::weak_ptr(tracker_), handle](const GestureRecognizerObserver::Gesture& gesture) {
+            for (const auto& touch : gesture.touches) {
+                // For each touch anew: what one of them sets off may be the end of the recogniser.
+                if (const auto tracker = weak.lock()) {
+                    (tracker.get()->*handle)(touch);
                 }
-            }));
-    };
-    const GestureRecognizerObserver& observer = *gestureRecognizer_;
-    subscribe(observer.touchesBegan(), &MirethGestureRecognizer::touchBegan);
-    subscribe(observer.touchesMoved(), &MirethGestureRecognizer::touchMoved);
-    subscribe(observer.touchesEnded(), &MirethGestureRecognizer::touchEnded);
-    subscribe(observer.touchesCancelled(), &MirethGestureRecognizer::touchCancelled);
+            }
+        }));
 }
 
-void MirethGestureRecognizer::touchBegan(const platform::Touch& touch) {
-    touchesInProgress_[touch.identity] = {touch.locationInWindow};
+void MirethGestureRecognizer::Tracker::touchBegan(const platform::Touch& touch) {
+    touchesInProgress[touch.identity] = {touch.locationInWindow};
 }
 
-void MirethGestureRecognizer::touchMoved(const platform::Touch& touch) {
-    const auto points = touchesInProgress_.find(touch.identity);
-    if (points != touchesInProgress_.end()) {
+void MirethGestureRecognizer::Tracker::touchMoved(const platform::Touch& touch) {
+    const auto points = touchesInProgress.find(touch.identity);
+    if (points != touchesInProgress.end()) {
         points->second.push_back(touch.locationInWindow);
     }
 }
 
-void MirethGestureRecognizer::touchEnded(const platform::Touch& touch) {
-    const auto points = touchesInProgress_.find(touch.identity);
-    if (points == touchesInProgress_.end()) {
+void MirethGestureRecognizer::Tracker::touchEnded(const platform::Touch& touch) {
+    const auto points = touchesInProgress.find(touch.identity);
+    if (points == touchesInProgress.end()) {
         return;
     }
     const auto result = evaluate(points->second);
     // Before anybody hears of it: a subscriber may bring the next touch, or the end of this object.
-    touchesInProgress_.erase(points);
+    touchesInProgress.erase(points);
     if (result == GestureEvaluationResult::tap) {
         handleTap(touch);
     } else {
-        recognizedGestureSubject_.send(GestureEvent::undefined());
+        recognizedGestureSubject.send(GestureEvent::undefined());
     }
 }
 
-void MirethGestureRecognizer::touchCancelled(const platform::Touch& touch) {
-    touchesInProgress_.erase(touch.identity);
+void MirethGestureRecognizer::Tracker::touchCancelled(const platform::Touch& touch) {
+    touchesInProgress.erase(touch.identity);
 }
 
-MirethGestureRecognizer::GestureEvaluationResult MirethGestureRecognizer::evaluate(
+MirethGestureRecognizer::GestureEvaluationResult MirethGestureRecognizer::Tracker::evaluate(
     const std::vector<Point>& points) {
     // No tolerance: one move of any size makes it something else.
     return points.size() == 1 ? GestureEvaluationResult::tap : GestureEvaluationResult::other;
 }
 
-void MirethGestureRecognizer::handleTap(const platform::Touch& touch) {
+void MirethGestureRecognizer::Tracker::handleTap(const platform::Touch& touch) {
     const Point location = touch.locationInWindow;
     const auto touchData = [&] { return TouchData{location.x, location.y, milliseconds(touch.timestamp)}; };
     switch (touch.tapCount) {
         case 1:
-            log_.info(LogTag::gesture, "Single Tap.", {{"location", describe(location)}});
-            recognizedGestureSubject_.send(GestureEvent::tap(touchData(), touch.view));
+            log.info(LogTag::gesture, "Single Tap.", {{"location", describe(location)}});
+            recognizedGestureSubject.send(GestureEvent::tap(touchData(), touch.view));
             break;
         case 4:
-            log_.info(LogTag::gesture, "Quadruple Tap.", {{"location", describe(location)}});
-            recognizedGestureSubject_.send(GestureEvent::quadrupleTap(touchData(), touch.view));
+            log.info(LogTag::gesture, "Quadruple Tap.", {{"location", describe(location)}});
+            recognizedGestureSubject.send(GestureEvent::quadrupleTap(touchData(), touch.view));
             break;
         default:
             // The second and third taps of a run are not single ones, and only the fourth is a signal.

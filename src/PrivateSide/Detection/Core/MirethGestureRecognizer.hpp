@@ -14,7 +14,8 @@
 
 namespace mireth {
 
-/// Main thread. Taps are counted by the platform (`Touch::tapCount`), not here.
+/// Main thread. Taps are counted by the platform (`Touch::tapCount`), not here. Listens to its observer from
+/// construction to destruction; whoever owns it attaches the observer to a window. A subscriber may drop it.
 class MirethGestureRecognizer {
   public:
     MirethGestureRecognizer(MirethLog& log,
@@ -23,7 +24,7 @@ class MirethGestureRecognizer {
     MirethGestureRecognizer& operator=(const MirethGestureRecognizer&) = delete;
 
     AnyPublisher<GestureEvent> recognizedGestures() const {
-        return recognizedGestureSubject_.eraseToAnyPublisher();
+        return tracker_->recognizedGestureSubject.eraseToAnyPublisher();
     }
     const std::shared_ptr<GestureRecognizerObserver>& gestureRecognizer() const noexcept {
         return gestureRecognizer_;
@@ -32,19 +33,29 @@ class MirethGestureRecognizer {
   private:
     enum class GestureEvaluationResult { tap, other };
 
-    void touchBegan(const platform::Touch& touch);
-    void touchMoved(const platform::Touch& touch);
-    void touchEnded(const platform::Touch& touch);
-    void touchCancelled(const platform::Touch& touch);
-    static GestureEvaluationResult evaluate(const std::vector<Point>& points);
-    void handleTap(const platform::Touch& touch);
+    /// Apart from the recogniser, so that a subscription can hold it while a subscriber drops the recogniser.
+    struct Tracker {
+        explicit Tracker(MirethLog& theLog) : log(theLog) {}
+        void touchBegan(const platform::Touch& touch);
+        void touchMoved(const platform::Touch& touch);
+        void touchEnded(const platform::Touch& touch);
+        void touchCancelled(const platform::Touch& touch);
+        static GestureEvaluationResult evaluate(const std::vector<Point>& points);
+        void handleTap(const platform::Touch& touch);
 
-    MirethLog& log_;
+        MirethLog& log;
+        PassthroughSubject<GestureEvent> recognizedGestureSubject;
+        /// The points seen of each touch that has begun and not ended, in window coordinates.
+        std::map<std::uint64_t, std::vector<Point>> touchesInProgress;
+    };
+
+    void subscribe(const AnyPublisher<GestureRecognizerObserver::Gesture>& stream,
+                   void (Tracker::*handle)(const platform::Touch&));
+
     const std::shared_ptr<GestureRecognizerObserver> gestureRecognizer_;
-    PassthroughSubject<GestureEvent> recognizedGestureSubject_;
-    /// The points seen of each touch that has begun and not ended, in window coordinates.
-    std::map<std::uint64_t, std::vector<Point>> touchesInProgress_;
+    const std::shared_ptr<Tracker> tracker_;
     std::vector<AnyCancellable> cancellables_;
+    const MemoryUseLines memoryUse_;
 };
 
 }  // namespace mireth

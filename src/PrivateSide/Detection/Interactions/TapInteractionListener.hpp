@@ -1,0 +1,31 @@
+// Turns single taps into tap interactions.
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "MirethVex/Base/AnyCancellable.hpp"
+#include "MirethVex/Base/Published.hpp"
+#include "PrivateSide/Collection/Timeline/SignalData.hpp"
+#include "PrivateSide/Detection/Core/MirethGestureRecognizer.hpp"
+#include "PrivateSide/Logger/MirethLog.hpp"
+
+namespace mireth {
+
+/// Main thread. Listens from construction to destruction.
+class TapInteractionListener {
+  public:
+    TapInteractionListener(MirethLog& log, const MirethGestureRecognizer& mirethGestureRecognizer);
+
+    /// The last tap; nothing before the first.
+    AnyPublisher<std::optional<TapInteractionData>> interactionData() const {
+        return interactionData_->eraseToAnyPublisher();
+    }
+
+  private:
+    const std::shared_ptr<Published<std::optional<TapInteractionData>>> interactionData_;
+    AnyCancellable recognizedGestureSubscription_;
+    const MemoryUseLines memoryUse_;
+};
+
+}  // namespace mireth
