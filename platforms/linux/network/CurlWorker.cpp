@@ -27,10 +27,19 @@ CurlSettings makeSettings(const CurlHttpClientOptions& options) {
     return settings;
 }
 
-std::unique_ptr<CURLM, CurlMultiDeleter> makeMulti() {
-    // Once a process, never undone: the host may use libcurl too.
+/// Sets libcurl up, once a process. Never undone: the host may use libcurl too.
+bool isLibcurlReady() {
     static const CURLcode initialized = curl_global_init(CURL_GLOBAL_DEFAULT);
-    std::unique_ptr<CURLM, CurlMultiDeleter> multi(initialized == CURLE_OK ? curl_multi_init() : nullptr);
+    return initialized == CURLE_OK;
+}
+
+ExitGate& openExitGate() {
+    (void)isLibcurlReady();
+    return ExitGate::ofThisProcess();
+}
+
+std::unique_ptr<CURLM, CurlMultiDeleter> makeMulti() {
+    std::unique_ptr<CURLM, CurlMultiDeleter> multi(isLibcurlReady() ? curl_multi_init() : nullptr);
     // Without descriptors for the wake-up, requests would lie for a minute before the thread sees them.
     if (!multi || curl_multi_wakeup(multi.get()) != CURLM_OK) {
         throw std::system_error(std::make_error_code(std::errc::too_many_files_open), "libcurl");
@@ -44,7 +53,21 @@ std::unique_ptr<CURLM, CurlMultiDeleter> makeMulti() {
 CurlHttpClient::Worker::Worker(CurlHttpClientOptions options)
     : settings_(makeSettings(options)),
       onEscapedError_(std::move(options.onEscapedError)),
+      exitGate_(openExitGate()),
       multi_(makeMulti()) {}
+
+CurlHttpClient::Worker::~Worker() {
+    const auto pass = exitGate_.enter();
+    if (pass.owns_lock()) {
+        multi_.reset();
+        return;
+    }
+    // What libcurl would need to give it back is gone; so will be the process.
+    for (auto& [id, running] : running_) {
+        (void)running.transfer.release();
+    }
+    (void)multi_.release();
+}
 
 void CurlHttpClient::Worker::start() {
     thread_ = startHelperThread("mireth-http", [self = shared_from_this()] { self->loop(); });
@@ -95,15 +118,25 @@ bool CurlHttpClient::Worker::isStopping() {
 }
 
 void CurlHttpClient::Worker::loop() {
-    while (!isStopping()) {
-        takeOrders();
-        int active = 0;
-        curl_multi_perform(multi_.get(), &active);
-        takeFinished();
-        endIdle();
+    while (!isStopping() && step()) {
         curl_multi_poll(multi_.get(), nullptr, 0, millisecondsToWait(), nullptr);
     }
-    dropAll();
+    if (const auto pass = exitGate_.enter(); pass.owns_lock()) {
+        dropAll();
+    }
+}
+
+bool CurlHttpClient::Worker::step() {
+    const auto pass = exitGate_.enter();
+    if (!pass.owns_lock()) {
+        return false;
+    }
+    takeOrders();
+    int active = 0;
+    curl_multi_perform(multi_.get(), &active);
+    takeFinished();
+    endIdle();
+    return true;
 }
 
 void CurlHttpClient::Worker::dropAll() {

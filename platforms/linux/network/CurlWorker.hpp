@@ -13,6 +13,7 @@
 
 #include "platforms/linux/network/CurlHttpClient.hpp"
 #include "platforms/linux/network/CurlTransfer.hpp"
+#include "platforms/linux/network/ExitGate.hpp"
 
 namespace mireth::platform {
 
@@ -39,6 +40,9 @@ struct CurlMultiDeleter {
 class CurlHttpClient::Worker : public std::enable_shared_from_this<CurlHttpClient::Worker> {
   public:
     explicit Worker(CurlHttpClientOptions options);
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
+    ~Worker();
 
     void start();
     /// Ends all requests and the thread; waits for it unless called on it.
@@ -60,6 +64,8 @@ class CurlHttpClient::Worker : public std::enable_shared_from_this<CurlHttpClien
 
     void cancel(Id id);
     void loop();
+    /// Does what can be done without waiting. False once the process is ending.
+    bool step();
     void dropAll();
     void takeOrders();
     void begin(Order order);
@@ -73,10 +79,11 @@ class CurlHttpClient::Worker : public std::enable_shared_from_this<CurlHttpClien
     // Constant after construction.
     const CurlSettings settings_;
     const EscapedErrorHandler onEscapedError_;
+    ExitGate& exitGate_;
     std::thread thread_;  // touched by start and stop only
 
-    std::map<Id, Running> running_;                   // the thread's own
     std::unique_ptr<CURLM, CurlMultiDeleter> multi_;  // the thread's own, but for the wake-up call
+    std::map<Id, Running> running_;                   // the thread's own
 
     std::mutex mutex_;
     std::vector<Order> orders_;  // guarded by mutex_

@@ -1,6 +1,8 @@
 // Whom the HTTP client trusts.
 #include <httplib.h>
 #include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <thread>
@@ -212,6 +214,52 @@ TEST(CurlHttpClientTls, AServerThatHangsUpDuringAnUploadGivesAResult) {
     request.body = std::string(std::size_t{8} * 1024 * 1024, 'b');
     const auto result = sendAndWait(client, request);
     EXPECT_TRUE(!result || result->status == 413);
+}
+
+TEST(CurlHttpClientTls, AProcessMayEndWhileItTransfers) {
+    const Certificate certificate("localhost");
+    const TlsServer server(certificate);
+    constexpr int processes = 60;
+    int unclean = 0;
+    for (int delay = 0; delay < processes; ++delay) {
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            // As in an app: the client is still there when main returns.
+            auto* const client = new CurlHttpClient(trusting(certificate.file()));
+            for (int i = 0; i < 2; ++i) {
+                static_cast<void>(
+                    new AnyCancellable(client->send(requestTo(server.url("localhost")), [](HttpResult) {})));
+            }
+            std::this_thread::sleep_for(std::chrono::microseconds(delay * 500));
+            std::exit(0);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        unclean += WIFEXITED(status) && WEXITSTATUS(status) == 0 ? 0 : 1;
+    }
+    EXPECT_EQ(unclean, 0);
+}
+
+TEST(CurlHttpClientTls, AClientMayBeDestroyedWhileTheProcessEnds) {
+    const Certificate certificate("localhost");
+    const TlsServer server(certificate);
+    for (int delay = 0; delay < 30; ++delay) {
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            // Set up before the client, and so destroyed after the libraries that it stands on.
+            static std::unique_ptr<CurlHttpClient> client;
+            static AnyCancellable request;
+            client = std::make_unique<CurlHttpClient>(trusting(certificate.file()));
+            request = client->send(requestTo(server.url("localhost")), [](HttpResult) {});
+            std::this_thread::sleep_for(std::chrono::microseconds(delay * 300));
+            std::exit(0);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0) << "after " << delay;
+    }
 }
 
 }  // namespace mireth::platform
