@@ -78,6 +78,7 @@ void CurlHttpClient::Worker::stop() {
         const std::lock_guard lock(mutex_);
         stopping_ = true;
         curl_multi_wakeup(multi_.get());
+        stopped_.notify_all();
     }
     if (thread_.get_id() == std::this_thread::get_id()) {
         thread_.detach();
@@ -123,7 +124,16 @@ void CurlHttpClient::Worker::loop() {
     }
     if (const auto pass = exitGate_.enter(); pass.owns_lock()) {
         dropAll();
+        return;
     }
+    // Not over yet: a thread that ends gives back what OpenSSL holds for it, which the process is giving back
+    // at this moment.
+    waitForStop();
+}
+
+void CurlHttpClient::Worker::waitForStop() {
+    std::unique_lock lock(mutex_);
+    stopped_.wait(lock, [this] { return stopping_; });
 }
 
 bool CurlHttpClient::Worker::step() {

@@ -4,6 +4,7 @@
 #include <curl/curl.h>
 
 #include <chrono>
+#include <condition_variable>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -66,6 +67,7 @@ class CurlHttpClient::Worker : public std::enable_shared_from_this<CurlHttpClien
     void loop();
     /// Does what can be done without waiting. False once the process is ending.
     bool step();
+    void waitForStop();
     void dropAll();
     void takeOrders();
     void begin(Order order);
@@ -86,6 +88,7 @@ class CurlHttpClient::Worker : public std::enable_shared_from_this<CurlHttpClien
     std::map<Id, Running> running_;                   // the thread's own
 
     std::mutex mutex_;
+    std::condition_variable stopped_;
     std::vector<Order> orders_;  // guarded by mutex_
     std::vector<Id> cancelled_;  // guarded by mutex_
     Id lastId_ = 0;              // guarded by mutex_

@@ -27,7 +27,8 @@ struct Seen {
 };
 
 std::ostream& operator<<(std::ostream& out, const Seen& seen) {
-    return out << seen.key << " at " << seen.timestamp << " (" << seen.target.x << ", " << seen.target.y << ")";
+    return out << seen.key << " at " << seen.timestamp << " (" << seen.target.x << ", " << seen.target.y
+               << ")";
 }
 
 struct Detector : testing::Test {

@@ -16,12 +16,11 @@ TapInteractionListener::TapInteractionListener(MirethLog& log,
                                                const MirethGestureRecognizer& mirethGestureRecognizer)
     : interactionData_(std::make_shared<Published<std::optional<TapInteractionData>>>()),
       // Shared with the subscription: what hears of the tap may drop this listener.
-      recognizedGestureSubscription_(
-          mirethGestureRecognizer.recognizedGestures()
-              .filter([](const GestureEvent& gesture) { return gesture.isTap(); })
-              .sink([published = interactionData_](const GestureEvent& gesture) {
-                  *published = toTapInteractionData(gesture);
-              })),
+      recognizedGestureSubscription_(mirethGestureRecognizer.recognizedGestures()
+                                         .filter([](const GestureEvent& gesture) { return gesture.isTap(); })
+                                         .sink([published = interactionData_](const GestureEvent& gesture) {
+                                             *published = toTapInteractionData(gesture);
+                                         })),
       memoryUse_(log, "PrivateSide/Detection/Interactions/TapInteractionListener") {}
 
 }  // namespace mireth
