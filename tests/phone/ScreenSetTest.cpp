@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "MirethVex/Headless/HeadlessApplication.hpp"
 #include "MirethVex/Platform/ImageView.hpp"
 
 namespace mireth::phone {
@@ -19,13 +20,15 @@ class ScreenSetTest : public ::testing::Test {
                               views + R"(]},{"name":"Other"}],"steps":[]})",
                           "");
         screens = std::make_unique<ScreenSet>(scenario);
-        screens->present("Home");
+        present("Home");
     }
+    void present(const std::string& name) { screens->present(name, application.appearance()); }
     const platform::View& root() const { return *screens->window()->subviews().front(); }
     const platform::View& view(std::size_t index) const { return *root().subviews().at(index); }
 
     Scenario scenario;
     std::unique_ptr<ScreenSet> screens;
+    headless::HeadlessApplication application;
 };
 
 TEST_F(ScreenSetTest, TheFirstScreenFillsTheWindow) {
@@ -38,9 +41,20 @@ TEST_F(ScreenSetTest, TheFirstScreenFillsTheWindow) {
 
 TEST_F(ScreenSetTest, PresentingReplacesTheScreen) {
     build("");
-    screens->present("Other");
+    present("Other");
     EXPECT_EQ(screens->window()->subviews().size(), 1U);
     EXPECT_EQ(root().viewController()->className(), "Other");
+}
+
+TEST_F(ScreenSetTest, TheOldScreenDisappearsBeforeTheNewOneAppears) {
+    std::vector<std::string> heard;
+    const auto appear = application.interceptViewDidAppear(
+        [&](const platform::ViewController& seen) { heard.push_back("+" + seen.className()); });
+    const auto disappear = application.interceptViewDidDisappear(
+        [&](const platform::ViewController& seen) { heard.push_back("-" + seen.className()); });
+    build("");
+    present("Other");
+    EXPECT_THAT(heard, ::testing::ElementsAre("+Home", "-Home", "+Other"));
 }
 
 TEST_F(ScreenSetTest, AppearanceComesFromTheKeys) {
@@ -129,7 +143,7 @@ TEST_F(ScreenSetTest, ResizeTakesTheScreenAlong) {
     screens->resize({844, 390});
     EXPECT_EQ(screens->window()->bounds().size(), (Size{844, 390}));
     EXPECT_EQ(root().frame(), (Rect{0, 0, 844, 390}));
-    screens->present("Other");
+    present("Other");
     EXPECT_EQ(root().frame(), (Rect{0, 0, 844, 390}));
 }
 

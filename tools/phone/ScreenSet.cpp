@@ -91,7 +91,7 @@ void ScreenSet::addController(const ControllerSpec& spec, const std::shared_ptr<
     children_.push_back(std::move(controller));
 }
 
-void ScreenSet::present(const std::string& name) {
+void ScreenSet::present(const std::string& name, const platform::AppearanceDelivery& appearance) {
     const auto next = screens_.at(name);
     const auto previous = std::exchange(current_, next);
     if (previous) {
@@ -99,10 +99,8 @@ void ScreenSet::present(const std::string& name) {
     }
     fitCurrent();
     window_->addSubview(next->view());
-    if (previous) {
-        previous->viewDidDisappear(false);
-    }
-    next->viewDidAppear(false);
+    appearance.didDisappear(previous, false);
+    appearance.didAppear(next, false);
 }
 
 void ScreenSet::resize(Size size) {

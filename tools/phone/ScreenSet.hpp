@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "MirethVex/Platform/AppearanceDelivery.hpp"
 #include "MirethVex/Platform/ViewController.hpp"
 #include "MirethVex/Platform/Window.hpp"
 #include "phone/ImageStore.hpp"
@@ -25,9 +26,9 @@ class ScreenSet {
 
     const std::shared_ptr<platform::Window>& window() const noexcept { return window_; }
 
-    /// Shows the screen; the old one's controller hears that it disappeared, then the new one's that it
-    /// appeared. The name has to be a screen's.
-    void present(const std::string& name);
+    /// Shows the screen; the old one's controller hears through `appearance` that it disappeared, then the
+    /// new one's that it appeared. The name has to be a screen's.
+    void present(const std::string& name, const platform::AppearanceDelivery& appearance);
     /// Resizes the window and the screen in it.
     void resize(Size size);
     /// Gives the view called `id` new settings. Throws ScenarioError that names `path`.

@@ -38,7 +38,7 @@ void ScriptRunner::schedule() {
     std::ranges::stable_sort(order_, {}, &Step::at);
     // The app is there before its script begins.
     phone_.queue().post([this] {
-        screens_.present(scenario_.screens.front().name);
+        screens_.present(scenario_.screens.front().name, phone_.application().appearance());
         const bool initializes = std::ranges::any_of(scenario_.steps, [](const Step& step) {
             return std::holds_alternative<InitializeStep>(step.action);
         });

@@ -58,7 +58,7 @@ void StepPlayer::carryOut(const CallStep& action, const Step& step) {
 }
 
 void StepPlayer::carryOut(const PresentStep& action, const Step&) {
-    screens_.present(action.screen);
+    screens_.present(action.screen, phone_.application().appearance());
 }
 
 void StepPlayer::carryOut(const SetStep& action, const Step& step) {

@@ -8,7 +8,11 @@
 
 namespace mireth::platform {
 
+class ViewController;
 class Window;
+
+/// Told of a controller whose screen has appeared or disappeared, before the controller's own handler runs.
+using AppearanceInterceptor = std::function<void(const ViewController&)>;
 
 /// Main thread only.
 class Application {
@@ -19,6 +23,14 @@ class Application {
     /// Calls `observer` on the main thread each time the application has moved to the background, until the
     /// token is dropped.
     virtual AnyCancellable observeDidEnterBackground(std::function<void()> observer) = 0;
+
+    /// Calls `interceptor` on the main thread for every controller of the application whose screen has
+    /// appeared, just before the controller's own `viewDidAppear`, until the token is dropped. That handler
+    /// runs in any case, whatever the interceptor does or throws. An empty token says that this toolkit has
+    /// no such hook; nothing has changed then. AppearanceDelivery answers both for a binding.
+    virtual AnyCancellable interceptViewDidAppear(AppearanceInterceptor interceptor) = 0;
+    /// The same before `viewDidDisappear`. One of the two may be there without the other.
+    virtual AnyCancellable interceptViewDidDisappear(AppearanceInterceptor interceptor) = 0;
 };
 
 }  // namespace mireth::platform

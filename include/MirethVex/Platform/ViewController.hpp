@@ -9,8 +9,8 @@
 
 namespace mireth::platform {
 
-/// Main thread only. Hosts derive from it; whoever presents a screen calls the two callbacks.
-/// Always owned by std::shared_ptr.
+/// Main thread only. Hosts derive from it. Whoever presents a screen has the two handlers called through the
+/// application's AppearanceDelivery, so that others may listen in. Always owned by std::shared_ptr.
 class MIRETH_EXPORT ViewController : public std::enable_shared_from_this<ViewController> {
   public:
     /// `className` is what log lines and screen names call the controller.
@@ -26,6 +26,8 @@ class MIRETH_EXPORT ViewController : public std::enable_shared_from_this<ViewCon
     /// controller has to be owned already.
     void setView(std::shared_ptr<View> view);
 
+    /// The app's own reaction. What it throws reaches whoever presents the screen; the library never catches
+    /// it.
     virtual void viewDidAppear(bool /*animated*/) {}
     virtual void viewDidDisappear(bool /*animated*/) {}
 

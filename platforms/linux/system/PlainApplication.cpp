@@ -16,4 +16,12 @@ AnyCancellable PlainApplication::observeDidEnterBackground(std::function<void()>
     });
 }
 
+AnyCancellable PlainApplication::interceptViewDidAppear(AppearanceInterceptor interceptor) {
+    return appearance_.interceptViewDidAppear(std::move(interceptor));
+}
+
+AnyCancellable PlainApplication::interceptViewDidDisappear(AppearanceInterceptor interceptor) {
+    return appearance_.interceptViewDidDisappear(std::move(interceptor));
+}
+
 }  // namespace mireth::platform

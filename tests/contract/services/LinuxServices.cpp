@@ -127,6 +127,7 @@ class DefaultsTextsHarness final : public TextsHarness {
 class PlainApplicationHarness final : public ApplicationHarness {
   public:
     Application& application() override { return application_; }
+    const AppearanceDelivery& appearance() override { return application_.appearance(); }
     void setKeyWindow(std::shared_ptr<Window> window) override { application_.setKeyWindow(window); }
     void moveToBackground() override { application_.moveToBackground(); }
 

@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "MirethVex/Platform/AppearanceDelivery.hpp"
 #include "MirethVex/Platform/Application.hpp"
 #include "MirethVex/Platform/Clock.hpp"
 #include "MirethVex/Platform/Device.hpp"
@@ -56,6 +57,8 @@ class ApplicationHarness {
   public:
     virtual ~ApplicationHarness() = default;
     virtual platform::Application& application() = 0;
+    /// What the application's toolkit calls when screens come and go.
+    virtual const platform::AppearanceDelivery& appearance() = 0;
     virtual void setKeyWindow(std::shared_ptr<platform::Window> window) = 0;
     virtual void moveToBackground() = 0;
 };

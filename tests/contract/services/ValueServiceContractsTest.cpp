@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <thread>
 
+#include "support/RecordingController.hpp"
+
 namespace mireth::test {
 
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ClockContract);
@@ -147,6 +149,33 @@ TEST_P(ApplicationContract, TellsEachMoveToTheBackgroundUntilTheTokenIsDropped) 
     harness_->moveToBackground();
     EXPECT_EQ(first, 2);
     EXPECT_EQ(second, 3);
+}
+
+TEST_P(ApplicationContract, InterceptorsHearOfScreensBeforeTheControllerUntilTheirTokenIsDropped) {
+    std::vector<std::string> heard;
+    const auto cart = std::make_shared<RecordingController>("Cart", heard);
+    auto appear = harness_->application().interceptViewDidAppear(
+        [&](const platform::ViewController& seen) { heard.push_back("+" + seen.className()); });
+    auto disappear = harness_->application().interceptViewDidDisappear(
+        [&](const platform::ViewController& seen) { heard.push_back("-" + seen.className()); });
+    ASSERT_TRUE(appear && disappear);
+    harness_->appearance().didAppear(cart, false);
+    harness_->appearance().didDisappear(cart, true);
+    appear.cancel();
+    disappear.cancel();
+    harness_->appearance().didAppear(cart, false);
+    harness_->appearance().didDisappear(cart, false);
+    EXPECT_EQ(heard, (std::vector<std::string>{"+Cart", "Cart appeared", "-Cart", "Cart disappeared animated",
+                                               "Cart appeared", "Cart disappeared"}));
+}
+
+TEST_P(ApplicationContract, AControllerHearsWhateverAnInterceptorThrows) {
+    std::vector<std::string> heard;
+    const auto cart = std::make_shared<RecordingController>("Cart", heard);
+    const auto token = harness_->application().interceptViewDidAppear(
+        [](const platform::ViewController&) { throw std::runtime_error("a bug"); });
+    harness_->appearance().didAppear(cart, false);
+    EXPECT_EQ(heard, std::vector<std::string>{"Cart appeared"});
 }
 
 TEST_P(PathMonitorContract, ReportsThePathSoonAndOnAThreadOfItsOwn) {

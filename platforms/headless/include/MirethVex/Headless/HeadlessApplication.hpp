@@ -1,4 +1,5 @@
-// The application of a script: it has the key window it was given, and goes to the background when told.
+// The application of a script: it has the key window it was given, shows screens and goes to the background
+// when told.
 #pragma once
 
 #include <functional>
@@ -7,6 +8,7 @@
 #include <variant>
 
 #include "MirethVex/Base/PassthroughSubject.hpp"
+#include "MirethVex/Platform/AppearanceDelivery.hpp"
 #include "MirethVex/Platform/Application.hpp"
 #include "MirethVex/Platform/Window.hpp"
 
@@ -19,15 +21,24 @@ class HeadlessApplication final : public platform::Application {
     AnyCancellable observeDidEnterBackground(std::function<void()> observer) override {
         return movedToBackground_.sink([observer = std::move(observer)](const auto&) { observer(); });
     }
+    AnyCancellable interceptViewDidAppear(platform::AppearanceInterceptor interceptor) override {
+        return appearance_.interceptViewDidAppear(std::move(interceptor));
+    }
+    AnyCancellable interceptViewDidDisappear(platform::AppearanceInterceptor interceptor) override {
+        return appearance_.interceptViewDidDisappear(std::move(interceptor));
+    }
 
     /// Null: no window has the keyboard.
     void setKeyWindow(std::shared_ptr<platform::Window> window) { keyWindow_ = std::move(window); }
     /// Calls the observers before it returns.
     void moveToBackground() { movedToBackground_.send({}); }
+    /// How the controllers of the script's screens hear that they appeared or disappeared.
+    const platform::AppearanceDelivery& appearance() const noexcept { return appearance_; }
 
   private:
     std::shared_ptr<platform::Window> keyWindow_;
     PassthroughSubject<std::monostate> movedToBackground_;
+    platform::AppearanceDelivery appearance_;
 };
 
 }  // namespace mireth::headless

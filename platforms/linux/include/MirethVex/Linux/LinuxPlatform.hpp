@@ -54,7 +54,7 @@ class MIRETH_EXPORT LinuxPlatform {
     /// The same services at every call.
     PlatformServices services() const;
 
-    /// What the host tells about its window and its move to the background. Main thread only.
+    /// What the host tells about its window, its screens and its move to the background. Main thread only.
     PlainApplication& application() const;
 
     /// Files of the host's that were unusable, one line each naming the file and why; empty as a rule. Their
