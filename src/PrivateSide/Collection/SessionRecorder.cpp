@@ -47,8 +47,9 @@ void SessionRecorder::startRecording(const RemoteSessionInfo& session,
     session_ = session;
     onRecordingErrorCallback_ = std::move(onRecordingErrorCallback);
     cleanupExistingData();
-    recordInitialSessionData(session);
+    // A log listener may report a screen as soon as the first event is recorded.
     startNavigationTracking();
+    recordInitialSessionData(session);
     startRecorders(vexConfiguration);
 }
 
@@ -129,7 +130,9 @@ void SessionRecorder::startNavigationTracking() {
     const auto publisher = std::make_shared<NavigationChangePublisher>();
     navigationTracker_ = std::make_unique<NavigationTracker>(log_, currentTimeProvider_);
     navigationTracker_->startTracking(publisher);
-    navigationChangeSubscription_ = publisher->screenChangeEvent().dropFirst().sink(
+    parts_.timelineEventDetector->observe(*publisher);
+    // The detector remembers the last change of the recording before.
+    navigationChangeSubscription_ = parts_.timelineEventDetector->detectedEvent().dropFirst().sink(
         [weak = weak_from_this()](const std::optional<TimelineEvent>& event) {
             const auto self = weak.lock();
             if (self && event && self->session_) {

@@ -34,6 +34,16 @@ void TimelineEventDetector::startDetection(SessionEventCallback sessionEventCall
 void TimelineEventDetector::stopDetection() {
     removeGestureRecognizers();
     delivery_->eventCallback = nullptr;
+    navigationChangeSubscription_.cancel();
+    navigationChangeListener_.reset();
+}
+
+void TimelineEventDetector::observe(const NavigationChangePublisher& navigationChangePublisher) {
+    navigationChangeListener_ = std::make_unique<NavigationChangeListener>(navigationChangePublisher);
+    navigationChangeSubscription_ =
+        navigationChangeListener_->detectedEvent()
+            .compactMap([](const std::optional<TimelineEvent>& event) { return event; })
+            .sink([detected = detectedEvent_](const TimelineEvent& event) { *detected = event; });
 }
 
 void TimelineEventDetector::recordLogError(const std::optional<std::string>& message) {

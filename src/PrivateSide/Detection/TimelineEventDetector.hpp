@@ -16,6 +16,7 @@
 #include "PrivateSide/Configuration/CurrentTimeProvider.hpp"
 #include "PrivateSide/Detection/Core/MirethGestureRecognizer.hpp"
 #include "PrivateSide/Detection/Interactions/TapInteractionListener.hpp"
+#include "PrivateSide/Detection/Navigation/NavigationChangeListener.hpp"
 #include "PrivateSide/Detection/Signals/SignalListeners/RageTapSignalListener.hpp"
 #include "PrivateSide/Detection/Signals/SignalPublishers/ErrorSignalPublisher.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
@@ -47,6 +48,7 @@ class TimelineEventDetector {
 
     /// The callback gets whatever is found, each once, in the order in which it happened.
     void startDetection(SessionEventCallback sessionEventCallback);
+    /// Also ends what `observe` began.
     void stopDetection();
     /// While paused, what the listeners find is dropped with a log line.
     void pauseDetection() { delivery_->isPaused = true; }
@@ -54,6 +56,16 @@ class TimelineEventDetector {
 
     /// Passes an error that the host reported to the listeners.
     void recordLogError(const std::optional<std::string>& message);
+
+    /// Follows the screen changes of a recording, in place of those it followed before: each one that is
+    /// published from now on comes out of `detectedEvent`.
+    void observe(const NavigationChangePublisher& navigationChangePublisher);
+
+    /// What was detected that is a timeline event already. A new subscriber first gets the last one, which
+    /// may be a former recording's; nothing before the first.
+    AnyPublisher<std::optional<TimelineEvent>> detectedEvent() const {
+        return detectedEvent_->eraseToAnyPublisher();
+    }
 
   private:
     /// Apart from the detector, so that a subscription can hold it while a callback drops the detector.
@@ -86,6 +98,10 @@ class TimelineEventDetector {
     const std::shared_ptr<Delivery> delivery_;
     std::vector<AnyCancellable> cancellables_;
     bool isAttached_ = false;
+    const std::shared_ptr<Published<std::optional<TimelineEvent>>> detectedEvent_ =
+        std::make_shared<Published<std::optional<TimelineEvent>>>();
+    std::unique_ptr<NavigationChangeListener> navigationChangeListener_;
+    AnyCancellable navigationChangeSubscription_;
     const MemoryUseLines memoryUse_;
 };
 
