@@ -1,47 +1,12 @@
 // The public calls: each forwards to the core and lets nothing escape.
 #include "MirethVex/PublicSide/MirethSR.hpp"
 
-#include <exception>
 #include <utility>
 
+#include "PublicSide/Guarded.hpp"
 #include "PublicSide/MirethSRCore.hpp"
 
 namespace mireth {
-
-namespace {
-
-/// Runs `call`; what it throws is logged, and `otherwise` answers instead.
-template <class Call, class Otherwise>
-auto guardedOr(MirethSRCore& core, Otherwise otherwise, Call call) noexcept -> decltype(call()) {
-    try {
-        return call();
-    } catch (...) {
-        try {
-            core.log().error(LogTag::lifecycle, "An unexpected error was caught at the public interface.", {},
-                             false);
-        } catch (...) {
-            return otherwise();
-        }
-    }
-    return otherwise();
-}
-
-template <class Call, class Result>
-Result guarded(MirethSRCore& core, Result otherwise, Call call) noexcept {
-    return guardedOr(
-        core, [&otherwise]() -> Result { return std::move(otherwise); },
-        [&call]() -> Result { return call(); });
-}
-
-template <class Call>
-void guarded(MirethSRCore& core, Call call) noexcept {
-    (void)guarded(core, true, [&call] {
-        call();
-        return true;
-    });
-}
-
-}  // namespace
 
 MirethSR::MirethSR(std::unique_ptr<MirethSRCore> core) noexcept : core_(std::move(core)) {}
 MirethSR::~MirethSR() = default;
@@ -98,10 +63,7 @@ void MirethSR::reportScreenDisappeared(const std::string& name) noexcept {
 
 void MirethSR::reportScreenChange(const std::vector<ScreenHierarchyElement>& screenHierarchy,
                                   ScreenChangeType changeType, ScreenDetectionType detectionType) noexcept {
-    guarded(*core_, [&] {
-        core_->reportScreenChange(screenHierarchy, changeType, detectionType,
-                                  "Can't record screen change. Not initialized.");
-    });
+    guarded(*core_, [&] { core_->reportScreenChange(screenHierarchy, changeType, detectionType); });
 }
 
 void MirethSR::reset() noexcept {

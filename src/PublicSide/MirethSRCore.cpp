@@ -5,6 +5,7 @@
 
 #include "Platform/Async/QueueExecutors.hpp"
 #include "PrivateSide/Storage/PlaybackStorage.hpp"
+#include "PublicSide/Guarded.hpp"
 
 namespace mireth {
 
@@ -42,7 +43,8 @@ MirethSRCore::MirethSRCore(MirethLog& log, platform::PlatformServices services,
           std::make_shared<NetworkManager>(log_, services_.http, services_.files, services_.random)),
       remoteLogger_(std::make_shared<RemoteLog>(
           log_, remoteLogEnvironment(services_, clientDetails_, backgroundExecutor_))),
-      orchestratorClass_(std::move(orchestratorClass)) {
+      orchestratorClass_(std::move(orchestratorClass)),
+      appearanceDetection_(makeAppearanceDetection()) {
     log_.setRemotePoster(remoteLogger_);
 }
 
@@ -105,8 +107,19 @@ std::shared_ptr<Orchestrator> MirethSRCore::buildGraph(
     parts.remoteSessionManager = std::make_shared<RemoteSessionManager>(
         log_, apiClient, remoteLogger_,
         [random = services_.random](double low, double high) { return random->uniformReal(low, high); });
-    parts.appearanceDetection = std::make_shared<AppearanceDetection>(log_);
+    parts.appearanceDetection = appearanceDetection_;
     return orchestratorClass_(log_, std::move(parts), mainExecutor_, currentTimeProvider_);
+}
+
+std::shared_ptr<AppearanceDetection> MirethSRCore::makeAppearanceDetection() {
+    return std::make_shared<AppearanceDetection>(
+        log_, services_.application,
+        [self = self_](const std::vector<ScreenHierarchyElement>& screenHierarchy,
+                       ScreenChangeType changeType, ScreenDetectionType detectionType) {
+            if (auto* const core = *self) {
+                guarded(*core, [&] { core->reportScreenChange(screenHierarchy, changeType, detectionType); });
+            }
+        });
 }
 
 std::shared_ptr<SessionRecorder> MirethSRCore::buildSessionRecorder(
@@ -147,11 +160,13 @@ Async<SessionStartResult> MirethSRCore::startRecording(VexConfiguration vexConfi
 }
 
 SessionPauseResult MirethSRCore::pauseRecording() {
-    return orchestrator_ ? orchestrator_->pauseRecording() : SessionPauseResult::notInitialized;
+    const auto orchestrator = orchestrator_;
+    return orchestrator ? orchestrator->pauseRecording() : SessionPauseResult::notInitialized;
 }
 
 SessionResumeResult MirethSRCore::resumeRecording() {
-    return orchestrator_ ? orchestrator_->resumeRecording() : SessionResumeResult::notInitialized;
+    const auto orchestrator = orchestrator_;
+    return orchestrator ? orchestrator->resumeRecording() : SessionResumeResult::notInitialized;
 }
 
 Async<SessionCloseResult> MirethSRCore::stopRecording() {
@@ -178,8 +193,8 @@ void MirethSRCore::logError(std::optional<std::string> message) {
 }
 
 void MirethSRCore::recordLogErrorOnMain(const std::optional<std::string>& message) {
-    if (orchestrator_) {
-        orchestrator_->recordLogError(message);
+    if (const auto orchestrator = orchestrator_) {
+        orchestrator->recordLogError(message);
     } else {
         log_.error(LogTag::signal, "Can't log error. Not initialized.");
     }
@@ -188,8 +203,8 @@ void MirethSRCore::recordLogErrorOnMain(const std::optional<std::string>& messag
 void MirethSRCore::reportScreenChange(const std::vector<ScreenHierarchyElement>& screenHierarchy,
                                       ScreenChangeType changeType, ScreenDetectionType detectionType,
                                       const char* messageWithoutOrchestrator) {
-    if (orchestrator_) {
-        orchestrator_->recordScreenChange(screenHierarchy, changeType, detectionType);
+    if (const auto orchestrator = orchestrator_) {
+        orchestrator->recordScreenChange(screenHierarchy, changeType, detectionType);
     } else {
         log_.error(LogTag::signal, messageWithoutOrchestrator);
     }

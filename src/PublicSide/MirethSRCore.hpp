@@ -41,9 +41,10 @@ class MirethSRCore {
     Async<SessionCloseResult> stopRecording();
     void addLogListener(MirethLogListeners::Listener listener);
     void logError(std::optional<std::string> message);
-    void reportScreenChange(const std::vector<ScreenHierarchyElement>& screenHierarchy,
-                            ScreenChangeType changeType, ScreenDetectionType detectionType,
-                            const char* messageWithoutOrchestrator);
+    void reportScreenChange(
+        const std::vector<ScreenHierarchyElement>& screenHierarchy, ScreenChangeType changeType,
+        ScreenDetectionType detectionType,
+        const char* messageWithoutOrchestrator = "Can't record screen change. Not initialized.");
     void reset();
     bool hasActiveSession() const;
     std::set<LogTag> allowedLoggingTags() const;
@@ -76,6 +77,7 @@ class MirethSRCore {
     std::shared_ptr<Orchestrator> buildGraph(const std::shared_ptr<platform::Window>& window,
                                              const std::shared_ptr<MApiClient>& apiClient,
                                              const std::shared_ptr<NetworkStateProvider>& networkState);
+    std::shared_ptr<AppearanceDetection> makeAppearanceDetection();
     std::shared_ptr<SessionRecorder> buildSessionRecorder(
         const std::shared_ptr<platform::Window>& window,
         const std::shared_ptr<SessionDataDao>& sessionDataDao);
@@ -93,10 +95,13 @@ class MirethSRCore {
     const std::shared_ptr<NetworkManager> networkManager_;
     const std::shared_ptr<RemoteLog> remoteLogger_;
     const OrchestratorClass orchestratorClass_;
-
-    std::shared_ptr<Orchestrator> orchestrator_;
-    /// Lets work that was posted to the main thread find out that this object is gone.
+    /// Lets work that was posted to the main thread, and callbacks, find out that this object is gone.
     const std::shared_ptr<MirethSRCore*> self_ = std::make_shared<MirethSRCore*>(this);
+    /// One for every project: the application's screens are intercepted once.
+    const std::shared_ptr<AppearanceDetection> appearanceDetection_;
+
+    /// Copied before it is called: a log listener may reset the library from within the call.
+    std::shared_ptr<Orchestrator> orchestrator_;
 };
 
 }  // namespace mireth

@@ -1,4 +1,5 @@
-// The way on which a controller hears that its screen appeared or disappeared, and where others may listen in.
+// The way on which a controller hears that its screen appeared or disappeared, and where others may listen
+// in.
 #pragma once
 
 #include <memory>

@@ -72,7 +72,8 @@ class MIRETH_EXPORT MirethSR {
     /// Tells the library of an error that the user met, with an optional text. Any thread.
     void logError(std::optional<std::string> message) noexcept;
 
-    /// Report a screen that the host names itself.
+    /// Report a screen that the host names itself. They may be called from anywhere on the main thread, a
+    /// controller's handler and a log listener included: every report is recorded once and in turn.
     void reportScreenAppeared(const std::string& name) noexcept;
     void reportScreenDisappeared(const std::string& name) noexcept;
     void reportScreenChange(const std::vector<ScreenHierarchyElement>& screenHierarchy,
@@ -89,10 +90,10 @@ class MIRETH_EXPORT MirethSR {
     std::set<LogTag> allowedLoggingTags() const noexcept;
     void setAllowedLoggingTags(const std::set<LogTag>& tags) noexcept;
 
-    /// For the library's own tools and tests; not part of the interface.
-    MirethSRCore& core() noexcept { return *core_; }
-
   private:
+    /// Of the library's own tools.
+    friend struct MirethSRAccess;
+
     const std::unique_ptr<MirethSRCore> core_;
 };
 

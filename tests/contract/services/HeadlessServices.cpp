@@ -21,10 +21,9 @@ class HeadlessApplicationHarness final : public ApplicationHarness {
 
 }  // namespace
 
-INSTANTIATE_TEST_SUITE_P(
-    Headless, ApplicationContract,
-    testing::Values(Implementation<ApplicationHarness>{
-        "Scripted", [] { return std::make_unique<HeadlessApplicationHarness>(); }}),
-    nameOfImplementation);
+INSTANTIATE_TEST_SUITE_P(Headless, ApplicationContract,
+                         testing::Values(Implementation<ApplicationHarness>{
+                             "Scripted", [] { return std::make_unique<HeadlessApplicationHarness>(); }}),
+                         nameOfImplementation);
 
 }  // namespace mireth::test

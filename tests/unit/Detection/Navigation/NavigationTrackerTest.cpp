@@ -36,7 +36,8 @@ struct Navigation : testing::Test {
         tokens.push_back(stream.sink([this](const Event& event) { heard.push_back(event); }));
     }
     void record(const std::string& name) {
-        tracker.record({{0, name, "Screen"}}, SrScreenChangeType::appear, SrScreenChangeDetectionType::manual);
+        tracker.record({{0, name, "Screen"}}, SrScreenChangeType::appear,
+                       SrScreenChangeDetectionType::manual);
     }
 };
 
@@ -45,9 +46,9 @@ TEST_F(Navigation, ARecordedChangeIsPublishedAtTheCurrentTimeWithItsHierarchy) {
     tracker.startTracking(publisher);
     tracker.record({{0, "Main", "Screen"}, {1, "Cart", "Dialog"}}, SrScreenChangeType::disappear,
                    SrScreenChangeDetectionType::automatic);
-    EXPECT_THAT(heard, ElementsAre(change(1500, {{0, "Main", "Screen"}, {1, "Cart", "Dialog"}},
-                                          SrScreenChangeType::disappear,
-                                          SrScreenChangeDetectionType::automatic)));
+    EXPECT_THAT(heard,
+                ElementsAre(change(1500, {{0, "Main", "Screen"}, {1, "Cart", "Dialog"}},
+                                   SrScreenChangeType::disappear, SrScreenChangeDetectionType::automatic)));
 }
 
 TEST_F(Navigation, WithoutAPublisherNothingHappens) {
@@ -102,7 +103,8 @@ TEST_F(Navigation, TheListenerCopiesEveryChangeOnce) {
     follow(listener.detectedEvent().dropFirst());
     record("Cart");
     record("Cart");
-    EXPECT_THAT(heard, ElementsAre(change(1500, {{0, "Cart", "Screen"}}), change(1500, {{0, "Cart", "Screen"}})));
+    EXPECT_THAT(heard,
+                ElementsAre(change(1500, {{0, "Cart", "Screen"}}), change(1500, {{0, "Cart", "Screen"}})));
 }
 
 TEST_F(Navigation, AListenerThatComesLaterHasTheLastChange) {
