@@ -64,9 +64,9 @@ CurlHttpClient::Worker::~Worker() {
     }
     // What libcurl would need to give it back is gone; so will be the process.
     for (auto& [id, running] : running_) {
-        (void)running.transfer.release();
+        [[maybe_unused]] const auto* const transfer = running.transfer.release();
     }
-    (void)multi_.release();
+    [[maybe_unused]] const auto* const multi = multi_.release();
 }
 
 void CurlHttpClient::Worker::start() {

@@ -155,7 +155,7 @@ class SerialTarget final : public Target, public std::enable_shared_from_this<Se
     }
 
     const Executor executor_;
-    std::atomic<std::thread::id> runner_{};
+    std::atomic<std::thread::id> runner_;
     std::mutex mutex_;
     bool isScheduled_ = false;  // guarded by mutex_
     std::deque<Work> waiting_;  // guarded by mutex_
@@ -170,8 +170,8 @@ class TargetExecutor {
     asio::execution_context& query(execution::context_t) const noexcept { return *target_; }
 
     execution::blocking_t query(execution::blocking_t) const noexcept {
-        return mayRunInline_ ? execution::blocking_t(execution::blocking.possibly)
-                             : execution::blocking_t(execution::blocking.never);
+        return mayRunInline_ ? execution::blocking_t(execution::blocking_t::possibly)
+                             : execution::blocking_t(execution::blocking_t::never);
     }
 
     TargetExecutor require(execution::blocking_t::never_t) const { return {target_, false}; }
