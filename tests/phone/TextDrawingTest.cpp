@@ -15,6 +15,7 @@ struct Ink {
     std::size_t top = SIZE_MAX;
     std::size_t bottom = 0;
     bool isThere() const { return left != SIZE_MAX; }
+    bool operator==(const Ink&) const = default;
 };
 
 Ink inkOf(const platform::Image& image) {
@@ -77,8 +78,23 @@ TEST(TextDrawing, TheColorIsThatOfTheText) {
 
 TEST(TextDrawing, ALongerTextMeasuresLonger) {
     const TextStyle style;
-    EXPECT_GT(measureLine("Add to bag", style).width, measureLine("Add", style).width);
-    EXPECT_GT(measureLine("Add", style).height, 10);
+    EXPECT_GT(measureLine("Add to bag", style, 3).width, measureLine("Add", style, 3).width);
+    EXPECT_GT(measureLine("Add", style, 3).height, 10);
+}
+
+TEST(TextDrawing, ALineIsWholeInTheRoomThatItMeasures) {
+    for (const std::string text : {"All", "Mugs", "Bowls", "Vases", "Plates", "View bag", "Check out"}) {
+        for (const double points : {10.5, 13.5, 16.0, 17.0}) {
+            for (const double scale : {1.0, 2.0, 3.0}) {
+                TextStyle style;
+                style.font = {"Inter Medium", points};
+                const Size room = measureLine(text, style, scale);
+                EXPECT_EQ(inkOf(drawText(text, style, room, scale)),
+                          inkOf(drawText(text, style, {room.width * 2, room.height}, scale)))
+                    << text << " at " << points << " points and scale " << scale;
+            }
+        }
+    }
 }
 
 }  // namespace

@@ -103,16 +103,17 @@ void draw(cairo_surface_t* surface, const std::string& text, const TextStyle& st
 
 }  // namespace
 
-Size measureLine(const std::string& text, const TextStyle& style) {
+Size measureLine(const std::string& text, const TextStyle& style, double scale) {
     const CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 1, 1));
     const Cairo context(cairo_create(surface.get()));
-    const Layout layout = makeLayout(context.get(), text, style, 1.0);
+    // At the scale that it will be drawn at: glyphs are set on whole pixels, so a line's width depends on it.
+    const Layout layout = makeLayout(context.get(), text, style, scale);
     pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
     int width = 0;
     int height = 0;
     pango_layout_get_size(layout.get(), &width, &height);
-    return {std::ceil(static_cast<double>(width) / PANGO_SCALE),
-            std::ceil(static_cast<double>(height) / PANGO_SCALE)};
+    return {std::ceil(static_cast<double>(width) / PANGO_SCALE / scale),
+            std::ceil(static_cast<double>(height) / PANGO_SCALE / scale)};
 }
 
 platform::Image drawText(const std::string& text, const TextStyle& style, Size size, double scale) {

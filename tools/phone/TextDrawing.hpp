@@ -23,8 +23,8 @@ struct TextStyle {
     bool fromTop = false;
 };
 
-/// The room that one line of `text` takes, in whole points; the inset is left out.
-Size measureLine(const std::string& text, const TextStyle& style);
+/// The room that one line of `text` takes when it is drawn at `scale`, in whole points; the inset is left out.
+Size measureLine(const std::string& text, const TextStyle& style, double scale);
 
 /// A picture of `size` points, rounded up to whole pixels, transparent but for the text; without a bitmap
 /// when there is nothing to draw. One thread at a time.

@@ -199,7 +199,7 @@ void ViewHandle::redrawText() {
 
 Rect ViewHandle::buttonLabelFrame(const std::string& text) const {
     const Size outer = view_->bounds().size();
-    const Size line = measureLine(text, textStyle());
+    const Size line = measureLine(text, textStyle(), images_.scale());
     const Size size{std::min(line.width, outer.width), std::min(line.height, outer.height)};
     // Whole points: text that starts within one is drawn soft.
     const double middle = std::floor((outer.width - size.width) / 2);
