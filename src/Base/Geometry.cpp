@@ -20,6 +20,21 @@ AffineTransform AffineTransform::concatenating(const AffineTransform& next) cons
             tx * next.b + ty * next.d + next.ty};
 }
 
+std::optional<AffineTransform> AffineTransform::inverted() const {
+    const double determinant = a * d - b * c;
+    const AffineTransform inverse{d / determinant,
+                                  -b / determinant,
+                                  -c / determinant,
+                                  a / determinant,
+                                  (c * ty - d * tx) / determinant,
+                                  (b * tx - a * ty) / determinant};
+    const bool isFinite =
+        std::ranges::all_of(std::array{inverse.a, inverse.b, inverse.c, inverse.d, inverse.tx, inverse.ty},
+                            [](double value) { return std::isfinite(value); });
+    // Beside an infinite entry of this transform the inverse may come out as zeros.
+    return isFinite && determinant != 0 && std::isfinite(determinant) ? std::optional(inverse) : std::nullopt;
+}
+
 Rect AffineTransform::boundingBox(const Rect& rect) const {
     const Point corners[] = {apply({rect.x, rect.y}), apply({rect.x + rect.width, rect.y}),
                              apply({rect.x, rect.y + rect.height}),

@@ -1,4 +1,4 @@
-// Who owns whom in the view tree.
+// Who owns whom in the view tree, and which view lies where.
 #include "MirethVex/Platform/View.hpp"
 
 #include <algorithm>
@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "MirethVex/Platform/ViewController.hpp"
+#include "Platform/HitTest.hpp"
 
 namespace mireth::platform {
 
@@ -54,6 +55,15 @@ void View::removeFromSuperview() {
         siblings.erase(self);
     }
 }
+
+std::shared_ptr<View> View::hitTest(Point point) {
+    return deepestViewAt(shared_from_this(), point);
+}
+
+void View::touchesBegan(const std::vector<Touch>& /*touches*/, const TouchEvent& /*event*/) {}
+void View::touchesMoved(const std::vector<Touch>& /*touches*/, const TouchEvent& /*event*/) {}
+void View::touchesEnded(const std::vector<Touch>& /*touches*/, const TouchEvent& /*event*/) {}
+void View::touchesCancelled(const std::vector<Touch>& /*touches*/, const TouchEvent& /*event*/) {}
 
 std::shared_ptr<ViewController> View::parentViewController() const {
     if (auto own = viewController()) {

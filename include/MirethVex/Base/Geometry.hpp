@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
 #include "MirethVex/Base/Export.hpp"
 
@@ -50,6 +51,9 @@ struct MIRETH_EXPORT AffineTransform {
 
     /// First this transform, then `next`.
     AffineTransform concatenating(const AffineTransform& next) const;
+    /// What undoes this transform. Nothing for one that squeezes the plane into a line or a point, or that
+    /// holds a value which is not finite.
+    std::optional<AffineTransform> inverted() const;
     Point apply(Point point) const {
         return {a * point.x + c * point.y + tx, b * point.x + d * point.y + ty};
     }

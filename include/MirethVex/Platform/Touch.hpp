@@ -25,7 +25,8 @@ struct Touch {
     int tapCount = 1;
     /// When it happened, in seconds on the uptime clock.
     double timestamp = 0;
-    /// What was touched when the touch began; not owned. Expired when there was none or it is gone.
+    /// What was touched when the touch began (`View::hitTest` of the window finds it); not owned. Expired
+    /// when there was none or it is gone.
     std::weak_ptr<View> view;
     /// Where the touch began; not owned.
     std::weak_ptr<Window> window;

@@ -7,6 +7,7 @@
 #include "MirethVex/Base/Export.hpp"
 #include "MirethVex/Base/Geometry.hpp"
 #include "MirethVex/Platform/Layer.hpp"
+#include "MirethVex/Platform/Touch.hpp"
 #include "MirethVex/Platform/ViewClass.hpp"
 
 namespace mireth::platform {
@@ -50,6 +51,21 @@ class MIRETH_EXPORT View : public std::enable_shared_from_this<View> {
     Rect frame() const { return layer().frame(); }
     void setFrame(const Rect& frame) { layer_.setFrame(frame); }
     Rect bounds() const { return layer().geometry.bounds; }
+
+    /// The deepest view that holds `point`, which is in this view's own coordinates; of siblings that lie
+    /// over each other the front one. Null when there is none. Hidden views and those that are as good as
+    /// transparent (opacity below 0.01) are passed over with all that is below them, and so is what a view
+    /// clips away. What is drawn counts, but for animations: it is the model that is touched.
+    std::shared_ptr<View> hitTest(Point point);
+
+    /// What the window tells the view in which the touches began, after its recognisers; `touches` are those
+    /// of `event` that are in the phase of the call's name. A touch that a recogniser takes away is cancelled
+    /// once and not heard of again. The base does nothing. What an override throws is reported on standard
+    /// error and goes no further.
+    virtual void touchesBegan(const std::vector<Touch>& touches, const TouchEvent& event);
+    virtual void touchesMoved(const std::vector<Touch>& touches, const TouchEvent& event);
+    virtual void touchesEnded(const std::vector<Touch>& touches, const TouchEvent& event);
+    virtual void touchesCancelled(const std::vector<Touch>& touches, const TouchEvent& event);
 
     /// The nearest controller that owns this view: its own, else the nearest superview's that has one.
     std::shared_ptr<ViewController> parentViewController() const;

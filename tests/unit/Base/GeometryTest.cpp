@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
 #include <numbers>
+#include <optional>
 
 namespace mireth {
 namespace {
@@ -25,6 +28,24 @@ TEST(AffineTransform, RotationTurnsClockwiseOnScreen) {
     const Point turned = AffineTransform::rotation(std::numbers::pi / 2).apply({1, 0});
     EXPECT_NEAR(turned.x, 0, 1e-12);
     EXPECT_NEAR(turned.y, 1, 1e-12);
+}
+
+TEST(AffineTransform, InvertedUndoesIt) {
+    const AffineTransform transform{2, 1, -1, 3, 10, 20};
+    const auto inverse = transform.inverted();
+    ASSERT_TRUE(inverse.has_value());
+    const Point back = inverse->apply(transform.apply({5, 7}));
+    EXPECT_NEAR(back.x, 5, 1e-12);
+    EXPECT_NEAR(back.y, 7, 1e-12);
+    EXPECT_EQ(AffineTransform::translation(0.1, 0.2).inverted(), AffineTransform::translation(-0.1, -0.2));
+}
+
+TEST(AffineTransform, WhatSqueezesThePlaneHasNoInverse) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(AffineTransform::scale(0, 1).inverted(), std::nullopt);
+    EXPECT_EQ((AffineTransform{1, 2, 2, 4, 0, 0}).inverted(), std::nullopt);
+    EXPECT_EQ(AffineTransform::scale(infinity, 1).inverted(), std::nullopt);
+    EXPECT_EQ(AffineTransform::translation(std::nan(""), 0).inverted(), std::nullopt);
 }
 
 TEST(AffineTransform, BoundingBoxHoldsTheWholeImage) {
