@@ -71,6 +71,27 @@ TEST(AsyncMutex, IsFreeAgainAfterTheLast) {
     EXPECT_THAT(order, ElementsAre(1, -1, 2, -2));
 }
 
+TEST(AsyncMutex, AWaiterThatIsDroppedPassesTheLockOn) {
+    AsyncPhone phone;
+    const AsyncMutex mutex;
+    const AsyncEvent first;
+    const AsyncEvent rest;
+    rest.set();
+    std::vector<int> order;
+    phone.start(hold(mutex, first, order, 1));
+    AsyncPhone::start(phone.background, hold(mutex, rest, order, 2));
+    phone.runUntilIdle();
+    phone.start(hold(mutex, rest, order, 3));
+    // The second in line will never run again.
+    phone.backgroundExecutor.reset();
+    first.set();
+    phone.mainQueue->runAll();
+    EXPECT_THAT(order, ElementsAre(1, -1, 3, -3));
+    phone.start(hold(mutex, rest, order, 4));
+    phone.mainQueue->runAll();
+    EXPECT_THAT(order, ElementsAre(1, -1, 3, -3, 4, -4));
+}
+
 TEST(AsyncMutex, GuardsDataThatManyThreadsTouch) {
     asio::thread_pool pool(3);
     const AsyncMutex mutex;

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <boost/asio/dispatch.hpp>
 #include <boost/asio/thread_pool.hpp>
 #include <memory>
 #include <stdexcept>
@@ -76,6 +77,92 @@ TEST(SerialExecutor, RunsWorkInOrder) {
     EXPECT_TRUE(order.empty());
     phone.runUntilIdle();
     EXPECT_THAT(order, ElementsAre(1, 2, 3));
+}
+
+TEST(SerialExecutor, WorkThatThrowsLetsTheNextRun) {
+    const AsyncPhone phone;
+    const Executor serial = makeSerialExecutor(phone.background);
+    bool nextRan = false;
+    asio::post(serial, [] { throw std::runtime_error("lost"); });
+    asio::post(serial, [&nextRan] { nextRan = true; });
+    EXPECT_THROW(phone.backgroundExecutor->runOne(), std::runtime_error);
+    EXPECT_FALSE(nextRan);
+    phone.runUntilIdle();
+    EXPECT_TRUE(nextRan);
+}
+
+TEST(SerialExecutor, WorkDispatchedFromItsOwnWorkRunsInline) {
+    const AsyncPhone phone;
+    const Executor serial = makeSerialExecutor(phone.background);
+    std::vector<int> order;
+    asio::post(serial, [&] {
+        asio::dispatch(serial, [&order] { order.push_back(1); });
+        order.push_back(2);
+    });
+    asio::dispatch(serial, [&order] { order.push_back(3); });
+    EXPECT_TRUE(order.empty()) << "ran inline outside its turn";
+    phone.runUntilIdle();
+    EXPECT_THAT(order, ElementsAre(1, 2, 3));
+}
+
+TEST(SerialExecutor, WorkPostedFromItsOwnWorkRunsAfterIt) {
+    const AsyncPhone phone;
+    const Executor serial = makeSerialExecutor(phone.background);
+    std::vector<int> order;
+    asio::post(serial, [&] {
+        asio::post(serial, [&order] { order.push_back(2); });
+        order.push_back(1);
+    });
+    phone.runUntilIdle();
+    EXPECT_THAT(order, ElementsAre(1, 2));
+}
+
+/// Drops what it is given until it is told to keep it.
+struct ForgetfulBackground final : platform::BackgroundExecutor {
+    void post(Work work) override {
+        if (keeps) {
+            kept.push_back(std::move(work));
+        }
+    }
+    bool keeps = false;
+    std::vector<Work> kept;
+};
+
+TEST(SerialExecutor, ATurnThatIsDroppedTakesWhatWaitsWithItAndTheNextWorkGetsATurnOfItsOwn) {
+    const auto background = std::make_shared<ForgetfulBackground>();
+    const Executor serial = makeSerialExecutor(makeBackgroundExecutor(background));
+    const auto owned = std::make_shared<int>(1);
+    asio::post(serial, [owned] { ADD_FAILURE() << "ran though its turn was dropped"; });
+    EXPECT_EQ(owned.use_count(), 1);
+    background->keeps = true;
+    bool ran = false;
+    asio::post(serial, [&ran] { ran = true; });
+    ASSERT_EQ(background->kept.size(), 1U);
+    background->kept[0]();
+    EXPECT_TRUE(ran);
+}
+
+TEST(SerialExecutor, WhatWaitsGoesWithTheExecutorBeneath) {
+    AsyncPhone phone;
+    const Executor serial = makeSerialExecutor(phone.background);
+    const auto owned = std::make_shared<int>(1);
+    for (int i = 0; i < 2; ++i) {
+        asio::post(serial, [owned] { ADD_FAILURE() << "ran without an executor"; });
+    }
+    EXPECT_EQ(owned.use_count(), 3);
+    phone.backgroundExecutor.reset();
+    EXPECT_EQ(owned.use_count(), 1);
+}
+
+TEST(SerialExecutor, LetsNoTwoThreadsInAtOnce) {
+    asio::thread_pool pool(3);
+    const Executor serial = makeSerialExecutor(pool.get_executor());
+    int unguarded = 0;
+    for (int i = 0; i < 600; ++i) {
+        asio::post(serial, [&unguarded] { ++unguarded; });
+    }
+    pool.join();
+    EXPECT_EQ(unguarded, 600);
 }
 
 TEST(Spawn, NeverBeginsInlineAndSurvivesWhatTheTaskThrows) {
