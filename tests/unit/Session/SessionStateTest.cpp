@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "contract/media/DecodedVideo.hpp"
 #include "support/SessionHost.hpp"
 
 namespace mireth {
@@ -139,12 +140,45 @@ TEST(SessionState, ASignalOfTheDiagnosticHookIsRefusedWithoutASession) {
     EXPECT_THAT(host.errors(), ElementsAre("Can't record signal without starting a session"));
 }
 
-TEST(SessionState, WhilePausedFramesAreBlankAndTheVideoGoesOn) {
+TEST(SessionState, ASignalOfTheDiagnosticHookIsRefusedWhilePaused) {
     SessionHost host;
     host.startSession();
+    host.advance(1);
     (void)host.core.pauseRecording();
-    host.advance(10.5);
+    host.core.orchestrator()->backdoorRecordSignal(SessionSignalType::rageTap, {1, 2});
+    EXPECT_THAT(host.errors(), ElementsAre("Can't record signal without starting a session"));
+    (void)host.stop();
+    EXPECT_THAT(host.service.chunks.at(0).timeline.dump(), testing::Not(testing::HasSubstr("RageTap")));
+}
+
+/// Whether the pixel in the frame's middle is red, as the window is, or black.
+char middleOf(const platform::Image& frame) {
+    const std::uint32_t pixel =
+        frame.pixels()[frame.pixelWidth() * (frame.pixelHeight() / 2) + frame.pixelWidth() / 2];
+    const std::uint32_t red = (pixel >> 16) & 0xFFU;
+    const std::uint32_t others = ((pixel >> 8) & 0xFFU) | (pixel & 0xFFU);
+    if (others > 0x20U) {
+        return '?';
+    }
+    return red > 0xE0U ? 'R' : (red < 0x20U ? '.' : '?');
+}
+
+TEST(SessionState, WhilePausedFramesAreBlankAndTheVideoGoesOn) {
+    SessionHost host;
+    host.window->mutableLayer().appearance.backgroundColor = Color{1, 0, 0, 1};
+    host.startSession();
+    host.advance(2);
+    (void)host.core.pauseRecording();
+    host.advance(5);
+    (void)host.core.resumeRecording();
+    host.advance(3);
     ASSERT_EQ(host.service.chunks.size(), 1U);
+    const auto video = tests::decodeVideo(host.service.chunks[0].video);
+    std::string middles;
+    for (const auto& frame : video.frames) {
+        middles += middleOf(frame);
+    }
+    EXPECT_EQ(middles, "RRRR..........RRRRRR");
 }
 
 /// Runs `action` once, when a line that begins with `beginning` is logged.

@@ -113,12 +113,71 @@ TEST(Stop, AFailedUploadEndsTheSession) {
 TEST(Stop, AHostStopWhileARefusedUploadEndsTheSessionClosesOnce) {
     SessionHost host;
     host.startSession();
-    host.service.record = [](const auto&) { return IngestionFake::ok(R"({"status":"ERROR"})"); };
-    host.advance(9.9);
-    const auto stopping = host.core.stopRecording();
-    (void)host.await(stopping);
+    std::optional<Async<SessionCloseResult>> stopping;
+    host.service.record = [&](const auto&) {
+        // The host stops while the answer is on its way.
+        host.phone().queue().post([&] { stopping = host.core.stopRecording(); });
+        return IngestionFake::ok(R"({"status":"ERROR"})");
+    };
+    host.advance(10);
+    ASSERT_TRUE(stopping);
+    EXPECT_EQ(host.await(*stopping).kind, Kind::success);
     host.advance(5);
-    EXPECT_EQ(host.service.closed, 1);
+    EXPECT_THAT(host.service.calls, ElementsAre("configuration", "create", "record", "close"));
+}
+
+TEST(Stop, AHostStopAfterARefusedUploadHasSetItOffGetsItsResultAndClosesOnce) {
+    SessionHost host;
+    host.startSession();
+    host.service.record = [](const auto&) { return IngestionFake::ok(R"({"status":"ERROR"})"); };
+    std::optional<Async<SessionCloseResult>> stopping;
+    host.core.addLogListener([&](LogTag, LogLevel, const std::string& line) {
+        // Logged right before the session is told to stop; posted, the host's stop comes right after that
+        // one.
+        if (line.starts_with("Single chunk skipped")) {
+            host.phone().queue().postBackground(
+                [&] { host.phone().queue().post([&] { stopping = host.core.stopRecording(); }); });
+        }
+    });
+    host.advance(10);
+    ASSERT_TRUE(stopping);
+    EXPECT_EQ(host.await(*stopping).kind, Kind::success);
+    host.advance(5);
+    EXPECT_THAT(host.service.calls, ElementsAre("configuration", "create", "record", "close"));
+}
+
+/// Makes orchestrators as ever, and remembers the recorder of the last.
+struct RecorderOfTheGraph {
+    std::weak_ptr<SessionRecorder> recorder;
+
+    MirethSRCore::OrchestratorClass orchestratorClass() {
+        return [this](MirethLog& log, Orchestrator::Collaborators parts, Executor executor,
+                      CurrentTimeProvider clock) {
+            recorder = parts.sessionRecorder;
+            return MirethSRCore::makeOrchestrator(log, std::move(parts), std::move(executor),
+                                                  std::move(clock));
+        };
+    }
+};
+
+TEST(Stop, ARecordingErrorEndsTheSessionLikeAHostStop) {
+    SessionHost host;
+    RecorderOfTheGraph graph;
+    MirethSRCore core(host.capture.log(), host.phone().services(), graph.orchestratorClass());
+    ASSERT_EQ(core.initializeProject("b", "p", host.window), InitializationResult::success);
+    ASSERT_EQ(host.await(core.startRecording(VexConfiguration(false, false))).kind,
+              SessionStartResult::Kind::success);
+    // A picture that nobody has measured.
+    graph.recorder.lock()->pushFrameToBuffer(platform::Image::filled(10, 10, 0xFF000000U));
+    EXPECT_TRUE(core.hasActiveSession()) << "the stop is a task of its own";
+    host.advance(0.1);
+    EXPECT_FALSE(core.hasActiveSession());
+    EXPECT_THAT(host.service.calls, ElementsAre("configuration", "create", "close"));
+    EXPECT_THAT(host.errors(),
+                ElementsAre("Failed to scale the frame to the requested size. ScalingMetadata is nil."));
+    EXPECT_EQ(host.await(core.stopRecording()).kind, Kind::notStarted);
+    EXPECT_EQ(host.await(core.startRecording(VexConfiguration(false, false))).kind,
+              SessionStartResult::Kind::success);
 }
 
 TEST(Stop, TheBackgroundEndsAndClosesTheSession) {
