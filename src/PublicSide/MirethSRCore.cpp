@@ -181,20 +181,20 @@ void MirethSRCore::addLogListener(MirethLogListeners::Listener listener) {
 }
 
 void MirethSRCore::logError(std::optional<std::string> message) {
-    if (services_.mainQueue->isCurrent()) {
-        recordLogErrorOnMain(message);
-        return;
-    }
-    services_.mainQueue->post([self = self_, message = std::move(message)] {
+    logErrorInbox_->add({currentTimeProvider_().toTimestampMillis(), std::move(message)});
+}
+
+std::shared_ptr<LogErrorInbox> MirethSRCore::makeLogErrorInbox() const {
+    return std::make_shared<LogErrorInbox>(services_.mainQueue, [self = self_](const LogErrorData& error) {
         if (*self != nullptr) {
-            (*self)->recordLogErrorOnMain(message);
+            (*self)->recordLogErrorOnMain(error);
         }
     });
 }
 
-void MirethSRCore::recordLogErrorOnMain(const std::optional<std::string>& message) {
+void MirethSRCore::recordLogErrorOnMain(const LogErrorData& error) {
     if (const auto orchestrator = orchestrator_) {
-        orchestrator->recordLogError(message);
+        orchestrator->recordLogError(error);
     } else {
         log_.error(LogTag::signal, "Can't log error. Not initialized.");
     }

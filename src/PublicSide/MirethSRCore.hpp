@@ -15,6 +15,7 @@
 #include "PrivateSide/Api/NetworkManager.hpp"
 #include "PrivateSide/Logger/RemoteLog.hpp"
 #include "PrivateSide/Orchestrator/Orchestrator.hpp"
+#include "PublicSide/LogErrorInbox.hpp"
 
 namespace mireth {
 
@@ -40,6 +41,7 @@ class MirethSRCore {
     SessionResumeResult resumeRecording();
     Async<SessionCloseResult> stopRecording();
     void addLogListener(MirethLogListeners::Listener listener);
+    /// The error counts as met now, on whichever thread this is called; the rest happens on main.
     void logError(std::optional<std::string> message);
     void reportScreenChange(
         const std::vector<ScreenHierarchyElement>& screenHierarchy, ScreenChangeType changeType,
@@ -81,7 +83,8 @@ class MirethSRCore {
     std::shared_ptr<SessionRecorder> buildSessionRecorder(
         const std::shared_ptr<platform::Window>& window,
         const std::shared_ptr<SessionDataDao>& sessionDataDao);
-    void recordLogErrorOnMain(const std::optional<std::string>& message);
+    std::shared_ptr<LogErrorInbox> makeLogErrorInbox() const;
+    void recordLogErrorOnMain(const LogErrorData& error);
 
     MirethLog& log_;
     const MemoryUseLines memoryUse_;
@@ -102,6 +105,7 @@ class MirethSRCore {
 
     /// Copied before it is called: a log listener may reset the library from within the call.
     std::shared_ptr<Orchestrator> orchestrator_;
+    const std::shared_ptr<LogErrorInbox> logErrorInbox_ = makeLogErrorInbox();
 };
 
 }  // namespace mireth

@@ -94,8 +94,8 @@ void SessionRecorder::resumeRecording(const std::function<void()>& /*completion*
     parts_.frameRecorder->resumePlaybackRecording();
 }
 
-void SessionRecorder::recordLogError(const std::optional<std::string>& message) {
-    parts_.timelineEventDetector->recordLogError(message);
+void SessionRecorder::recordLogError(const LogErrorData& error) {
+    parts_.timelineEventDetector->recordLogError(error);
 }
 
 void SessionRecorder::record(const std::vector<ScreenHierarchyElement>& screenHierarchy,

@@ -57,7 +57,7 @@ class SessionRecorder : public std::enable_shared_from_this<SessionRecorder> {
     void resumeRecording(const std::function<void()>& completion = nullptr);
 
     /// Passes an error that the host reported to the detectors.
-    void recordLogError(const std::optional<std::string>& message);
+    void recordLogError(const LogErrorData& error);
 
     void record(const std::vector<ScreenHierarchyElement>& screenHierarchy, ScreenChangeType screenChange,
                 ScreenDetectionType detectionMethod);

@@ -11,7 +11,6 @@ TimelineEventDetector::TimelineEventDetector(MirethLog& log, const std::shared_p
       window_(window),
       mainQueue_(environment.mainQueue),
       mirethGestureRecognizer_(std::move(gestureRecognizer)),
-      errorSignalPublisher_(environment.currentTimeProvider),
       rageTapSignalListener_(log, *mirethGestureRecognizer_),
       tapInteractionListener_(log, *mirethGestureRecognizer_),
       delivery_(std::make_shared<Delivery>(log)),
@@ -46,8 +45,8 @@ void TimelineEventDetector::observe(const NavigationChangePublisher& navigationC
             .sink([detected = detectedEvent_](const TimelineEvent& event) { *detected = event; });
 }
 
-void TimelineEventDetector::recordLogError(const std::optional<std::string>& message) {
-    errorSignalPublisher_.notifyLogError(message);
+void TimelineEventDetector::recordLogError(const LogErrorData& error) {
+    errorSignalPublisher_.notifyLogError(error);
 }
 
 void TimelineEventDetector::Delivery::recordSessionEvent(const EventData& eventData) {

@@ -5,7 +5,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "MirethVex/Base/AnyCancellable.hpp"
@@ -55,7 +54,7 @@ class TimelineEventDetector {
     void resumeDetection() { delivery_->isPaused = false; }
 
     /// Passes an error that the host reported to the listeners.
-    void recordLogError(const std::optional<std::string>& message);
+    void recordLogError(const LogErrorData& error);
 
     /// Follows the screen changes of a recording, in place of those it followed before: each one that is
     /// published from now on comes out of `detectedEvent`.

@@ -232,12 +232,12 @@ SessionResumeResult Orchestrator::resumeRecording() {
     return SessionResumeResult::success;
 }
 
-void Orchestrator::recordLogError(const std::optional<std::string>& message) {
+void Orchestrator::recordLogError(const LogErrorData& error) {
     if (!state_.isStarted()) {
         log_.error(LogTag::signal, "Can't record log error without starting the session first");
         return;
     }
-    parts_.sessionRecorder->recordLogError(message);
+    parts_.sessionRecorder->recordLogError(error);
 }
 
 void Orchestrator::recordScreenChange(const std::vector<ScreenHierarchyElement>& screenHierarchy,

@@ -49,7 +49,7 @@ class Orchestrator : public std::enable_shared_from_this<Orchestrator> {
     virtual Task<SessionCloseResult> stopRecording();
     virtual SessionPauseResult pauseRecording();
     virtual SessionResumeResult resumeRecording();
-    virtual void recordLogError(const std::optional<std::string>& message);
+    virtual void recordLogError(const LogErrorData& error);
     virtual void recordScreenChange(const std::vector<ScreenHierarchyElement>& screenHierarchy,
                                     ScreenChangeType changeType, ScreenDetectionType detectionType);
 

@@ -1,39 +1,25 @@
 // Publishes the errors that the host reports.
 #pragma once
 
-#include <cstdint>
 #include <optional>
-#include <string>
 #include <utility>
 
 #include "MirethVex/Base/Published.hpp"
-#include "PrivateSide/Configuration/CurrentTimeProvider.hpp"
+#include "PrivateSide/Detection/Signals/SignalPublishers/LogErrorData.hpp"
 
 namespace mireth {
 
-struct LogErrorData {
-    /// Milliseconds since the Unix epoch.
-    std::int64_t detectionTime = 0;
-    std::optional<std::string> message;
-};
-
-/// Any thread; subscribers run on the reporting one.
+/// Main thread.
 class ErrorSignalPublisher {
   public:
-    explicit ErrorSignalPublisher(CurrentTimeProvider currentTimeProvider)
-        : currentTimeProvider_(std::move(currentTimeProvider)) {}
-
+    /// The last error; nothing before the first.
     AnyPublisher<std::optional<LogErrorData>> logErrorData() const {
         return logErrorData_.eraseToAnyPublisher();
     }
 
-    void notifyLogError(std::optional<std::string> message) {
-        logErrorData_ =
-            std::optional(LogErrorData{currentTimeProvider_().toTimestampMillis(), std::move(message)});
-    }
+    void notifyLogError(LogErrorData error) { logErrorData_ = std::optional(std::move(error)); }
 
   private:
-    const CurrentTimeProvider currentTimeProvider_;
     Published<std::optional<LogErrorData>> logErrorData_;
 };
 
