@@ -100,12 +100,12 @@ class MirethSRCore {
     const OrchestratorClass orchestratorClass_;
     /// Lets work that was posted to the main thread, and callbacks, find out that this object is gone.
     const std::shared_ptr<MirethSRCore*> self_ = std::make_shared<MirethSRCore*>(this);
+    const std::shared_ptr<LogErrorInbox> logErrorInbox_ = makeLogErrorInbox();
     /// One for every project: the application's screens are intercepted once.
     const std::shared_ptr<AppearanceDetection> appearanceDetection_;
 
     /// Copied before it is called: a log listener may reset the library from within the call.
     std::shared_ptr<Orchestrator> orchestrator_;
-    const std::shared_ptr<LogErrorInbox> logErrorInbox_ = makeLogErrorInbox();
 };
 
 }  // namespace mireth

@@ -11,10 +11,13 @@ TimelineEventDetector::TimelineEventDetector(MirethLog& log, const std::shared_p
       window_(window),
       mainQueue_(environment.mainQueue),
       mirethGestureRecognizer_(std::move(gestureRecognizer)),
+      errorTapSignalListener_(log, *mirethGestureRecognizer_, errorSignalPublisher_,
+                              environment.currentTimeProvider),
       rageTapSignalListener_(log, *mirethGestureRecognizer_),
       tapInteractionListener_(log, *mirethGestureRecognizer_),
       delivery_(std::make_shared<Delivery>(log)),
       memoryUse_(log, "PrivateSide/Detection/TimelineEventDetector") {
+    deliver(errorTapSignalListener_.signalData());
     deliver(rageTapSignalListener_.signalData());
     deliver(tapInteractionListener_.interactionData());
 }
