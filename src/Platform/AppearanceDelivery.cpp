@@ -29,10 +29,16 @@ auto containing(AppearanceInterceptor interceptor) {
     };
 }
 
+/// Keeps the controller alive while it is told: what is passed may be the app's own pointer, and an
+/// interceptor may make the app let go of it.
+std::shared_ptr<ViewController> own(const std::shared_ptr<ViewController>& controller) {
+    return controller;
+}
+
 }  // namespace
 
 void AppearanceDelivery::didAppear(const std::shared_ptr<ViewController>& controller, bool animated) const {
-    if (const auto receiver = controller) {
+    if (const auto receiver = own(controller)) {
         contained([&] { appeared_.send(receiver); });
         receiver->viewDidAppear(animated);
     }
@@ -40,7 +46,7 @@ void AppearanceDelivery::didAppear(const std::shared_ptr<ViewController>& contro
 
 void AppearanceDelivery::didDisappear(const std::shared_ptr<ViewController>& controller,
                                       bool animated) const {
-    if (const auto receiver = controller) {
+    if (const auto receiver = own(controller)) {
         contained([&] { disappeared_.send(receiver); });
         receiver->viewDidDisappear(animated);
     }
