@@ -191,8 +191,10 @@ Async<T> MirethSRCore::run(Task<T> task, T onException) const {
                                                                   T result) {
         if (exception) {
             reportEscapedException(exception);
+            promise.fulfil(onException);
+            return;
         }
-        promise.fulfil(exception ? onException : std::move(result));
+        promise.fulfil(std::move(result));
     };
     asio::co_spawn(mainExecutor_, std::move(task), std::move(finish));
     return promise.async();
