@@ -53,7 +53,7 @@ TEST(CreateSession, RefusesUnknownAndDisabledProjects) {
         EXPECT_EQ(response.status, 200);
         EXPECT_EQ(response.body, refusedSession);
     }
-    EXPECT_TRUE(receiver.store().sessions()->empty());
+    EXPECT_TRUE(receiver.store().list({})->sessions.empty());
     EXPECT_EQ(receiver.takeReports(),
               (Reports{"a session was refused: unknown project b1/p1",
                        "a session was refused: mobile sessions are off for project b1/off",
@@ -73,7 +73,7 @@ TEST(CreateSession, RefusesBodiesOfAnotherShape) {
         EXPECT_EQ(response.body, refusedSession) << body;
     }
     EXPECT_EQ(receiver.post(create, std::string(20'000, ' ')).status, 413);
-    EXPECT_TRUE(receiver.store().sessions()->empty());
+    EXPECT_TRUE(receiver.store().list({})->sessions.empty());
 }
 
 TEST(CloseSession, ClosesOnceAndStaysClosed) {
@@ -173,7 +173,7 @@ TEST(ClientLog, LinesOfOneSessionAreLimited) {
 TEST(Routing, UnknownPathsAndMethodsAreRefused) {
     RunningReceiver receiver;
     for (const auto* const path :
-         {"/", "/x", "/mobile-sr-ingestion/v1/sessions", "/mobile-sr-ingestion/v1/sessions/a/b",
+         {"/x", "/mobile-sr-ingestion/v1/sessions", "/mobile-sr-ingestion/v1/sessions/a/b",
           "/mobile-sr-ingestion/v1/sessions/create/", "/app-insights/v1/b/sessionReplayConfig"}) {
         EXPECT_EQ(receiver.get(path).status, 404) << path;
     }

@@ -21,7 +21,10 @@ SessionContents sample() {
                                  .bytes = 1'234'500,
                                  .durationMillis = 12'500,
                                  .events = 3,
-                                 .logLines = 1};
+                                 .logLines = 1,
+                                 .deviceModel = {},
+                                 .deviceSystem = {},
+                                 .screens = {}};
     return {.summary = summary,
             .chunks = {{.number = 0,
                         .endMillis = 10,
@@ -30,8 +33,11 @@ SessionContents sample() {
                         .frames = 20,
                         .durationMillis = 10'000,
                         .videoPath = "/d/videos/a.mp4",
-                        .events = {{1, "SessionStartMarker", ""},
-                                   {-2, "SignalCaptured", R"({"signalId":"RageTap","x":0.42})"}}},
+                        .videoDigest = {},
+                        .events = 2,
+                        .timeline = R"([{"timestamp":1,"type":"SessionStartMarker","chunkNumber":0},)"
+                                    R"({"timestamp":-2,"type":"SignalCaptured","eventDetails":)"
+                                    R"({"signalId":"RageTap","x":0.42},"chunkNumber":0}])"},
                        {.number = 1,
                         .endMillis = 12,
                         .receivedMillis = 13,
@@ -39,7 +45,9 @@ SessionContents sample() {
                         .frames = 5,
                         .durationMillis = 2'500,
                         .videoPath = "/d/videos/b.mp4",
-                        .events = {{3, "ChunkEndMarker", ""}}}},
+                        .videoDigest = {},
+                        .events = 1,
+                        .timeline = R"([{"timestamp":3,"type":"ChunkEndMarker","chunkNumber":1}])"}},
             .logLines = {{.sessionId = "S1",
                           .receivedMillis = 1'700'000'001'000,
                           .levelName = "error",

@@ -32,8 +32,11 @@ class SqliteStoreTest : public testing::Test {
                           .frames = 2,
                           .durationMillis = 1000,
                           .videoPath = {},
-                          .events = {{1, "ChunkEndMarker", ""}}};
-        return store.putChunk("S1", chunk, **video, 100).value();
+                          .videoDigest = {},
+                          .events = 1,
+                          .timeline = R"([{"timestamp":1,"type":"ChunkEndMarker","chunkNumber":)" +
+                                      std::to_string(number) + "}]"};
+        return store.putChunk("S1", chunk, {}, **video, 100).value();
     }
     static void addSession(SqliteStore& store, const std::string& id = "S1", std::int64_t start = 5) {
         ASSERT_TRUE(store.addSession({.id = id,
@@ -49,7 +52,7 @@ class SqliteStoreTest : public testing::Test {
 
     const TemporaryDirectory directory_;
     const std::string data_ = directory_.file("some/where/data");
-    int videos_ = 0;
+    int videos_ = -1;  // the first identifier is the opening's
 };
 
 TEST_F(SqliteStoreTest, AVideoThatIsNotKeptVanishes) {
@@ -100,21 +103,21 @@ TEST_F(SqliteStoreTest, OrphansAreSweptAtTheNextStartAndNothingElse) {
     EXPECT_TRUE(hasVideo("note.txt"));
 }
 
-TEST_F(SqliteStoreTest, ListsByStart) {
+TEST_F(SqliteStoreTest, ListsTheLastStartedFirst) {
     const auto store = open();
     addSession(*store, "late", 9);
     addSession(*store, "S1", 5);
     EXPECT_EQ(put(*store, 0), PutOutcome::kept);
     EXPECT_EQ(put(*store, 1, "longer video"), PutOutcome::kept);
-    const auto sessions = store->sessions();
-    ASSERT_EQ(sessions->size(), 2U);
-    EXPECT_EQ(sessions->at(0).session.id, "S1");
-    EXPECT_EQ(sessions->at(0).chunks, 2);
-    EXPECT_EQ(sessions->at(0).frames, 4);
-    EXPECT_EQ(sessions->at(0).bytes, 17);
-    EXPECT_EQ(sessions->at(0).durationMillis, 2000);
-    EXPECT_EQ(sessions->at(0).events, 2);
-    EXPECT_EQ(sessions->at(1).chunks, 0);
+    const auto sessions = store->list({})->sessions;
+    ASSERT_EQ(sessions.size(), 2U);
+    EXPECT_EQ(sessions[0].chunks, 0);
+    EXPECT_EQ(sessions[1].session.id, "S1");
+    EXPECT_EQ(sessions[1].chunks, 2);
+    EXPECT_EQ(sessions[1].frames, 4);
+    EXPECT_EQ(sessions[1].bytes, 17);
+    EXPECT_EQ(sessions[1].durationMillis, 2000);
+    EXPECT_EQ(sessions[1].events, 2);
     EXPECT_EQ(store->contents("other").value(), std::nullopt);
 }
 
@@ -129,7 +132,7 @@ TEST_F(SqliteStoreTest, ReadingIsPossibleWhileAnotherServesAndChangesNothing) {
     const auto video = store->beginVideo();
     const auto reader = SqliteStore::openForReading(data_);
     ASSERT_TRUE(reader) << reader.error();
-    EXPECT_EQ((*reader)->sessions()->size(), 1U);
+    EXPECT_EQ((*reader)->list({})->sessions.size(), 1U);
     EXPECT_TRUE(hasVideo("video-1.mp4"));
     EXPECT_FALSE((*reader)->addSession(
         {.id = "S2", .brandId = "b", .brandDc = "d", .projectId = "p", .closedMillis = {}}));

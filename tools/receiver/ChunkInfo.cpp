@@ -21,8 +21,8 @@ std::expected<ChunkInfo, std::string> readChunkInfo(std::string_view text) {
     if (reader.whole("playbackDataVersion") != 1) {
         reader.complain("\"playbackDataVersion\" must be 1");
     }
-    if (info.chunkNumber < 0) {
-        reader.complain("\"chunkNumber\" must not be negative");
+    if (info.chunkNumber < 0 || info.chunkNumber > highestChunkNumber) {
+        reader.complain("\"chunkNumber\" must be from 0 to " + std::to_string(highestChunkNumber));
     }
     if (const auto complaint = reader.complaint(); !complaint.empty()) {
         return std::unexpected("the chunk information: " + complaint);

@@ -17,6 +17,9 @@ struct ChunkInfo {
     std::int64_t chunkTimestamp = 0;  ///< end of the chunk, milliseconds since the Unix epoch
 };
 
+/// More than a session can have; keeps sums over missing chunks within their integers.
+inline constexpr std::int64_t highestChunkNumber = 999'999;
+
 /// Longest chunk information that is looked at, in bytes.
 inline constexpr std::size_t longestChunkInfo = std::size_t{16} * 1024;
 

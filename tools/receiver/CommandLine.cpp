@@ -2,8 +2,10 @@
 #include "CommandLine.hpp"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <ostream>
 #include <string_view>
 
@@ -20,12 +22,28 @@ int fail(std::ostream& errors, const std::string& why) {
     return 1;
 }
 
+// The earliest started first.
+Stored<std::vector<SessionSummary>> allSessions(Store& store) {
+    std::vector<SessionSummary> all;
+    SessionQuery query{.limit = 1000};
+    do {
+        auto page = store.list(query);
+        if (!page) {
+            return std::unexpected(page.error());
+        }
+        std::ranges::move(page->sessions, std::back_inserter(all));
+        query.before = page->next;
+    } while (query.before);
+    std::ranges::reverse(all);
+    return all;
+}
+
 int list(const std::string& data, bool json, std::ostream& out, std::ostream& errors) {
     const auto store = SqliteStore::openForReading(data);
     if (!store) {
         return fail(errors, store.error());
     }
-    auto sessions = (*store)->sessions();
+    auto sessions = allSessions(**store);
     auto lines = (*store)->strayLogLines();
     if (!sessions || !lines) {
         return fail(errors, !sessions ? sessions.error() : lines.error());

@@ -47,7 +47,8 @@ std::unique_ptr<Exchange> refusal(int status) {
 }
 
 std::unique_ptr<Exchange> wrongMethod(const char* right) {
-    return std::make_unique<FixedExchange>(Answer{.status = 405, .body = errorBody, .allow = right});
+    return std::make_unique<FixedExchange>(
+        Answer{.status = 405, .body = errorBody, .headers = {{"Allow", right}}});
 }
 
 }  // namespace

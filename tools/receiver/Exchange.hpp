@@ -7,6 +7,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
+
+#include "ByteSource.hpp"
 
 namespace mireth::receiver {
 
@@ -15,13 +19,24 @@ struct RequestHead {
     std::string method;
     std::string target;  ///< path and query as they stand in the request line, still percent-encoded
     std::string contentType;
+    std::string host;
+    std::string ifNoneMatch;
+    std::string range;
 };
 
-/// A JSON answer.
+/// A piece of a file that is sent as it is read.
+struct FilePiece {
+    std::shared_ptr<ByteSource> file;
+    std::uint64_t offset = 0;
+    std::uint64_t size = 0;
+};
+
 struct Answer {
     int status = 200;
-    std::string body;
-    std::optional<std::string> allow = std::nullopt;  ///< the methods that a 405 names
+    std::string body = {};
+    std::string contentType = "application/json";
+    std::vector<std::pair<std::string, std::string>> headers = {};
+    std::optional<FilePiece> piece = std::nullopt;  ///< instead of the body
 };
 
 /// One request on its way: takes the body piece by piece, then answers. Used on one thread.

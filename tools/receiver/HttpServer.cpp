@@ -7,11 +7,15 @@
 #include <netinet/tcp.h>
 #include <sys/socket.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <system_error>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "ConnectionStream.hpp"
 #include "ConnectionThreads.hpp"
@@ -26,6 +30,20 @@ constexpr auto requestId = "x-request-id";
 // Carries the multipart type past the library, which would otherwise parse the body itself.
 constexpr auto contentTypeAside = "X-Mireth-Content-Type";
 constexpr auto json = "application/json";
+// What every answer says to a browser: run nothing but what came from here, sniff and frame nothing, keep
+// nothing unless the answer says otherwise.
+constexpr std::array<std::pair<const char*, const char*>, 7> precautions{{
+    {"Content-Security-Policy",
+     "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' data:; media-src 'self' blob:;"
+     " connect-src 'self'; base-uri 'none'; form-action 'self'; frame-ancestors 'none'"},
+    {"X-Content-Type-Options", "nosniff"},
+    {"X-Frame-Options", "DENY"},
+    {"Referrer-Policy", "no-referrer"},
+    {"Cross-Origin-Opener-Policy", "same-origin"},
+    {"Cross-Origin-Resource-Policy", "same-origin"},
+    {"Cache-Control", "no-store"},
+}};
+constexpr std::size_t pieceBuffer = std::size_t{64} * 1024;
 constexpr std::chrono::seconds grace{10};
 constexpr int backlog = 256;
 
@@ -91,7 +109,10 @@ class HttpServer::Listener final : private httplib::Server {
         };
         const auto bodied = [this](const httplib::Request& request, httplib::Response& response,
                                    const httplib::ContentReader& reader) {
-            exchange(request, response, &reader);
+            // Without a length the library would take everything up to the connection's end for the body.
+            const bool framed =
+                request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
+            exchange(request, response, framed ? &reader : nullptr);
         };
         // Not ".*": a dot matches no line end, and a decoded path may hold one.
         constexpr auto anything = "[\\s\\S]*";
@@ -132,21 +153,45 @@ class HttpServer::Listener final : private httplib::Server {
         response.set_header(transactionId,
                             isPlainIdentifier(requested) ? requested : environment_.newIdentifier());
         response.set_header(requestId, environment_.newIdentifier());
-        response.set_header("X-Content-Type-Options", "nosniff");
-        response.set_header("Cache-Control", "no-store");
+        for (const auto& [name, value] : precautions) {
+            if (!response.has_header(name)) {
+                response.set_header(name, value);
+            }
+        }
     }
 
     void exchange(const httplib::Request& request, httplib::Response& response,
                   const httplib::ContentReader* reader) const {
         const auto work = handler_.begin({.method = request.method,
                                           .target = request.target,
-                                          .contentType = request.get_header_value(contentTypeAside)});
-        const Answer answer = answerTo(request, *work, reader);
+                                          .contentType = request.get_header_value(contentTypeAside),
+                                          .host = request.get_header_value("Host"),
+                                          .ifNoneMatch = request.get_header_value("If-None-Match"),
+                                          .range = request.get_header_value("Range")});
+        send(answerTo(request, *work, reader), response);
+    }
+
+    static void send(const Answer& answer, httplib::Response& response) {
         response.status = answer.status;
-        response.set_content(answer.body, json);
-        if (answer.allow) {
-            response.set_header("Allow", *answer.allow);
+        for (const auto& [name, value] : answer.headers) {
+            response.set_header(name, value);
         }
+        if (answer.piece) {
+            sendPiece(*answer.piece, answer.contentType, response);
+        } else if (answer.status != 304) {
+            response.set_content(answer.body, answer.contentType);
+        }
+    }
+
+    static void sendPiece(const FilePiece& piece, const std::string& contentType,
+                          httplib::Response& response) {
+        response.set_content_provider(static_cast<std::size_t>(piece.size), contentType,
+                                      [piece](std::size_t at, std::size_t left, httplib::DataSink& sink) {
+                                          std::vector<unsigned char> buffer(std::min(left, pieceBuffer));
+                                          return piece.file->readAt(piece.offset + at, buffer) &&
+                                                 sink.write(reinterpret_cast<const char*>(buffer.data()),
+                                                            buffer.size());
+                                      });
     }
 
     static Answer answerTo(const httplib::Request& request, Exchange& work,
@@ -207,6 +252,8 @@ class HttpServer::Listener final : private httplib::Server {
                 request.headers.erase(contentTypeAside);
                 request.headers.erase("Content-Type");
                 request.set_header(contentTypeAside, type);
+                // Ranges are the handler's to answer: it knows what has any.
+                request.ranges.clear();
             });
         }
         stream.linger();

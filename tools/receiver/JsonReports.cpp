@@ -44,25 +44,16 @@ Json logLinesJson(const std::vector<LogLine>& lines) {
 }
 
 Json chunkJson(const Chunk& chunk) {
-    return {{"number", chunk.number},        {"frames", chunk.frames},
-            {"bytes", chunk.bytes},          {"durationMillis", chunk.durationMillis},
-            {"endMillis", chunk.endMillis},  {"receivedMillis", chunk.receivedMillis},
-            {"events", chunk.events.size()}, {"path", chunk.videoPath}};
-}
-
-Json detailsJson(const TimelineEvent& event) {
-    const auto parsed = parseJson(event.details, {.bytes = event.details.size()});
-    return parsed ? *parsed : Json(nullptr);
+    return {{"number", chunk.number},       {"frames", chunk.frames},
+            {"bytes", chunk.bytes},         {"durationMillis", chunk.durationMillis},
+            {"endMillis", chunk.endMillis}, {"receivedMillis", chunk.receivedMillis},
+            {"events", chunk.events},       {"path", chunk.videoPath}};
 }
 
 // As it was uploaded.
-Json eventJson(const TimelineEvent& event, std::int64_t chunkNumber) {
-    Json json{{"timestamp", event.timestamp}, {"type", event.type}};
-    if (!event.details.empty()) {
-        json["eventDetails"] = detailsJson(event);
-    }
-    json["chunkNumber"] = chunkNumber;
-    return json;
+Json timelineJson(const Chunk& chunk) {
+    const auto parsed = parseJson(chunk.timeline, {.bytes = chunk.timeline.size()});
+    return parsed ? *parsed : Json::array();
 }
 
 }  // namespace
@@ -82,12 +73,13 @@ void writeShowJson(std::ostream& out, const SessionContents& contents) {
     std::map<std::string, std::int64_t> signals;
     for (const auto& chunk : contents.chunks) {
         chunks.push_back(chunkJson(chunk));
-        for (const auto& event : chunk.events) {
-            timeline.push_back(eventJson(event, chunk.number));
-            ++kinds[event.type];
-            if (event.type == "SignalCaptured") {
-                ++signals[detailsJson(event).value("signalId", "")];
+        for (const auto& event : timelineJson(chunk)) {
+            const auto type = event.value("type", "");
+            ++kinds[type];
+            if (type == "SignalCaptured") {
+                ++signals[event.at("eventDetails").value("signalId", "")];
             }
+            timeline.push_back(event);
         }
     }
     out << jsonText({{"session", summaryJson(contents.summary)},

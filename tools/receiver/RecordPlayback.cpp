@@ -6,6 +6,8 @@
 #include "Answers.hpp"
 #include "Mp4Boxes.hpp"
 #include "PartHeadReader.hpp"
+#include "TimelineSummary.hpp"
+#include "TimelineText.hpp"
 #include "TimelineValidator.hpp"
 
 namespace mireth::receiver {
@@ -135,7 +137,7 @@ Answer RecordPlayback::finish() {
 }
 
 void RecordPlayback::keep() {
-    auto events = validateTimeline(*timeline_, info_->chunkNumber);
+    const auto events = validateTimeline(*timeline_, info_->chunkNumber);
     if (!events) {
         malformed(events.error());
         return;
@@ -152,9 +154,11 @@ void RecordPlayback::keep() {
                       .frames = facts->frames,
                       .durationMillis = facts->durationMillis,
                       .videoPath = {},
-                      .events = std::move(*events)};
-    const auto outcome =
-        services_.store.putChunk(info_->sessionId, chunk, *video_, services_.config.limits.chunks);
+                      .videoDigest = {},
+                      .events = static_cast<std::int64_t>(events->size()),
+                      .timeline = timelineText(*events, info_->chunkNumber)};
+    const auto outcome = services_.store.putChunk(info_->sessionId, chunk, summarise(*events), *video_,
+                                                  services_.config.limits.chunks);
     if (!outcome) {
         failed(outcome.error());
         return;

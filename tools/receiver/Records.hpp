@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "TimelineValidator.hpp"
-
 namespace mireth::receiver {
 
 struct Session {
@@ -20,6 +18,7 @@ struct Session {
     std::optional<std::int64_t> closedMillis;  ///< none while the session is open
 };
 
+/// One uploaded chunk.
 struct Chunk {
     std::int64_t number = 0;
     std::int64_t endMillis = 0;  ///< the end of the chunk as the client stamped it
@@ -27,8 +26,10 @@ struct Chunk {
     std::int64_t bytes = 0;  ///< of the video
     std::int64_t frames = 0;
     std::int64_t durationMillis = 0;
-    std::string videoPath;  ///< where the video lies; set by the store
-    std::vector<TimelineEvent> events;
+    std::string videoPath;    ///< where the video lies; set by the store
+    std::string videoDigest;  ///< SHA-256 of the video in hexadecimal; set by the store
+    std::int64_t events = 0;  ///< in the timeline
+    std::string timeline;     ///< the events as a JSON array
 };
 
 struct LogLine {
@@ -38,15 +39,29 @@ struct LogLine {
     std::string message;
 };
 
+/// What was counted in the timeline of a session or of a chunk.
+struct SignalCounts {
+    std::int64_t taps = 0;
+    std::int64_t rageTaps = 0;
+    std::int64_t deadTaps = 0;
+    std::int64_t errorTaps = 0;
+};
+
 /// One line of the list of sessions: the session and sums over what it holds.
 struct SessionSummary {
     Session session;
+    std::int64_t lastMillis = 0;  ///< when the receiver last got something of it, or closed it
     std::int64_t chunks = 0;
+    std::int64_t missingChunks = 0;  ///< numbers below the highest one that are not there
     std::int64_t frames = 0;
     std::int64_t bytes = 0;
-    std::int64_t durationMillis = 0;
+    std::int64_t durationMillis = 0;  ///< of the chunks that are there
     std::int64_t events = 0;
     std::int64_t logLines = 0;
+    SignalCounts counts = {};
+    std::string deviceModel;           ///< empty until the timeline named it
+    std::string deviceSystem;          ///< empty until the timeline named it
+    std::vector<std::string> screens;  ///< each once, in the order of their first appearance
 };
 
 /// Everything of one session.

@@ -16,18 +16,27 @@ std::string_view takeUntil(std::string_view& rest, char separator) {
     return piece;
 }
 
-}  // namespace
-
-std::optional<std::string> RequestTarget::queryItem(std::string_view name) const {
-    std::string_view rest = query;
-    while (!rest.empty()) {
-        std::string_view item = takeUntil(rest, '&');
+std::optional<std::string> itemOf(std::string_view query, std::string_view name) {
+    while (!query.empty()) {
+        std::string_view item = takeUntil(query, '&');
         if (takeUntil(item, '=') == name) {
             auto value = percentDecoded(item);
             return value ? std::optional(std::move(*value)) : std::nullopt;
         }
     }
     return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::string> RequestTarget::queryItem(std::string_view name) const {
+    return itemOf(query, name);
+}
+
+std::optional<std::string> RequestTarget::formItem(std::string_view name) const {
+    std::string plusless = query;
+    std::ranges::replace(plusless, '+', ' ');
+    return itemOf(plusless, name);
 }
 
 std::optional<RequestTarget> parseTarget(std::string_view target) {

@@ -15,6 +15,8 @@ struct RequestTarget {
 
     /// The decoded value of the first query item of that name; none when there is none or it does not decode.
     std::optional<std::string> queryItem(std::string_view name) const;
+    /// The same as forms and URLSearchParams encode it, where "+" is a space.
+    std::optional<std::string> formItem(std::string_view name) const;
 };
 
 /// None when `target` does not begin with "/", or an escape in its path is malformed.

@@ -5,9 +5,9 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 
-#include "Endpoints.hpp"
 #include "JsonText.hpp"
 #include "ListenAddress.hpp"
+#include "Router.hpp"
 #include "SqliteStore.hpp"
 
 namespace mireth::receiver {
@@ -66,9 +66,9 @@ int serve(const ServeOptions& options, std::ostream& out, std::ostream& errors) 
         environment.report("removed " + std::to_string((*store)->sweptVideos()) +
                            " videos that an interrupted upload left behind");
     }
-    Endpoints endpoints({.config = *config, .store = **store, .environment = environment});
+    Router router({.config = *config, .store = **store, .environment = environment});
     const auto server = HttpServer::start({.host = address->host, .port = address->port, .tls = options.tls},
-                                          config->limits, endpoints, environment);
+                                          config->limits, router, environment);
     if (!server) {
         return fail(environment, server.error());
     }

@@ -1,71 +1,30 @@
-// The reading half of the embedded store.
+// Reading single sessions and what belongs to them.
 #include <utility>
 
 #include "SqliteGuard.hpp"
 #include "SqliteStore.hpp"
+#include "SummaryRow.hpp"
 
 namespace mireth::receiver {
-namespace {
-
-constexpr const char* sessionColumns =
-    "SELECT id, brandId, brandDc, projectId, isTestSession, startMillis, closedMillis";
-
-// Sums as subqueries: each is answered from the front of a primary key or an index.
-constexpr const char* sums =
-    ", (SELECT count(*) FROM chunk WHERE sessionId = session.id)"
-    ", (SELECT coalesce(sum(frames), 0) FROM chunk WHERE sessionId = session.id)"
-    ", (SELECT coalesce(sum(bytes), 0) FROM chunk WHERE sessionId = session.id)"
-    ", (SELECT coalesce(sum(durationMillis), 0) FROM chunk WHERE sessionId = session.id)"
-    ", (SELECT count(*) FROM event WHERE sessionId = session.id)"
-    ", (SELECT count(*) FROM logLine WHERE sessionId = session.id)";
-
-Session sessionIn(const Statement& row) {
-    return {.id = row.text(0),
-            .brandId = row.text(1),
-            .brandDc = row.text(2),
-            .projectId = row.text(3),
-            .isTestSession = row.whole(4) != 0,
-            .startMillis = row.whole(5),
-            .closedMillis = row.isNull(6) ? std::nullopt : std::optional(row.whole(6))};
-}
-
-SessionSummary summaryIn(const Statement& row) {
-    return {.session = sessionIn(row),
-            .chunks = row.whole(7),
-            .frames = row.whole(8),
-            .bytes = row.whole(9),
-            .durationMillis = row.whole(10),
-            .events = row.whole(11),
-            .logLines = row.whole(12)};
-}
-
-}  // namespace
 
 Stored<std::optional<Session>> SqliteStore::session(const std::string& id) {
     return guarded("cannot read a session", [&] {
-        auto row = database_.prepare(std::string(sessionColumns) + " FROM session WHERE id = ?");
+        auto row = database_.prepare(std::string("SELECT ") + sessionColumns + " FROM session WHERE id = ?");
         return row.bind(id).step() ? std::optional(sessionIn(row)) : std::nullopt;
     });
 }
 
-Stored<std::vector<SessionSummary>> SqliteStore::sessions() {
-    return guarded("cannot list the sessions", [&] {
-        std::vector<SessionSummary> all;
-        auto row =
-            database_.prepare(std::string(sessionColumns) + sums + " FROM session ORDER BY startMillis, id");
-        while (row.step()) {
-            all.push_back(summaryIn(row));
-        }
-        return all;
-    });
+std::optional<std::int64_t> SqliteStore::placeOf(const Database& database, const std::string& id) const {
+    auto row = database.prepare("SELECT place FROM session WHERE id = ?");
+    return row.bind(id).step() ? std::optional(row.whole(0)) : std::nullopt;
 }
 
-std::vector<Chunk> SqliteStore::chunksOf(const std::string& sessionId) const {
+std::vector<Chunk> SqliteStore::chunksOf(std::int64_t place) const {
     std::vector<Chunk> chunks;
-    auto row = database_.prepare(
-        "SELECT number, endMillis, receivedMillis, bytes, frames, durationMillis, video FROM chunk"
-        " WHERE sessionId = ? ORDER BY number");
-    row.bind(sessionId);
+    auto row = reader_.prepare(
+        "SELECT number, endMillis, receivedMillis, bytes, frames, durationMillis, video, digest, events,"
+        " timeline FROM chunk WHERE place = ? ORDER BY number");
+    row.bind(place);
     while (row.step()) {
         chunks.push_back({.number = row.whole(0),
                           .endMillis = row.whole(1),
@@ -74,27 +33,19 @@ std::vector<Chunk> SqliteStore::chunksOf(const std::string& sessionId) const {
                           .frames = row.whole(4),
                           .durationMillis = row.whole(5),
                           .videoPath = videos_.pathOf(row.text(6)),
-                          .events = {}});
-    }
-    auto event = database_.prepare(
-        "SELECT timestamp, type, details FROM event WHERE sessionId = ? AND chunkNumber = ? ORDER BY "
-        "position");
-    for (auto& chunk : chunks) {
-        event.bind(sessionId).bind(chunk.number);
-        while (event.step()) {
-            chunk.events.push_back(
-                {.timestamp = event.whole(0), .type = event.text(1), .details = event.text(2)});
-        }
-        event.reset();
+                          .videoDigest = row.text(7),
+                          .events = row.whole(8),
+                          .timeline = row.text(9)});
     }
     return chunks;
 }
 
-std::vector<LogLine> SqliteStore::logLinesOf(const std::optional<std::string>& sessionId) const {
+std::vector<LogLine> SqliteStore::logLinesOf(std::optional<std::int64_t> place,
+                                             const std::optional<std::string>& sessionId) const {
     std::vector<LogLine> lines;
-    auto row = database_.prepare(
-        "SELECT receivedMillis, levelName, message FROM logLine WHERE sessionId IS ? ORDER BY id");
-    row.bind(sessionId);
+    auto row = reader_.prepare(
+        "SELECT receivedMillis, levelName, message FROM logLine WHERE place IS ? ORDER BY id");
+    row.bind(place);
     while (row.step()) {
         lines.push_back({.sessionId = sessionId,
                          .receivedMillis = row.whole(0),
@@ -104,19 +55,62 @@ std::vector<LogLine> SqliteStore::logLinesOf(const std::optional<std::string>& s
     return lines;
 }
 
-Stored<std::optional<SessionContents>> SqliteStore::contents(const std::string& id) {
-    return guarded("cannot read a session", [&]() -> std::optional<SessionContents> {
-        const Transaction oneMoment(database_, Transaction::Kind::read);
-        auto row = database_.prepare(std::string(sessionColumns) + sums + " FROM session WHERE id = ?");
-        if (!row.bind(id).step()) {
-            return std::nullopt;
-        }
-        return SessionContents{.summary = summaryIn(row), .chunks = chunksOf(id), .logLines = logLinesOf(id)};
+std::optional<std::pair<SessionSummary, std::int64_t>> SqliteStore::summaryOf(const std::string& id) const {
+    auto row = reader_.prepare(std::string("SELECT ") + sessionColumns + sumColumns +
+                               ", place FROM session WHERE id = ?");
+    if (!row.bind(id).step()) {
+        return std::nullopt;
+    }
+    std::pair result{summaryIn(row), row.whole(placeColumn)};
+    result.first.screens = screensOf(result.second);
+    return result;
+}
+
+Stored<std::optional<SessionSummary>> SqliteStore::summary(const std::string& id) {
+    return reading("cannot read a session", [&]() -> std::optional<SessionSummary> {
+        auto found = summaryOf(id);
+        return found ? std::optional(std::move(found->first)) : std::nullopt;
     });
 }
 
+Stored<std::optional<SessionContents>> SqliteStore::contents(const std::string& id) {
+    return reading("cannot read a session", [&]() -> std::optional<SessionContents> {
+        auto found = summaryOf(id);
+        if (!found) {
+            return std::nullopt;
+        }
+        return SessionContents{.summary = std::move(found->first),
+                               .chunks = chunksOf(found->second),
+                               .logLines = logLinesOf(found->second, id)};
+    });
+}
+
+Stored<std::optional<StoredVideo>> SqliteStore::openVideo(const std::string& sessionId, std::int64_t number) {
+    std::string digest;
+    const auto name = reading("cannot find a video", [&]() -> std::optional<std::string> {
+        auto row = reader_.prepare(
+            "SELECT video, digest FROM chunk JOIN session USING (place) WHERE id = ? AND number = ?");
+        if (!row.bind(sessionId).bind(number).step()) {
+            return std::nullopt;
+        }
+        digest = row.text(1);
+        return row.text(0);
+    });
+    if (!name) {
+        return std::unexpected(name.error());
+    }
+    if (!*name) {
+        return std::nullopt;
+    }
+    auto bytes = videos_.read(**name);
+    if (!bytes) {
+        return std::unexpected(bytes.error());
+    }
+    return StoredVideo{.bytes = std::move(*bytes), .digest = std::move(digest)};
+}
+
 Stored<std::vector<LogLine>> SqliteStore::strayLogLines() {
-    return guarded("cannot read the log lines", [&] { return logLinesOf(std::nullopt); });
+    return reading("cannot read the log lines", [&] { return logLinesOf(std::nullopt, std::nullopt); });
 }
 
 }  // namespace mireth::receiver

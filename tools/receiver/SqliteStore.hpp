@@ -2,8 +2,11 @@
 //
 // A video is written and synced before its row is committed, so a crash at any moment leaves either a whole
 // chunk or a file that nothing refers to; such files are removed when the store is next opened for writing.
+//
+// What viewers ask is read through a connection of its own, so that a long list never holds up an upload.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -32,40 +35,64 @@ class SqliteStore final : public Store {
     Stored<CloseOutcome> closeSession(const std::string& id, const std::string& brandId,
                                       const std::string& projectId, std::int64_t millis) override;
     Stored<std::unique_ptr<IncomingVideo>> beginVideo() override;
-    Stored<PutOutcome> putChunk(const std::string& sessionId, const Chunk& chunk, IncomingVideo& video,
+    Stored<PutOutcome> putChunk(const std::string& sessionId, const Chunk& chunk,
+                                const TimelineSummary& summary, IncomingVideo& video,
                                 std::int64_t mostChunks) override;
     Stored<bool> addLogLine(const LogLine& line, std::int64_t mostLines) override;
-    Stored<std::vector<SessionSummary>> sessions() override;
+    Stored<SessionPage> list(const SessionQuery& query) override;
+    Stored<Facets> facets() override;
+    std::string revision() const override;
+    Stored<std::optional<SessionSummary>> summary(const std::string& id) override;
     Stored<std::optional<SessionContents>> contents(const std::string& id) override;
+    Stored<std::optional<StoredVideo>> openVideo(const std::string& sessionId, std::int64_t number) override;
+    Stored<bool> removeSession(const std::string& id) override;
     Stored<std::vector<LogLine>> strayLogLines() override;
 
   private:
-    SqliteStore(std::string directory, UniqueFd lock, Database database, VideoFolder videos,
+    SqliteStore(std::string directory, UniqueFd lock, Database database, Database reader, VideoFolder videos,
                 std::function<std::string()> newIdentifier);
 
-    /// Runs `work` with the database to itself; what SQLite reports becomes the error.
+    /// Runs `work` with the writing connection to itself; what SQLite reports becomes the error.
     template <typename Work>
     auto guarded(const char* doing, Work work) -> Stored<decltype(work())>;
+    /// The same with the reading connection, within one moment's state.
+    template <typename Work>
+    auto reading(const char* doing, Work work) -> Stored<decltype(work())>;
+    template <typename Work>
+    auto caught(const char* doing, Work work) -> Stored<decltype(work())>;
 
-    void makeTables();
     void sweep();
+    std::optional<std::int64_t> placeOf(const Database& database, const std::string& id) const;
     /// Why the chunk cannot be inserted; `kept` when it can.
     PutOutcome admission(const std::string& sessionId, std::int64_t number, const std::string& digest,
                          std::int64_t mostChunks) const;
-    void insertChunk(const std::string& sessionId, const Chunk& chunk, const VideoFile& video,
+    void insertChunk(std::int64_t place, const Chunk& chunk, const VideoFile& video,
                      const std::string& digest) const;
-    std::vector<Chunk> chunksOf(const std::string& sessionId) const;
-    std::vector<LogLine> logLinesOf(const std::optional<std::string>& sessionId) const;
+    void insertTexts(std::int64_t place, std::int64_t chunkNumber, const std::vector<FoundText>& texts) const;
+    void addToSums(std::int64_t place, const Chunk& chunk, std::uint64_t bytes,
+                   const TimelineSummary& summary) const;
+    /// The summary and the session's place.
+    std::optional<std::pair<SessionSummary, std::int64_t>> summaryOf(const std::string& id) const;
+    std::vector<std::string> screensOf(std::int64_t place) const;
+    std::vector<Chunk> chunksOf(std::int64_t place) const;
+    std::vector<LogLine> logLinesOf(std::optional<std::int64_t> place,
+                                    const std::optional<std::string>& sessionId) const;
 
     const std::string directory_;
     const UniqueFd lock_;
     const VideoFolder videos_;
     const std::function<std::string()> newIdentifier_;
-    std::int64_t swept_ = 0;  // constant once opened
+    std::int64_t swept_ = 0;    // constant once opened
+    const std::string opened_;  // another text for every opening
+    std::atomic<std::uint64_t> changes_ = 0;
 
     std::mutex mutex_;
     // Guarded by mutex_.
     Database database_;
+
+    std::mutex readerMutex_;
+    // Guarded by readerMutex_.
+    Database reader_;
 };
 
 }  // namespace mireth::receiver

@@ -13,6 +13,8 @@
 
 #include "ByteSource.hpp"
 #include "Records.hpp"
+#include "SessionQuery.hpp"
+#include "TimelineSummary.hpp"
 
 namespace mireth::receiver {
 
@@ -38,6 +40,12 @@ enum class PutOutcome {
 
 enum class CloseOutcome { closed, unknown };
 
+/// A kept video, open for reading. It stays readable when it is removed meanwhile.
+struct StoredVideo {
+    std::unique_ptr<ByteSource> bytes;
+    std::string digest;  ///< SHA-256 in hexadecimal
+};
+
 /// Any thread may call; operations of different threads do not disturb each other.
 class Store {
   public:
@@ -55,17 +63,29 @@ class Store {
 
     virtual Stored<std::unique_ptr<IncomingVideo>> beginVideo() = 0;
     /// Keeps the chunk and its video as one, or neither. `video` must come from this store's beginVideo.
-    /// `chunk.videoPath` and `chunk.bytes` are not looked at: the store knows them.
+    /// `summary` is of the chunk's timeline. `chunk.videoPath`, `videoDigest` and `bytes` are not looked at:
+    /// the store knows them.
     virtual Stored<PutOutcome> putChunk(const std::string& sessionId, const Chunk& chunk,
-                                        IncomingVideo& video, std::int64_t mostChunks) = 0;
+                                        const TimelineSummary& summary, IncomingVideo& video,
+                                        std::int64_t mostChunks) = 0;
 
-    /// False when the line's session, or the lines without one, already have `mostLines`.
+    /// False when the line's session is unknown, or it, or the lines without one, already have `mostLines`.
     virtual Stored<bool> addLogLine(const LogLine& line, std::int64_t mostLines) = 0;
 
-    /// All sessions, the earliest started first.
-    virtual Stored<std::vector<SessionSummary>> sessions() = 0;
+    /// One page of the sessions that the query asks for.
+    virtual Stored<SessionPage> list(const SessionQuery& query) = 0;
+    virtual Stored<Facets> facets() = 0;
+    /// Changes whenever what `list`, `facets` or `contents` tell may have changed, and with every start.
+    virtual std::string revision() const = 0;
+    /// The session's line of the list; none when it is unknown.
+    virtual Stored<std::optional<SessionSummary>> summary(const std::string& id) = 0;
     /// Everything of one session; none when it is unknown.
     virtual Stored<std::optional<SessionContents>> contents(const std::string& id) = 0;
+    /// The video of a chunk; none when the session or the chunk is unknown.
+    virtual Stored<std::optional<StoredVideo>> openVideo(const std::string& sessionId,
+                                                         std::int64_t number) = 0;
+    /// Removes the session with its chunks, videos and log lines; false when it is unknown.
+    virtual Stored<bool> removeSession(const std::string& id) = 0;
     /// The log lines without a session, the earliest first.
     virtual Stored<std::vector<LogLine>> strayLogLines() = 0;
 };

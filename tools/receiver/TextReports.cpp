@@ -48,16 +48,21 @@ void writeChunks(std::ostream& out, const std::vector<Chunk>& chunks) {
     TextTable table({"chunk>", "frames>", "bytes>", "duration>", "events>", "video"});
     for (const auto& chunk : chunks) {
         table.add({std::to_string(chunk.number), std::to_string(chunk.frames), bytesText(chunk.bytes),
-                   secondsText(chunk.durationMillis), std::to_string(chunk.events.size()), chunk.videoPath});
+                   secondsText(chunk.durationMillis), std::to_string(chunk.events), chunk.videoPath});
     }
     table.write(out);
+}
+
+nlohmann::ordered_json eventsOf(const Chunk& chunk) {
+    return parseJson(chunk.timeline, {.bytes = chunk.timeline.size()})
+        .value_or(nlohmann::ordered_json::array());
 }
 
 void writeKinds(std::ostream& out, const std::vector<Chunk>& chunks) {
     std::map<std::string, std::int64_t> kinds;
     for (const auto& chunk : chunks) {
-        for (const auto& event : chunk.events) {
-            ++kinds[event.type];
+        for (const auto& event : eventsOf(chunk)) {
+            ++kinds[event.value("type", "")];
         }
     }
     TextTable table({"events of kind", "count>"});
@@ -70,9 +75,11 @@ void writeKinds(std::ostream& out, const std::vector<Chunk>& chunks) {
 void writeTimeline(std::ostream& out, const std::vector<Chunk>& chunks) {
     TextTable table({"chunk>", "timestamp>", "event", "details"});
     for (const auto& chunk : chunks) {
-        for (const auto& event : chunk.events) {
-            table.add(
-                {std::to_string(chunk.number), std::to_string(event.timestamp), event.type, event.details});
+        for (const auto& event : eventsOf(chunk)) {
+            const auto details = event.find("eventDetails");
+            table.add({std::to_string(chunk.number),
+                       std::to_string(event.value("timestamp", std::int64_t{0})), event.value("type", ""),
+                       details == event.end() ? "" : jsonText(*details)});
         }
     }
     table.write(out);

@@ -17,6 +17,35 @@ std::unexpected<std::string> failure(const std::string& what) {
     return std::unexpected(what + ": " + std::generic_category().message(errno));
 }
 
+bool readFully(int file, std::uint64_t offset, std::span<unsigned char> into) {
+    while (!into.empty()) {
+        const ssize_t got = ::pread(file, into.data(), into.size(), static_cast<off_t>(offset));
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got <= 0) {
+            return false;
+        }
+        offset += static_cast<std::uint64_t>(got);
+        into = into.subspan(static_cast<std::size_t>(got));
+    }
+    return true;
+}
+
+class KeptFile final : public ByteSource {
+  public:
+    KeptFile(UniqueFd file, std::uint64_t size) : file_(std::move(file)), size_(size) {}
+
+    std::uint64_t size() const override { return size_; }
+    bool readAt(std::uint64_t offset, std::span<unsigned char> into) override {
+        return readFully(file_.get(), offset, into);
+    }
+
+  private:
+    const UniqueFd file_;
+    const std::uint64_t size_;
+};
+
 }  // namespace
 
 class VideoFile::Digest {
@@ -75,18 +104,7 @@ Stored<void> VideoFile::append(std::string_view bytes) {
 }
 
 bool VideoFile::readAt(std::uint64_t offset, std::span<unsigned char> into) {
-    while (!into.empty()) {
-        const ssize_t got = ::pread(file_.get(), into.data(), into.size(), static_cast<off_t>(offset));
-        if (got < 0 && errno == EINTR) {
-            continue;
-        }
-        if (got <= 0) {
-            return false;
-        }
-        offset += static_cast<std::uint64_t>(got);
-        into = into.subspan(static_cast<std::size_t>(got));
-    }
-    return true;
+    return readFully(file_.get(), offset, into);
 }
 
 Stored<void> VideoFile::sync() {
@@ -123,6 +141,19 @@ Stored<std::unique_ptr<VideoFile>> VideoFolder::create(const std::string& identi
         return failure("cannot make the video " + pathOf(name));
     }
     return std::make_unique<VideoFile>(folder_.get(), std::move(file), std::move(name));
+}
+
+Stored<std::unique_ptr<ByteSource>> VideoFolder::read(const std::string& name) const {
+    UniqueFd file(::openat(folder_.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
+    struct stat facts{};
+    if (!file || ::fstat(file.get(), &facts) != 0) {
+        return failure("cannot open the video " + pathOf(name));
+    }
+    return std::make_unique<KeptFile>(std::move(file), static_cast<std::uint64_t>(facts.st_size));
+}
+
+void VideoFolder::remove(const std::string& name) const {
+    ::unlinkat(folder_.get(), name.c_str(), 0);
 }
 
 Stored<std::int64_t> VideoFolder::sweep(const std::set<std::string>& known) const {

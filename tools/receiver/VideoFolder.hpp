@@ -53,6 +53,10 @@ class VideoFolder {
 
     /// A new, empty file with mode 0600. It must not outlive the folder.
     Stored<std::unique_ptr<VideoFile>> create(const std::string& identifier) const;
+    /// A kept file, to be read; it stays readable when it is removed meanwhile.
+    Stored<std::unique_ptr<ByteSource>> read(const std::string& name) const;
+    /// Removes a file; it is no harm when it is gone already.
+    void remove(const std::string& name) const;
     /// Removes every file that `known` does not name; returns how many.
     Stored<std::int64_t> sweep(const std::set<std::string>& known) const;
     std::string pathOf(const std::string& name) const { return path_ + "/" + name; }

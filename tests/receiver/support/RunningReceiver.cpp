@@ -27,16 +27,16 @@ RunningReceiver::RunningReceiver(const std::string& configJson, std::optional<Tl
 
 void RunningReceiver::start() {
     store_ = std::move(SqliteStore::open(data(), environment_.newIdentifier).value());
-    endpoints_ = std::make_unique<Endpoints>(
-        Services{.config = config_, .store = *store_, .environment = environment_});
+    router_ =
+        std::make_unique<Router>(Services{.config = config_, .store = *store_, .environment = environment_});
     server_ = std::move(HttpServer::start({.host = "127.0.0.1", .port = 0, .tls = tls_}, config_.limits,
-                                          *endpoints_, environment_)
+                                          *router_, environment_)
                             .value());
 }
 
 void RunningReceiver::restart() {
     server_.reset();
-    endpoints_.reset();
+    router_.reset();
     store_.reset();
     start();
 }

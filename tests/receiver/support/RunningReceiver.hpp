@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "Config.hpp"
-#include "Endpoints.hpp"
 #include "HttpServer.hpp"
+#include "Router.hpp"
 #include "SqliteStore.hpp"
 #include "support/RawClient.hpp"
 #include "support/TemporaryDirectory.hpp"
@@ -64,7 +64,7 @@ class RunningReceiver {
 
     Environment environment_;
     std::unique_ptr<SqliteStore> store_;
-    std::unique_ptr<Endpoints> endpoints_;
+    std::unique_ptr<Router> router_;
     std::unique_ptr<HttpServer> server_;
 };
 

@@ -1,0 +1,208 @@
+// Routing within the viewing API, and its answers.
+#include "ViewingApi.hpp"
+
+#include <charconv>
+#include <utility>
+
+#include "ByteRange.hpp"
+#include "ErrorAnswer.hpp"
+#include "SessionJson.hpp"
+#include "SessionQueryReader.hpp"
+#include "SmallExchange.hpp"
+
+namespace mireth::receiver {
+namespace {
+
+// Part of every ETag: a receiver that answers in another form must not be taken for one that answers the
+// same.
+constexpr const char* form = "1";
+
+constexpr const char* videoType = "video/mp4";
+
+bool isGet(const RequestHead& head) {
+    return head.method == "GET" || head.method == "HEAD";
+}
+
+std::string quoted(const std::string& tag) {
+    return "\"" + std::string(form) + "-" + tag + "\"";
+}
+
+// The header may name several tags; ours hold no comma.
+bool isKnown(const RequestHead& head, const std::string& etag) {
+    return head.ifNoneMatch.find(etag) != std::string::npos || head.ifNoneMatch == "*";
+}
+
+Answer notModified(const std::string& etag) {
+    return {.status = 304, .headers = {{"ETag", etag}, {"Cache-Control", "private, no-cache"}}};
+}
+
+Answer tagged(std::string body, const std::string& etag) {
+    return {.body = std::move(body), .headers = {{"ETag", etag}, {"Cache-Control", "private, no-cache"}}};
+}
+
+// "12.mp4"
+std::optional<std::int64_t> chunkNumberIn(const std::string& name) {
+    std::int64_t number = 0;
+    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), number);
+    const bool whole = error == std::errc() && number >= 0 && std::string_view(end) == ".mp4";
+    return whole ? std::optional(number) : std::nullopt;
+}
+
+Answer pieceOf(const RequestHead& head, StoredVideo video, const std::string& etag) {
+    const auto size = video.bytes->size();
+    const auto range = byteRange(head.range, size);
+    if (!range) {
+        auto answer = errorAnswer(416, "the video has no such bytes");
+        answer.headers = {{"Content-Range", "bytes */" + std::to_string(size)}};
+        return answer;
+    }
+    // A video never changes under its address, so a browser may keep it; only this viewer's, for it is
+    // private.
+    Answer answer{.contentType = videoType,
+                  .headers = {{"ETag", etag},
+                              {"Accept-Ranges", "bytes"},
+                              {"Cache-Control", "private, max-age=86400, immutable"}},
+                  .piece = FilePiece{.file = std::move(video.bytes), .offset = 0, .size = size}};
+    if (*range) {
+        const auto& [first, count] = **range;
+        answer.status = 206;
+        answer.piece->offset = first;
+        answer.piece->size = count;
+        answer.headers.emplace_back("Content-Range", "bytes " + std::to_string(first) + "-" +
+                                                         std::to_string(first + count - 1) + "/" +
+                                                         std::to_string(size));
+    }
+    return answer;
+}
+
+}  // namespace
+
+std::unique_ptr<Exchange> ViewingApi::begin(const RequestHead& head, const RequestTarget& target) const {
+    return std::make_unique<SmallExchange>(
+        0, errorBody("a request to this address has no body"),
+        [this, head, target](const std::string&) { return answer(head, target); });
+}
+
+Answer ViewingApi::answer(const RequestHead& head, const RequestTarget& target) const {
+    const auto& path = target.segments;
+    if (path.size() == 2 && path[1] == "sessions") {
+        return isGet(head) ? sessions(head, target) : wrongMethodAnswer("GET");
+    }
+    if (path.size() == 2 && path[1] == "facets") {
+        return isGet(head) ? facets(head) : wrongMethodAnswer("GET");
+    }
+    if (path.size() == 2 && path[1] == "viewer") {
+        return isGet(head) ? Answer{.body = R"({"login":"none"})"} : wrongMethodAnswer("GET");
+    }
+    if (path.size() >= 3 && path[1] == "sessions") {
+        return ofSession(head, target);
+    }
+    return errorAnswer(404, "there is nothing at this address");
+}
+
+Answer ViewingApi::ofSession(const RequestHead& head, const RequestTarget& target) const {
+    const auto& path = target.segments;
+    const auto& id = path[2];
+    if (path.size() == 3 && head.method == "DELETE") {
+        return remove(id);
+    }
+    if (!isGet(head)) {
+        return wrongMethodAnswer(path.size() == 3 ? "GET, DELETE" : "GET");
+    }
+    if (path.size() == 3) {
+        return replay(head, id);
+    }
+    if (path.size() == 4 && path[3] == "timeline.json") {
+        return timeline(id);
+    }
+    if (path.size() == 5 && path[3] == "chunks") {
+        return video(head, id, path[4]);
+    }
+    return errorAnswer(404, "there is nothing at this address");
+}
+
+Answer ViewingApi::failed(const std::string& why) const {
+    services_.environment.report(why);
+    return errorAnswer(500, "the receiver could not read its data");
+}
+
+Answer ViewingApi::sessions(const RequestHead& head, const RequestTarget& target) const {
+    const auto query = readSessionQuery(target);
+    if (!query) {
+        return errorAnswer(400, query.error());
+    }
+    // Read before the list: what changes meanwhile makes the tag out of date, never the list.
+    const auto etag = quoted(services_.store.revision());
+    if (isKnown(head, etag)) {
+        return notModified(etag);
+    }
+    const auto page = services_.store.list(*query);
+    return page ? tagged(pageJson(*page), etag) : failed(page.error());
+}
+
+Answer ViewingApi::facets(const RequestHead& head) const {
+    const auto etag = quoted(services_.store.revision());
+    if (isKnown(head, etag)) {
+        return notModified(etag);
+    }
+    const auto facets = services_.store.facets();
+    return facets ? tagged(facetsJson(*facets), etag) : failed(facets.error());
+}
+
+Answer ViewingApi::replay(const RequestHead& head, const std::string& id) const {
+    const auto summary = services_.store.summary(id);
+    if (!summary) {
+        return failed(summary.error());
+    }
+    if (!*summary) {
+        return errorAnswer(404, "there is no such session");
+    }
+    // A session only ever grows, so these three tell whether it did.
+    const auto etag = quoted(std::to_string((*summary)->chunks) + "-" + std::to_string((*summary)->logLines) +
+                             ((*summary)->session.closedMillis ? "-closed" : "-open"));
+    if (isKnown(head, etag)) {
+        return notModified(etag);
+    }
+    const auto contents = services_.store.contents(id);
+    if (!contents) {
+        return failed(contents.error());
+    }
+    return *contents ? tagged(replayJson(**contents), etag) : errorAnswer(404, "there is no such session");
+}
+
+Answer ViewingApi::timeline(const std::string& id) const {
+    const auto contents = services_.store.contents(id);
+    if (!contents) {
+        return failed(contents.error());
+    }
+    if (!*contents) {
+        return errorAnswer(404, "there is no such session");
+    }
+    return {.body = timelineJson(**contents), .headers = {{"Content-Disposition", downloadAs(id, "json")}}};
+}
+
+Answer ViewingApi::video(const RequestHead& head, const std::string& id, const std::string& name) const {
+    const auto number = chunkNumberIn(name);
+    if (!number) {
+        return errorAnswer(404, "there is no such chunk");
+    }
+    auto video = services_.store.openVideo(id, *number);
+    if (!video) {
+        return failed(video.error());
+    }
+    if (!*video) {
+        return errorAnswer(404, "there is no such chunk");
+    }
+    const auto etag = "\"" + (*video)->digest + "\"";
+    return isKnown(head, etag) ? notModified(etag) : pieceOf(head, std::move(**video), etag);
+}
+
+Answer ViewingApi::remove(const std::string& id) const {
+    const auto removed = services_.store.removeSession(id);
+    if (!removed) {
+        return failed(removed.error());
+    }
+    return *removed ? Answer{.status = 204} : errorAnswer(404, "there is no such session");
+}
+
+}  // namespace mireth::receiver
