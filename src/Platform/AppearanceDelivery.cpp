@@ -1,31 +1,20 @@
 // Interceptors first, then the controller itself.
 #include "MirethVex/Platform/AppearanceDelivery.hpp"
 
-#include <cstdio>
-#include <exception>
 #include <utility>
 
 #include "MirethVex/Platform/ViewController.hpp"
+#include "Platform/Guarded.hpp"
 
 namespace mireth::platform {
 
 namespace {
 
-/// Runs `work`; what it throws must keep neither another interceptor nor the controller from hearing.
-template <class Work>
-void contained(Work work) noexcept {
-    try {
-        work();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "M-VEX: an interceptor of appearing screens threw: %s\n", error.what());
-    } catch (...) {
-        std::fprintf(stderr, "M-VEX: an interceptor of appearing screens threw no std::exception\n");
-    }
-}
+constexpr const char* anInterceptor = "an interceptor of appearing screens";
 
 auto containing(AppearanceInterceptor interceptor) {
     return [interceptor = std::move(interceptor)](const std::shared_ptr<ViewController>& controller) {
-        contained([&] { interceptor(*controller); });
+        guarded(anInterceptor, [&] { interceptor(*controller); });
     };
 }
 
@@ -39,7 +28,7 @@ std::shared_ptr<ViewController> own(const std::shared_ptr<ViewController>& contr
 
 void AppearanceDelivery::didAppear(const std::shared_ptr<ViewController>& controller, bool animated) const {
     if (const auto receiver = own(controller)) {
-        contained([&] { appeared_.send(receiver); });
+        guarded(anInterceptor, [&] { appeared_.send(receiver); });
         receiver->viewDidAppear(animated);
     }
 }
@@ -47,7 +36,7 @@ void AppearanceDelivery::didAppear(const std::shared_ptr<ViewController>& contro
 void AppearanceDelivery::didDisappear(const std::shared_ptr<ViewController>& controller,
                                       bool animated) const {
     if (const auto receiver = own(controller)) {
-        contained([&] { disappeared_.send(receiver); });
+        guarded(anInterceptor, [&] { disappeared_.send(receiver); });
         receiver->viewDidDisappear(animated);
     }
 }

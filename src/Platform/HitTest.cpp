@@ -33,8 +33,7 @@ void pushSubviews(const Candidate& parent, std::vector<Candidate>& candidates) {
     std::ranges::stable_sort(subviews, {}, depthOf);
     const AffineTransform space = sublayerSpaceOf(parent.view->layer());
     for (auto& subview : subviews) {
-        if (const auto toSubview =
-                subview->layer().transformToSuperlayer().concatenating(space).inverted()) {
+        if (const auto toSubview = subview->layer().transformToSuperlayer().concatenating(space).inverted()) {
             candidates.push_back({std::move(subview), toSubview->apply(parent.point)});
         }
     }

@@ -7,8 +7,8 @@ namespace mireth::platform {
 
 namespace {
 
-/// Whole microseconds: the difference of two times in seconds is off by less than that, and a touch at exactly
-/// the interval must not pass for an earlier one.
+/// Whole microseconds: the difference of two times in seconds is off by less than that, and a touch at
+/// exactly the interval must not pass for an earlier one.
 double microseconds(double seconds) {
     return std::round(seconds * 1e6);
 }

@@ -1,9 +1,6 @@
 // How a recogniser or a view is told of touches.
 #pragma once
 
-#include <cstdio>
-#include <exception>
-#include <utility>
 #include <vector>
 
 #include "MirethVex/Platform/Touch.hpp"
@@ -28,18 +25,6 @@ void call(Receiver& receiver, TouchPhase phase, const std::vector<Touch>& touche
             return receiver.touchesCancelled(touches, event);
         case TouchPhase::stationary:
             break;
-    }
-}
-
-/// The code of others must not keep a touch from those who come after it.
-template <class Function>
-void guarded(const char* who, Function&& function) {
-    try {
-        std::forward<Function>(function)();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "M-VEX: %s threw: %s\n", who, error.what());
-    } catch (...) {
-        std::fprintf(stderr, "M-VEX: %s threw something that is not an exception\n", who);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Platform/Guarded.hpp"
 #include "Platform/TouchCalls.hpp"
 
 namespace mireth::platform {

@@ -23,7 +23,8 @@ struct TextStyle {
     bool fromTop = false;
 };
 
-/// The room that one line of `text` takes when it is drawn at `scale`, in whole points; the inset is left out.
+/// The room that one line of `text` takes when it is drawn at `scale`, in whole points; the inset is left
+/// out.
 Size measureLine(const std::string& text, const TextStyle& style, double scale);
 
 /// A picture of `size` points, rounded up to whole pixels, transparent but for the text; without a bitmap

@@ -14,7 +14,8 @@ struct GestureExclusion : TouchedWindow {
     std::shared_ptr<Recognizer> second = addRecognizer("S");
 
     struct Delegate final : GestureRecognizerDelegate {
-        bool shouldRecognizeSimultaneouslyWith(GestureRecognizer& recognizer, GestureRecognizer& other) override {
+        bool shouldRecognizeSimultaneouslyWith(GestureRecognizer& recognizer,
+                                               GestureRecognizer& other) override {
             asked.emplace_back(&recognizer, &other);
             if (throws) {
                 throw std::runtime_error("no idea");
@@ -29,7 +30,8 @@ struct GestureExclusion : TouchedWindow {
 
 TEST_F(GestureExclusion, RecognisersThatHaveRecognisedNothingGoOnTogether) {
     tap(1);
-    EXPECT_THAT(take(), ElementsAre("R began 1", "S began 1", "V began 1", "R ended 1", "S ended 1", "V ended 1"));
+    EXPECT_THAT(take(),
+                ElementsAre("R began 1", "S began 1", "V began 1", "R ended 1", "S ended 1", "V ended 1"));
 }
 
 TEST_F(GestureExclusion, TheFirstToRecogniseStopsTheOthersUntilAllFingersAreUp) {
@@ -39,13 +41,15 @@ TEST_F(GestureExclusion, TheFirstToRecogniseStopsTheOthersUntilAllFingersAreUp) 
     send(2, TouchPhase::began);
     EXPECT_EQ(first->state(), State::failed);
     send(2, TouchPhase::ended);
-    EXPECT_THAT(take(), ElementsAre("R began 1", "S began 1", "V began 1", "R moved 1", "S moved 1", "V moved 1",
-                                    "R cancelled 1", "S began 2", "V began 2", "S ended 2", "V ended 2"));
+    EXPECT_THAT(take(),
+                ElementsAre("R began 1", "S began 1", "V began 1", "R moved 1", "S moved 1", "V moved 1",
+                            "R cancelled 1", "S began 2", "V began 2", "S ended 2", "V ended 2"));
     send(1, TouchPhase::ended);
     EXPECT_THAT(take(), ElementsAre("S ended 1", "V ended 1"));
     EXPECT_EQ(first->state(), State::possible);
     tap(3);
-    EXPECT_THAT(take(), ElementsAre("R began 3", "S began 3", "V began 3", "R ended 3", "S ended 3", "V ended 3"));
+    EXPECT_THAT(take(),
+                ElementsAre("R began 3", "S began 3", "V began 3", "R ended 3", "S ended 3", "V ended 3"));
 }
 
 TEST_F(GestureExclusion, OneThatHasSeenNothingYetIsStoppedWithoutAWord) {
@@ -60,8 +64,8 @@ TEST_F(GestureExclusion, TheDelegateOfEitherMayAllowBoth) {
         Delegate delegate;
         allowing->setDelegate(&delegate);
         tap(1);
-        EXPECT_THAT(take(),
-                    ElementsAre("R began 1", "S began 1", "V began 1", "R ended 1", "S ended 1", "V ended 1"));
+        EXPECT_THAT(take(), ElementsAre("R began 1", "S began 1", "V began 1", "R ended 1", "S ended 1",
+                                        "V ended 1"));
         ASSERT_FALSE(delegate.asked.empty());
         const auto& other = allowing == first ? second : first;
         EXPECT_EQ(delegate.asked.front(), std::pair(static_cast<GestureRecognizer*>(allowing.get()),
@@ -78,7 +82,8 @@ TEST_F(GestureExclusion, OnlyWhenBothRefuseIsOneStopped) {
     first->setDelegate(&refusing);
     second->setDelegate(&allowing);
     tap(1);
-    EXPECT_THAT(take(), ElementsAre("R began 1", "S began 1", "V began 1", "R ended 1", "S ended 1", "V ended 1"));
+    EXPECT_THAT(take(),
+                ElementsAre("R began 1", "S began 1", "V began 1", "R ended 1", "S ended 1", "V ended 1"));
     second->setDelegate(&refusing);
     tap(2);
     EXPECT_THAT(take(), ElementsAre("R began 2", "V began 2", "R ended 2", "V ended 2"));
@@ -91,7 +96,8 @@ TEST_F(GestureExclusion, WhatADelegateThrowsCountsAsANo) {
     second->setDelegate(&throwing);
     testing::internal::CaptureStderr();
     send(1, TouchPhase::began);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "M-VEX: a gesture recogniser's delegate threw: no idea\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "M-VEX: a gesture recogniser's delegate threw: no idea\n");
     EXPECT_THAT(take(), ElementsAre("R began 1", "V began 1"));
 }
 
@@ -111,8 +117,8 @@ TEST_F(GestureExclusion, OneThatIsDisabledOrRemovedStopsNobody) {
     send(1, TouchPhase::moved);
     window->removeGestureRecognizer(first);
     send(1, TouchPhase::ended);
-    EXPECT_THAT(take(), ElementsAre("R began 1", "S began 1", "V began 1", "R cancelled 1", "S moved 1", "V moved 1",
-                                    "S ended 1", "V ended 1"));
+    EXPECT_THAT(take(), ElementsAre("R began 1", "S began 1", "V began 1", "R cancelled 1", "S moved 1",
+                                    "V moved 1", "S ended 1", "V ended 1"));
 }
 
 }  // namespace

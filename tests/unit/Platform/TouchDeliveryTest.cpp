@@ -20,8 +20,8 @@ TEST_F(TouchDelivery, RecognisersAreToldInTheirOrderBeforeTheView) {
     send(1, TouchPhase::moved);
     send(1, TouchPhase::stationary);
     send(1, TouchPhase::ended);
-    EXPECT_THAT(take(), ElementsAre("R began 1", "S began 1", "V began 1", "R moved 1", "S moved 1", "V moved 1",
-                                    "R ended 1", "S ended 1", "V ended 1"));
+    EXPECT_THAT(take(), ElementsAre("R began 1", "S began 1", "V began 1", "R moved 1", "S moved 1",
+                                    "V moved 1", "R ended 1", "S ended 1", "V ended 1"));
 }
 
 TEST_F(TouchDelivery, ACancelledTouchIsCancelledForAll) {
@@ -38,8 +38,8 @@ TEST_F(TouchDelivery, SeveralTouchesOfOnePhaseComeInOneCall) {
     EXPECT_THAT(take(), ElementsAre("R began 1 2 3", "V began 1 3", "W began 2"));
     send({touch(1, TouchPhase::ended), touch(2, TouchPhase::moved, other), touch(3, TouchPhase::moved),
           touch(4, TouchPhase::began)});
-    EXPECT_THAT(take(), ElementsAre("R began 4", "R moved 2 3", "R ended 1", "V began 4", "W moved 2", "V moved 3",
-                                    "V ended 1"));
+    EXPECT_THAT(take(), ElementsAre("R began 4", "R moved 2 3", "R ended 1", "V began 4", "W moved 2",
+                                    "V moved 3", "V ended 1"));
 }
 
 TEST_F(TouchDelivery, ATouchStaysWithTheViewItBeganIn) {
@@ -219,7 +219,8 @@ TEST_F(TouchDelivery, AnEventSentFromWithinADeliveryWaitsForItsTurn) {
         }
     };
     send(1, TouchPhase::began);
-    EXPECT_THAT(take(), ElementsAre("R began 1", "S began 1", "V began 1", "R ended 1", "S ended 1", "V ended 1"));
+    EXPECT_THAT(take(),
+                ElementsAre("R began 1", "S began 1", "V began 1", "R ended 1", "S ended 1", "V ended 1"));
 }
 
 TEST_F(TouchDelivery, TheWindowMayBeDroppedWhileItDelivers) {
@@ -237,8 +238,8 @@ TEST_F(TouchDelivery, ThoseThatAreNotOverriddenDoNothing) {
     const auto plain = std::make_shared<View>();
     const auto recognizer = std::make_shared<GestureRecognizer>();
     window->addGestureRecognizer(recognizer);
-    for (const TouchPhase phase :
-         {TouchPhase::began, TouchPhase::moved, TouchPhase::ended, TouchPhase::began, TouchPhase::cancelled}) {
+    for (const TouchPhase phase : {TouchPhase::began, TouchPhase::moved, TouchPhase::ended, TouchPhase::began,
+                                   TouchPhase::cancelled}) {
         send({touch(1, phase, plain)});
         EXPECT_EQ(recognizer->state(), State::possible);
     }

@@ -59,7 +59,8 @@ TEST_F(TouchesInView, ATouchTheRecogniserHasNotSeenStaysWithItsView) {
     setStateOn(TouchPhase::began, State::began, late);
     send(2, TouchPhase::began);
     send(1, TouchPhase::ended);
-    EXPECT_THAT(take(), ElementsAre("R began 1", "V began 1", "R began 2", "L began 2", "R cancelled 1 2", "V ended 1"));
+    EXPECT_THAT(take(), ElementsAre("R began 1", "V began 1", "R began 2", "L began 2", "R cancelled 1 2",
+                                    "V ended 1"));
 }
 
 TEST_F(TouchesInView, ATouchStaysTakenAlsoWhenTheRecogniserIsRemoved) {

@@ -1,11 +1,9 @@
 #include "PrivateSide/Detection/Core/MirethGestureRecognizer.hpp"
 
 #include <cmath>
-#include <limits>
-#include <locale>
-#include <sstream>
 #include <utility>
 
+#include "Base/DecimalText.hpp"
 #include "MirethVex/Base/FatalError.hpp"
 
 namespace mireth {
@@ -13,11 +11,7 @@ namespace mireth {
 namespace {
 
 std::string describe(Point point) {
-    std::ostringstream out;
-    out.imbue(std::locale::classic());
-    out.precision(std::numeric_limits<double>::digits10);
-    out << '(' << point.x << ", " << point.y << ')';
-    return out.str();
+    return "(" + decimalText(point.x) + ", " + decimalText(point.y) + ")";
 }
 
 /// Whole milliseconds, rounded toward zero.

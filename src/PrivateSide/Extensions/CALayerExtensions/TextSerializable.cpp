@@ -1,7 +1,8 @@
 #include "PrivateSide/Extensions/CALayerExtensions/TextSerializable.hpp"
 
-#include <charconv>
 #include <string_view>
+
+#include "Base/DecimalText.hpp"
 
 namespace mireth {
 
@@ -13,23 +14,12 @@ std::string orNil(const std::optional<std::string>& text) {
     return text.value_or("nil");
 }
 
-/// The shortest digits that read back as the same number; a whole number keeps ".0".
-std::string decimal(double value) {
-    char digits[32];
-    const auto end = std::to_chars(std::begin(digits), std::end(digits), value).ptr;
-    std::string text(std::begin(digits), end);
-    if (text.find_first_not_of("-0123456789") == std::string::npos) {
-        text += ".0";
-    }
-    return text;
-}
-
 std::string textLine(const platform::TextContent& content) {
     return "    Text: " + orNil(content.text) + ", " + orNil(content.attributedText);
 }
 
 std::string fontLine(const platform::TextContent& content) {
-    return content.font ? "    Font: " + content.font->name + ", " + decimal(content.font->pointSize)
+    return content.font ? "    Font: " + content.font->name + ", " + decimalText(content.font->pointSize)
                         : "    Font: nil, nil";
 }
 
