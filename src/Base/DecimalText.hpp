@@ -5,7 +5,8 @@
 
 namespace mireth {
 
-/// The shortest digits that read back as the same number; a whole number keeps ".0". The same in every locale.
+/// The shortest digits that read back as the same number; a whole number keeps ".0". The same in every
+/// locale.
 std::string decimalText(double value);
 
 }  // namespace mireth
