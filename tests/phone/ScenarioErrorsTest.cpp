@@ -155,8 +155,6 @@ const BadScenario views[] = {
      "must have 0 to 20000 elements"},
     {"DeepViews", withViews(repeated(R"({"frame":[0,0,1,1],"subviews":[)", 100) + repeated("]}", 100)),
      "is nested more than 128 deep"},
-    {"Reaction", withViews(R"({"frame":[0,0,1,1],"onTap":[]})"),
-     "$.screens[0].views[0].onTap: touches are not supported yet"},
 };
 INSTANTIATE_TEST_SUITE_P(Views, ScenarioErrors, ::testing::ValuesIn(views), nameOf);
 
@@ -187,11 +185,64 @@ const BadScenario steps[] = {
     {"ExpectOfWait", withSteps(R"({"at":0,"wait":true,"expect":"success"})"), "answers nothing"},
     {"WindowOfInitialize", withSteps(R"({"at":0,"initialize":{"brandId":"a","projectId":"b","window":1}})"),
      "initialize.window: must be true or false"},
-    {"Tap", withSteps(R"({"at":0,"tap":[1,2],"times":3})"), "$.steps[0].tap: touches are not supported yet"},
-    {"Swipe", withSteps(R"({"at":0,"swipe":{"from":[1,2],"to":[3,4]}})"), "touches are not supported yet"},
-    {"CancelledTouch", withSteps(R"({"at":0,"cancelledTouch":[1,2]})"), "touches are not supported yet"},
 };
 INSTANTIATE_TEST_SUITE_P(Steps, ScenarioErrors, ::testing::ValuesIn(steps), nameOf);
+
+const BadScenario touches[] = {
+    {"TapWithoutAPlace", withSteps(R"({"at":0,"tap":[1]})"), "$.steps[0].tap: must have 2 elements"},
+    {"TapAsText", withSteps(R"({"at":0,"tap":["1",2]})"), "$.steps[0].tap[0]: must be a number"},
+    {"TapNever", withSteps(R"({"at":0,"tap":[1,2],"times":0})"), "$.steps[0].times: must be a whole number"},
+    {"TapHalf", withSteps(R"({"at":0,"tap":[1,2],"times":1.5})"), "$.steps[0].times: must be a whole number"},
+    {"TapForEver", withSteps(R"({"at":0,"tap":[1,2],"times":1001})"), "from 1 to 1000"},
+    {"TapsAllAtOnce", withSteps(R"({"at":0,"tap":[1,2],"times":2,"interval":0})"),
+     "$.steps[0].interval: must be a number from 0.01"},
+    {"TapKey", withSteps(R"({"at":0,"tap":[1,2],"count":2})"), "$.steps[0]: has an unknown key \"count\""},
+    {"TimesOfASwipe", withSteps(R"({"at":0,"swipe":{"from":[1,2],"to":[3,4]},"times":2})"),
+     "$.steps[0]: has an unknown key \"times\""},
+    {"SwipeWithoutAnEnd", withSteps(R"({"at":0,"swipe":{"from":[1,2]}})"),
+     "$.steps[0].swipe: lacks the key \"to\""},
+    {"SwipeKey", withSteps(R"({"at":0,"swipe":{"from":[1,2],"to":[3,4],"moves":5}})"),
+     "$.steps[0].swipe: has an unknown key \"moves\""},
+    {"SwipeInNoTime", withSteps(R"({"at":0,"swipe":{"from":[1,2],"to":[3,4],"seconds":0}})"),
+     "$.steps[0].swipe.seconds: must be a number from 0.01"},
+    {"CancelledNowhere", withSteps(R"({"at":0,"cancelledTouch":true})"),
+     "$.steps[0].cancelledTouch: must be a list"},
+    {"ExpectOfTap", withSteps(R"({"at":0,"tap":[1,2],"expect":"success"})"), "answers nothing"},
+};
+INSTANTIATE_TEST_SUITE_P(Touches, ScenarioErrors, ::testing::ValuesIn(touches), nameOf);
+
+/// A view that reacts so.
+std::string reactingWith(const std::string& reactions) {
+    return withViews(R"({"id":"box","frame":[0,0,1,1],"onTap":)" + reactions + "}");
+}
+
+const BadScenario reactions[] = {
+    {"NoList", reactingWith(R"({"logError":null})"), "$.screens[0].views[0].onTap: must be a list"},
+    {"NoObject", reactingWith(R"(["present"])"), "$.screens[0].views[0].onTap[0]: must be an object"},
+    {"Nothing", reactingWith("[{}]"), "$.screens[0].views[0].onTap[0]: does nothing; it needs an action"},
+    {"TwoActions", reactingWith(R"([{"logError":null,"call":"reset"}])"),
+     "onTap[0]: has two actions, \"call\" and \"logError\""},
+    {"NotAnAppsAction", reactingWith(R"([{"wait":true}])"),
+     "onTap[0]: has the action \"wait\", which an app cannot take"},
+    {"TapsItself", reactingWith(R"([{"tap":[1,1]}])"), "has the action \"tap\", which an app cannot take"},
+    {"At", reactingWith(R"([{"at":1,"call":"reset"}])"), "onTap[0]: has an unknown key \"at\""},
+    {"Expect", reactingWith(R"([{"call":"stopRecording","expect":"success"}])"),
+     "onTap[0]: has an unknown key \"expect\""},
+    {"NegativeAfter", reactingWith(R"([{"logError":null,"after":-1}])"),
+     "onTap[0].after: must be a number from 0"},
+    {"UnknownCall", reactingWith(R"([{"call":"play"}])"), "onTap[0].call: must be one of"},
+    {"UnknownScreen", reactingWith(R"([{"logError":null},{"present":"Ghost"}])"),
+     "$.screens[0].views[0].onTap[1].present: names no screen"},
+    {"UnknownView", reactingWith(R"([{"set":"ghost","hidden":true}])"),
+     "$.screens[0].views[0].onTap[0].set: names no view"},
+    {"UnknownViewFarDown",
+     withViews(R"({"frame":[0,0,9,9],"subviews":[{"frame":[0,0,9,9],"onTap":[{"set":"x"}]}]})"),
+     "$.screens[0].views[0].subviews[0].onTap[0].set: names no view"},
+    {"UnsuitableSetting", reactingWith(R"([{"set":"box","text":"a"}])"),
+     "$.screens[0].views[0].onTap[0]: the key \"text\" belongs"},
+    {"SetOnTap", reactingWith(R"([{"set":"box","onTap":[]}])"), "onTap[0]: has an unknown key \"onTap\""},
+};
+INSTANTIATE_TEST_SUITE_P(Reactions, ScenarioErrors, ::testing::ValuesIn(reactions), nameOf);
 
 }  // namespace
 }  // namespace mireth::phone

@@ -97,5 +97,46 @@ TEST(ScenarioReader, StepsAreReadWithTheirTimesAndExpectations) {
     EXPECT_EQ(change.detectionType, ScreenDetectionType::automatic);
 }
 
+TEST(ScenarioReader, TouchesHaveTheirDefaults) {
+    const Scenario scenario = parseScenario(R"({"screens":[{"name":"Home"}],"steps":[
+        {"at":0,"tap":[1,-2.5]},{"at":0,"tap":[1,2],"times":4,"interval":0.2},
+        {"at":0,"swipe":{"from":[1,2],"to":[3,4]}},{"at":0,"swipe":{"from":[1,2],"to":[3,4],"seconds":2}},
+        {"at":0,"cancelledTouch":[5,6]}]})",
+                                            "");
+    const auto tap = std::get<TapStep>(scenario.steps[0].action);
+    EXPECT_EQ(tap.at, (Point{1, -2.5}));
+    EXPECT_EQ(tap.times, 1U);
+    EXPECT_EQ(tap.interval, 150ms);
+    const auto run = std::get<TapStep>(scenario.steps[1].action);
+    EXPECT_EQ(run.times, 4U);
+    EXPECT_EQ(run.interval, 200ms);
+    const auto swipe = std::get<SwipeStep>(scenario.steps[2].action);
+    EXPECT_EQ(swipe.from, (Point{1, 2}));
+    EXPECT_EQ(swipe.to, (Point{3, 4}));
+    EXPECT_EQ(swipe.duration, 300ms);
+    EXPECT_EQ(std::get<SwipeStep>(scenario.steps[3].action).duration, 2s);
+    EXPECT_EQ(std::get<CancelledTouchStep>(scenario.steps[4].action).at, (Point{5, 6}));
+}
+
+TEST(ScenarioReader, ReactionsMayNameWhatComesLaterInTheFile) {
+    const Scenario scenario = parseScenario(R"({"screens":[
+        {"name":"Home","views":[{"frame":[0,0,9,9],"onTap":[{"set":"late","hidden":true},
+            {"present":"Second","after":0.25}]},{"frame":[0,0,9,9],"onTap":[]},{"frame":[0,0,9,9]}]},
+        {"name":"Second","views":[{"id":"late","frame":[0,0,9,9]}]}],"steps":[]})",
+                                            "");
+    const auto& views = scenario.screens[0].views;
+    ASSERT_TRUE(views[0].onTap.has_value());
+    const auto& reactions = *views[0].onTap;
+    ASSERT_EQ(reactions.size(), 2U);
+    EXPECT_EQ(std::get<SetStep>(reactions[0].action).settings.hidden, true);
+    EXPECT_EQ(reactions[0].after, 0ms);
+    EXPECT_EQ(std::get<PresentStep>(reactions[1].action).screen, "Second");
+    EXPECT_EQ(reactions[1].after, 250ms);
+    EXPECT_EQ(reactions[1].path, "$.screens[0].views[0].onTap[1]");
+    ASSERT_TRUE(views[1].onTap.has_value());
+    EXPECT_TRUE(views[1].onTap->empty());
+    EXPECT_FALSE(views[2].onTap.has_value());
+}
+
 }  // namespace
 }  // namespace mireth::phone

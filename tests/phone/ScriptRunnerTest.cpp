@@ -2,101 +2,21 @@
 #include "phone/ScriptRunner.hpp"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include "phone/ScenarioError.hpp"
+#include "ScriptHost.hpp"
 
 namespace mireth::phone {
 namespace {
 
 using ::testing::ElementsAre;
-using Log = std::vector<std::string>;
 
-/// Writes down what is called and answers when it is told to.
-class ScriptedLibrary final : public RecordedLibrary {
-  public:
-    ScriptedLibrary(Log& log, platform::MainQueue& queue) : log_(log), queue_(queue) {}
-
-    void addLogListener(std::function<void(LogTag, LogLevel, const std::string&)>) override {}
-    void setAllowedLoggingTags(const std::set<LogTag>&) override {}
-    InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
-                                           std::shared_ptr<platform::Window> window) override {
-        log_.push_back("initialize " + brandId + "/" + projectId + (window ? "" : " without window"));
-        return InitializationResult::success;
-    }
-    void startRecording(VexConfiguration, std::function<void(const SessionStartResult&)> receiver) override {
-        log_.emplace_back("start");
-        if (answers) {
-            queue_.postAfter(startDelay,
-                             [receiver] { receiver(SessionStartResult::success("m", {"S", 1})); });
-        }
-    }
-    void stopRecording(std::function<void(const SessionCloseResult&)> receiver) override {
-        log_.emplace_back("stop");
-        queue_.post([receiver] { receiver(SessionCloseResult::of(SessionCloseResult::Kind::success)); });
-    }
-    SessionPauseResult pauseRecording() override {
-        log_.emplace_back("pause");
-        return SessionPauseResult::notStarted;
-    }
-    SessionResumeResult resumeRecording() override { return SessionResumeResult::notPaused; }
-    void reset() override { log_.emplace_back("reset"); }
-    void logError(std::optional<std::string> message) override {
-        log_.push_back("error " + message.value_or("nil"));
-    }
-    void reportScreenAppeared(const std::string& name) override { log_.push_back("appeared " + name); }
-    void reportScreenDisappeared(const std::string& name) override { log_.push_back("disappeared " + name); }
-    void reportScreenChange(const std::vector<ScreenHierarchyElement>& hierarchy, ScreenChangeType,
-                            ScreenDetectionType) override {
-        log_.push_back("change of " + std::to_string(hierarchy.size()));
-    }
-    void recordSignal(SignalType, Point) override { log_.emplace_back("signal"); }
-    bool hasActiveSession() const override { return true; }
-    std::string stateName() const override { return "started"; }
-
-    platform::Seconds startDelay{0};
-    bool answers = true;
-
-  private:
-    Log& log_;
-    platform::MainQueue& queue_;
-};
-
-/// Writes down what would be printed.
-class LoggingReporter final : public Reporter {
-  public:
-    explicit LoggingReporter(Log& log) : log_(log) {}
-    void answer(Instant at, const CallAnswer& answer) override {
-        log_.push_back(seconds(at) + answer.call + " = " + answer.result);
-    }
-    void log(Instant, LogTag, LogLevel, const std::string&) override {}
-    void end(Instant at, bool hasActiveSession, const std::string& state) override {
-        log_.push_back(seconds(at) + "end " + state + (hasActiveSession ? " active" : ""));
-    }
-
-  private:
-    static std::string seconds(Instant at) {
-        return std::to_string(at / std::chrono::milliseconds(1)) + " ms ";
-    }
-    Log& log_;
-};
-
-class ScriptRunnerTest : public ::testing::Test {
+class ScriptRunnerTest : public ScriptHost {
   protected:
     ScriptOutcome run(const std::string& steps) {
-        const Scenario scenario = parseScenario(
+        return runFile(
             R"({"screens":[{"name":"A","views":[{"id":"v","frame":[0,0,1,1]}]},{"name":"B"}],"steps":[)" +
-                steps + "]}",
-            "");
-        ScreenSet screens(scenario);
-        LoggingReporter reporter(log);
-        ScriptRunner runner(scenario, phone, screens, library, reporter);
-        return runner.run();
+            steps + "]}");
     }
-
-    Log log;
-    headless::HeadlessPlatform phone{headless::HeadlessOptions{}};
-    ScriptedLibrary library{log, phone.queue()};
 };
 
 TEST_F(ScriptRunnerTest, InitialisesBeforeTheFirstStepWhenNoStepDoes) {

@@ -3,8 +3,10 @@
 #include <array>
 #include <nlohmann/json.hpp>
 
+#include "phone/ActionReader.hpp"
 #include "phone/JsonFile.hpp"
 #include "phone/JsonNode.hpp"
+#include "phone/KnownNames.hpp"
 #include "phone/Scenario.hpp"
 #include "phone/ScenarioError.hpp"
 #include "phone/StepReader.hpp"
@@ -166,6 +168,15 @@ std::set<std::string> readScreens(Scenario& scenario, const JsonNode& list, View
     return names;
 }
 
+void requireKnownNames(const Scenario& scenario, const KnownNames& names) {
+    for (const auto& screen : scenario.screens) {
+        names.requireInReactions(screen.views);
+    }
+    for (const auto& step : scenario.steps) {
+        names.require(step);
+    }
+}
+
 template <class Read>
 void readMember(const JsonNode& node, std::string_view key, Read read) {
     if (const auto value = node.find(key)) {
@@ -190,9 +201,11 @@ Scenario parseScenario(const std::string& text, const std::filesystem::path& fol
     readMember(root, "project", [&](const JsonNode& node) { readProject(scenario, node); });
     readMember(root, "viewClasses", [&](const JsonNode& node) { readViewClasses(scenario, node); });
     readMember(root, "configuration", [&](const JsonNode& node) { readConfiguration(scenario, node); });
-    ViewReader views(folder);
+    const SettingsReader settings(folder);
+    ViewReader views(settings);
     const auto screenNames = readScreens(scenario, root.at("screens"), views);
-    scenario.steps = readSteps(root.at("steps"), views, screenNames);
+    scenario.steps = readSteps(root.at("steps"), settings);
+    requireKnownNames(scenario, {screenNames, views.ids()});
     return scenario;
 }
 

@@ -1,6 +1,7 @@
 // Views and controllers built from their descriptions.
 #include "phone/ScreenSet.hpp"
 
+#include <algorithm>
 #include <utility>
 
 #include "phone/ScenarioError.hpp"
@@ -45,10 +46,26 @@ ScreenSet::ScreenSet(const Scenario& scenario)
     for (const auto& screen : scenario.screens) {
         addScreen(screen);
     }
+    for (const auto& screen : scenario.screens) {
+        checkReactions(screen.views);
+    }
     for (const auto& step : scenario.steps) {
-        if (const auto* set = std::get_if<SetStep>(&step.action)) {
-            namingPath(step.path, [&] { handles_.at(set->id)->check(set->settings); });
+        check(step);
+    }
+}
+
+void ScreenSet::check(const Instruction& instruction) const {
+    if (const auto* set = std::get_if<SetStep>(&instruction.action)) {
+        namingPath(instruction.path, [&] { handles_.at(set->id)->check(set->settings); });
+    }
+}
+
+void ScreenSet::checkReactions(const std::vector<ViewSpec>& views) const {
+    for (const auto& view : views) {
+        if (view.onTap) {
+            std::ranges::for_each(*view.onTap, [this](const Reaction& reaction) { check(reaction); });
         }
+        checkReactions(view.subviews);
     }
 }
 
@@ -73,6 +90,9 @@ std::shared_ptr<View> ScreenSet::build(const ViewSpec& spec) {
     }
     if (spec.controller) {
         addController(*spec.controller, view);
+    }
+    if (spec.onTap) {
+        reactions_.emplace(view.get(), &*spec.onTap);
     }
     if (!spec.id.empty()) {
         handles_.emplace(spec.id, std::move(handle));
@@ -116,6 +136,16 @@ void ScreenSet::fitCurrent() {
 
 void ScreenSet::set(const std::string& id, const ViewSettings& settings, const std::string& path) {
     namingPath(path, [&] { handles_.at(id)->apply(settings); });
+}
+
+const std::vector<Reaction>* ScreenSet::reactionsOf(std::shared_ptr<const View> touched) const {
+    for (; touched != nullptr; touched = touched->superview()) {
+        const auto found = reactions_.find(touched.get());
+        if (found != reactions_.end()) {
+            return found->second;
+        }
+    }
+    return nullptr;
 }
 
 }  // namespace mireth::phone

@@ -18,8 +18,8 @@ namespace mireth::phone {
 /// Main thread only.
 class ScreenSet {
   public:
-    /// Builds everything, checks what `set` steps will set, and presents nothing yet. Throws ScenarioError
-    /// that names the view or step in question.
+    /// Builds everything, checks what steps and reactions will set, and presents nothing yet. Throws
+    /// ScenarioError that names the place in question. `scenario` outlives it.
     explicit ScreenSet(const Scenario& scenario);
     ScreenSet(const ScreenSet&) = delete;
     ScreenSet& operator=(const ScreenSet&) = delete;
@@ -33,8 +33,12 @@ class ScreenSet {
     void resize(Size size);
     /// Gives the view called `id` new settings. Throws ScenarioError that names `path`.
     void set(const std::string& id, const ViewSettings& settings, const std::string& path);
+    /// The reactions of `touched`, else of its nearest superview that has some; null when there are none.
+    const std::vector<Reaction>* reactionsOf(std::shared_ptr<const platform::View> touched) const;
 
   private:
+    void check(const Instruction& instruction) const;
+    void checkReactions(const std::vector<ViewSpec>& views) const;
     std::shared_ptr<platform::View> build(const ViewSpec& spec);
     void addController(const ControllerSpec& spec, const std::shared_ptr<platform::View>& view);
     void addScreen(const ScreenSpec& spec);
@@ -46,6 +50,8 @@ class ScreenSet {
     std::shared_ptr<platform::ViewController> current_;
     /// Of the views that have an id.
     std::map<std::string, std::unique_ptr<ViewHandle>> handles_;
+    /// Of the views that react to taps.
+    std::map<const platform::View*, const std::vector<Reaction>*> reactions_;
     /// The controllers of parts of screens; views know theirs only weakly.
     std::vector<std::shared_ptr<platform::ViewController>> children_;
 };

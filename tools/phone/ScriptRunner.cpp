@@ -14,7 +14,8 @@ ScriptRunner::ScriptRunner(const Scenario& scenario, headless::HeadlessPlatform&
       screens_(screens),
       library_(library),
       reporter_(reporter),
-      player_(scenario, phone, screens, library, reporter,
+      timers_(phone.queue(), [this](const std::exception_ptr& failure) { failure_ = failure; }),
+      player_(scenario, phone, screens, library, reporter, timers_,
               [this](const std::string& line) { outcome_.surprises.push_back(line); }) {}
 
 ScriptOutcome ScriptRunner::run() {
@@ -70,7 +71,7 @@ void ScriptRunner::playTurn(std::size_t first, std::size_t count) {
 
 void ScriptRunner::runToTheEnd() {
     auto& queue = phone_.queue();
-    queue.runUntil([this] { return failure_ || played_ == order_.size(); });
+    queue.runUntil([this] { return failure_ || (played_ == order_.size() && timers_.pending() == 0); });
     const Instant limit = lastInstant() + patienceForCalls;
     do {
         queue.drain();
@@ -84,7 +85,7 @@ bool ScriptRunner::isFinished() const {
 }
 
 Instant ScriptRunner::lastInstant() const {
-    return order_.empty() ? Instant(0) : order_.back()->at;
+    return std::max(order_.empty() ? Instant(0) : order_.back()->at, timers_.lastRun());
 }
 
 }  // namespace mireth::phone

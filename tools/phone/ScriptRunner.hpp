@@ -10,6 +10,7 @@
 #include "phone/Reporter.hpp"
 #include "phone/Scenario.hpp"
 #include "phone/ScreenSet.hpp"
+#include "phone/ScriptTimers.hpp"
 #include "phone/StepPlayer.hpp"
 
 namespace mireth::phone {
@@ -24,7 +25,7 @@ struct ScriptOutcome {
 /// before time advances.
 class ScriptRunner {
   public:
-    /// How long calls and delayed work that the last step set off may take.
+    /// How long calls and the library's delayed work may take after the script's last instant.
     static constexpr std::chrono::seconds patienceForCalls{60};
     static constexpr std::chrono::seconds patienceForDelays{10};
 
@@ -39,6 +40,7 @@ class ScriptRunner {
     void playTurn(std::size_t first, std::size_t count);
     void runToTheEnd();
     bool isFinished() const;
+    /// Of what the script did by itself or set for later.
     Instant lastInstant() const;
 
     const Scenario& scenario_;
@@ -47,6 +49,7 @@ class ScriptRunner {
     RecordedLibrary& library_;
     Reporter& reporter_;
     ScriptOutcome outcome_;
+    ScriptTimers timers_;
     StepPlayer player_;
     /// In the order in which they are played.
     std::vector<const Step*> order_;

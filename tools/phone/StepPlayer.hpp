@@ -1,16 +1,19 @@
-// Carries out single steps: calls the library, changes the phone, and reports what came back.
+// Carries out single steps and reactions: calls the library, changes the phone, and reports what came back.
 #pragma once
 
 #include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "MirethVex/Headless/HeadlessPlatform.hpp"
 #include "phone/RecordedLibrary.hpp"
 #include "phone/Reporter.hpp"
 #include "phone/Scenario.hpp"
 #include "phone/ScreenSet.hpp"
+#include "phone/ScriptTimers.hpp"
+#include "phone/TouchPlayer.hpp"
 
 namespace mireth::phone {
 
@@ -21,42 +24,48 @@ class StepPlayer {
     using Surprise = std::function<void(const std::string&)>;
 
     StepPlayer(const Scenario& scenario, headless::HeadlessPlatform& phone, ScreenSet& screens,
-               RecordedLibrary& library, Reporter& reporter, Surprise surprise);
+               RecordedLibrary& library, Reporter& reporter, ScriptTimers& timers, Surprise surprise);
 
     /// Initialises the scenario's own project.
     void initializeProject();
-    /// Throws ScenarioError when the step cannot be carried out.
-    void play(const Step& step);
+    /// Carries out a step or a reaction. Throws ScenarioError when that is impossible.
+    void play(const Instruction& instruction);
     /// Calls that have not answered yet.
     std::size_t pendingCalls() const noexcept { return *pendingCalls_; }
 
   private:
-    void carryOut(const InitializeStep& action, const Step& step);
-    void carryOut(const CallStep& action, const Step& step);
-    void carryOut(const PresentStep& action, const Step& step);
-    void carryOut(const SetStep& action, const Step& step);
-    void carryOut(const LogErrorStep& action, const Step& step);
-    void carryOut(const ReportScreenStep& action, const Step& step);
-    void carryOut(const ReportScreenChangeStep& action, const Step& step);
-    void carryOut(const SignalStep& action, const Step& step);
-    void carryOut(const ResizeStep& action, const Step& step);
-    void carryOut(const MoveToBackgroundStep& action, const Step& step);
-    void carryOut(const NetworkStep& action, const Step& step);
-    void carryOut(const SystemClockStep& action, const Step& step);
-    void carryOut(const WaitStep& action, const Step& step);
+    void carryOut(const InitializeStep& action, const Instruction& instruction);
+    void carryOut(const CallStep& action, const Instruction& instruction);
+    void carryOut(const TapStep& action, const Instruction& instruction);
+    void carryOut(const SwipeStep& action, const Instruction& instruction);
+    void carryOut(const CancelledTouchStep& action, const Instruction& instruction);
+    void carryOut(const PresentStep& action, const Instruction& instruction);
+    void carryOut(const SetStep& action, const Instruction& instruction);
+    void carryOut(const LogErrorStep& action, const Instruction& instruction);
+    void carryOut(const ReportScreenStep& action, const Instruction& instruction);
+    void carryOut(const ReportScreenChangeStep& action, const Instruction& instruction);
+    void carryOut(const SignalStep& action, const Instruction& instruction);
+    void carryOut(const ResizeStep& action, const Instruction& instruction);
+    void carryOut(const MoveToBackgroundStep& action, const Instruction& instruction);
+    void carryOut(const NetworkStep& action, const Instruction& instruction);
+    void carryOut(const SystemClockStep& action, const Instruction& instruction);
+    void carryOut(const WaitStep& action, const Instruction& instruction);
 
-    void start(const Step& step);
-    void stop(const Step& step);
+    void react(const std::vector<Reaction>& reactions);
+    void start(const Instruction& instruction);
+    void stop(const Instruction& instruction);
     VexConfiguration configuration() const;
-    void report(const CallAnswer& answer, const Step& step);
+    void report(const CallAnswer& answer, const Instruction& instruction);
 
     const Scenario& scenario_;
     headless::HeadlessPlatform& phone_;
     ScreenSet& screens_;
     RecordedLibrary& library_;
     Reporter& reporter_;
+    ScriptTimers& timers_;
     const Surprise surprise_;
     const std::shared_ptr<std::size_t> pendingCalls_ = std::make_shared<std::size_t>(0);
+    TouchPlayer touches_;
 };
 
 }  // namespace mireth::phone

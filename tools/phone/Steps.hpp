@@ -1,7 +1,8 @@
-// What a script does, one struct for each kind of step.
+// What a script does, one struct for each kind of action.
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,7 +12,7 @@
 #include "MirethVex/Base/Geometry.hpp"
 #include "MirethVex/Platform/PathMonitor.hpp"
 #include "MirethVex/PublicSide/DataModels/ScreenReport.hpp"
-#include "phone/ViewSpec.hpp"
+#include "phone/ViewSettings.hpp"
 
 namespace mireth::phone {
 
@@ -26,6 +27,21 @@ struct InitializeStep {
 };
 struct CallStep {
     LibraryCall call = LibraryCall::reset;
+};
+/// One finger that taps, again and again.
+struct TapStep {
+    Point at;
+    std::size_t times = 1;
+    /// From one touch's beginning to the next one's.
+    std::chrono::nanoseconds interval = std::chrono::milliseconds(150);
+};
+struct SwipeStep {
+    Point from;
+    Point to;
+    std::chrono::nanoseconds duration = std::chrono::milliseconds(300);
+};
+struct CancelledTouchStep {
+    Point at;
 };
 struct PresentStep {
     std::string screen;
@@ -62,17 +78,28 @@ struct SystemClockStep {
 };
 struct WaitStep {};
 
-using StepAction = std::variant<InitializeStep, CallStep, PresentStep, SetStep, LogErrorStep,
-                                ReportScreenStep, ReportScreenChangeStep, SignalStep, ResizeStep,
-                                MoveToBackgroundStep, NetworkStep, SystemClockStep, WaitStep>;
+using Action = std::variant<InitializeStep, CallStep, TapStep, SwipeStep, CancelledTouchStep, PresentStep,
+                            SetStep, LogErrorStep, ReportScreenStep, ReportScreenChangeStep, SignalStep,
+                            ResizeStep, MoveToBackgroundStep, NetworkStep, SystemClockStep, WaitStep>;
 
-struct Step {
+/// Something to do, wherever in the file it stands.
+struct Instruction {
     /// Its place in the file.
     std::string path;
-    std::chrono::nanoseconds at{};
-    StepAction action;
+    Action action;
     /// The name of the case that the call has to answer.
     std::optional<std::string> expect;
+};
+
+/// What the script does by itself.
+struct Step : Instruction {
+    std::chrono::nanoseconds at{};
+};
+
+/// What the app does when a view of it is tapped. Only some actions are open to an app.
+struct Reaction : Instruction {
+    /// From the end of the touch.
+    std::chrono::nanoseconds after{};
 };
 
 /// The call's name, such as "startRecording".

@@ -1,61 +1,18 @@
-// Readers of a view's keys.
+// Views, one inside the other.
 #include "phone/ViewReader.hpp"
 
+#include <array>
 #include <utility>
+
+#include "phone/ReactionReader.hpp"
 
 namespace mireth::phone {
 
 namespace {
 
-constexpr double farthest = 100'000;
 constexpr std::size_t mostViews = 20'000;
 
 constexpr std::array<std::string_view, 5> viewOnlyKeys{"id", "class", "controller", "subviews", "onTap"};
-
-Rect readFrame(const JsonNode& node) {
-    const auto values = node.numbers(4, -farthest, farthest);
-    if (values[2] < 0 || values[3] < 0) {
-        node.fail("must not have a negative width or height");
-    }
-    return {values[0], values[1], values[2], values[3]};
-}
-
-Border readBorder(const JsonNode& node) {
-    static constexpr std::array<std::string_view, 2> keys{"width", "color"};
-    node.requireKeys(keys);
-    Border border;
-    if (const auto width = node.find("width")) {
-        border.width = width->number(0, 1000);
-    }
-    border.color = readColor(node.at("color"));
-    return border;
-}
-
-platform::Font readFont(const JsonNode& node) {
-    const auto parts = node.elements(2, 2);
-    return {parts[0].name(), parts[1].number(1, 500)};
-}
-
-platform::TextAlignment readAlignment(const JsonNode& node) {
-    static constexpr std::array<std::string_view, 5> names{"left", "center", "right", "justified", "natural"};
-    return static_cast<platform::TextAlignment>(node.choice(names));
-}
-
-Animation readAnimation(const JsonNode& node) {
-    static constexpr std::array<std::string_view, 2> keys{"frame", "opacity"};
-    node.requireKeys(keys);
-    Animation animation;
-    if (const auto frame = node.find("frame")) {
-        animation.frame = readFrame(*frame);
-    }
-    if (const auto opacity = node.find("opacity")) {
-        animation.opacity = opacity->number(0, 1);
-    }
-    if (!animation.frame && !animation.opacity) {
-        node.fail("lacks the key \"frame\"");
-    }
-    return animation;
-}
 
 ControllerSpec readController(const JsonNode& node) {
     static constexpr std::array<std::string_view, 2> keys{"name", "declarative"};
@@ -67,84 +24,7 @@ ControllerSpec readController(const JsonNode& node) {
     return controller;
 }
 
-/// Reads the member `key`, if there is one, with `read`.
-template <class Result, class Read>
-void readInto(Result& result, const JsonNode& node, std::string_view key, Read read) {
-    if (const auto value = node.find(key)) {
-        result = read(*value);
-    }
-}
-
-/// The same; null takes the thing away.
-template <class T, class Read>
-void readClearable(Clearable<T>& result, const JsonNode& node, std::string_view key, Read read) {
-    readInto(result, node, key, [&read](const JsonNode& value) -> std::optional<T> {
-        return value.isNull() ? std::nullopt : std::optional<T>(read(value));
-    });
-}
-
-int hexDigit(char character) {
-    if (character >= '0' && character <= '9') {
-        return character - '0';
-    }
-    if (character >= 'a' && character <= 'f') {
-        return character - 'a' + 10;
-    }
-    return character >= 'A' && character <= 'F' ? character - 'A' + 10 : -1;
-}
-
 }  // namespace
-
-Color readColor(const JsonNode& node) {
-    static const std::string complaint = R"(must be a colour such as "#3366ff" or "#3366ff80")";
-    const std::string text = node.isText() ? node.text() : std::string();
-    if ((text.size() != 7 && text.size() != 9) || text[0] != '#') {
-        node.fail(complaint);
-    }
-    std::array<double, 4> channels{0, 0, 0, 1};
-    for (std::size_t index = 1; index < text.size(); index += 2) {
-        const int high = hexDigit(text[index]);
-        const int low = hexDigit(text[index + 1]);
-        if (high < 0 || low < 0) {
-            node.fail(complaint);
-        }
-        channels.at(index / 2) = (high * 16 + low) / 255.0;
-    }
-    return {channels[0], channels[1], channels[2], channels[3]};
-}
-
-ImageSource ViewReader::readImage(const JsonNode& node) const {
-    const std::string text = node.name();
-    if (text.starts_with('#')) {
-        return readColor(node);
-    }
-    const std::filesystem::path path(text);
-    if (path.is_absolute()) {
-        node.fail("must be a path relative to the scenario file");
-    }
-    return folder_ / path;
-}
-
-ViewSettings ViewReader::readSettings(const JsonNode& node) const {
-    ViewSettings settings;
-    const auto boolean = [](const JsonNode& value) { return value.boolean(); };
-    readInto(settings.frame, node, "frame", readFrame);
-    readClearable(settings.background, node, "background", readColor);
-    readClearable(settings.color, node, "color", readColor);
-    readClearable(settings.border, node, "border", readBorder);
-    readInto(settings.cornerRadius, node, "cornerRadius",
-             [](const JsonNode& value) { return value.number(0, farthest); });
-    readInto(settings.opacity, node, "opacity", [](const JsonNode& value) { return value.number(0, 1); });
-    readInto(settings.hidden, node, "hidden", boolean);
-    readInto(settings.clips, node, "clips", boolean);
-    readClearable(settings.text, node, "text", [](const JsonNode& value) { return value.text(); });
-    readClearable(settings.font, node, "font", readFont);
-    readInto(settings.alignment, node, "alignment", readAlignment);
-    readInto(settings.firstResponder, node, "firstResponder", boolean);
-    readClearable(settings.image, node, "image", [this](const JsonNode& value) { return readImage(value); });
-    readClearable(settings.animated, node, "animated", readAnimation);
-    return settings;
-}
 
 std::vector<ViewSpec> ViewReader::readViews(const JsonNode& list) {
     std::vector<ViewSpec> views;
@@ -159,9 +39,6 @@ ViewSpec ViewReader::readView(const JsonNode& node) {
     if (++viewCount_ > mostViews) {
         node.fail("is one view too many; a scenario has at most " + std::to_string(mostViews));
     }
-    if (const auto reactions = node.find("onTap")) {
-        reactions->fail("touches are not supported yet");
-    }
     ViewSpec view;
     view.path = node.path();
     if (const auto id = node.find("id")) {
@@ -170,12 +47,19 @@ ViewSpec ViewReader::readView(const JsonNode& node) {
             id->fail("is used by another view, too");
         }
     }
-    readInto(view.viewClass, node, "class", [](const JsonNode& value) { return value.name(); });
-    view.settings = readSettings(node);
+    if (const auto viewClass = node.find("class")) {
+        view.viewClass = viewClass->name();
+    }
+    view.settings = settings_.read(node);
     if (!view.settings.frame) {
         node.fail("lacks the key \"frame\"");
     }
-    readInto(view.controller, node, "controller", readController);
+    if (const auto controller = node.find("controller")) {
+        view.controller = readController(*controller);
+    }
+    if (const auto reactions = node.find("onTap")) {
+        view.onTap = readReactions(*reactions, settings_);
+    }
     if (const auto subviews = node.find("subviews")) {
         view.subviews = readViews(*subviews);
     }
