@@ -1,29 +1,11 @@
 // The scenario files that come with the project, and files and options that are none.
 #include <algorithm>
-#include <filesystem>
 
 #include "endtoend/support/EndToEnd.hpp"
 
 namespace mireth::endtoend {
 
 namespace {
-
-std::vector<std::string> exampleNames() {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(MIRETH_EXAMPLE_SCENARIOS)) {
-        if (entry.path().extension() == ".json") {
-            names.push_back(entry.path().stem().native());
-        }
-    }
-    std::ranges::sort(names);
-    return names;
-}
-
-std::string asTestName(const testing::TestParamInfo<std::string>& info) {
-    std::string name = info.param;
-    std::ranges::replace(name, '-', '_');
-    return name;
-}
 
 class EndToEndExamples : public EndToEnd, public testing::WithParamInterface<std::string> {};
 

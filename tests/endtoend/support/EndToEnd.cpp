@@ -2,12 +2,32 @@
 
 #include <stdlib.h>
 
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
 #include <utility>
 
 namespace mireth::endtoend {
+
+namespace {
+
+/// The files below examples/scenarios whose names end so, relative and without that end, sorted.
+std::vector<std::string> exampleFiles(const std::string& end) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(MIRETH_EXAMPLE_SCENARIOS)) {
+        const std::string name = entry.path().lexically_relative(MIRETH_EXAMPLE_SCENARIOS).native();
+        if (name.ends_with(end)) {
+            names.push_back(name.substr(0, name.size() - end.size()));
+        }
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+}  // namespace
 
 EndToEnd::EndToEnd() {
     // Log hosts below 127.0.0.1 have no address; where no name server says so, waiting for it is to be short.
@@ -40,8 +60,28 @@ PhoneRun EndToEnd::play(const Json& scenario, const std::string& origin, PhoneSe
     return playFile(file, origin, std::move(settings));
 }
 
+std::vector<std::string> exampleNames() {
+    auto names = exampleFiles(".json");
+    std::erase_if(names, [](const std::string& name) { return name.ends_with(".timeline"); });
+    return names;
+}
+
+std::vector<std::string> exampleTimelineNames() {
+    return exampleFiles(".timeline.json");
+}
+
+std::string asTestName(const testing::TestParamInfo<std::string>& info) {
+    std::string name = info.param;
+    std::ranges::replace_if(name, [](unsigned char letter) { return std::isalnum(letter) == 0; }, '_');
+    return name;
+}
+
 std::string exampleScenario(const std::string& name) {
     return MIRETH_EXAMPLE_SCENARIOS "/" + name + ".json";
+}
+
+Json exampleTimeline(const std::string& name) {
+    return readJson(MIRETH_EXAMPLE_SCENARIOS "/" + name + ".timeline.json");
 }
 
 Json testScenario(const std::string& name) {

@@ -47,8 +47,16 @@ class EndToEnd : public testing::Test {
     int scenarios_ = 0;
 };
 
+/// The names of all example scenarios, such as "signals/dead-tap".
+std::vector<std::string> exampleNames();
+/// Of those that have their expected timeline beside them.
+std::vector<std::string> exampleTimelineNames();
+/// For a test that has such a name as its parameter.
+std::string asTestName(const testing::TestParamInfo<std::string>& info);
 /// examples/scenarios/NAME.json.
 std::string exampleScenario(const std::string& name);
+/// examples/scenarios/NAME.timeline.json, read.
+Json exampleTimeline(const std::string& name);
 /// tests/endtoend/scenarios/NAME.json, read.
 Json testScenario(const std::string& name);
 /// One grey screen and these steps.
