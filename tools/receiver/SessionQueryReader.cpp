@@ -53,9 +53,9 @@ class Reader {
         if (!value) {
             return std::nullopt;
         }
-        for (const auto& [name, signal] : {std::pair{"tap", Signal::tap}, std::pair{"rageTap", Signal::rageTap},
-                                           std::pair{"deadTap", Signal::deadTap},
-                                           std::pair{"errorTap", Signal::errorTap}}) {
+        for (const auto& [name, signal] :
+             {std::pair{"tap", Signal::tap}, std::pair{"rageTap", Signal::rageTap},
+              std::pair{"deadTap", Signal::deadTap}, std::pair{"errorTap", Signal::errorTap}}) {
             if (*value == name) {
                 return signal;
             }

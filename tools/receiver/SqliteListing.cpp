@@ -54,10 +54,9 @@ std::string conditions(const SessionQuery& query) {
     std::string sql = " WHERE place < ? AND place >= ?";
     sql += query.projectId ? " AND projectId = ?" : "";
     sql += query.signal ? conditionOf(*query.signal) : "";
-    sql += query.screen
-               ? " AND EXISTS (SELECT 1 FROM sessionText WHERE place = session.place AND textId ="
-                 " (SELECT id FROM text WHERE kind = 0 AND value = ?))"
-               : "";
+    sql += query.screen ? " AND EXISTS (SELECT 1 FROM sessionText WHERE place = session.place AND textId ="
+                          " (SELECT id FROM text WHERE kind = 0 AND value = ?))"
+                        : "";
     sql += query.text ? " AND EXISTS (SELECT 1 FROM sessionText JOIN text ON text.id = textId"
                         " WHERE place = session.place AND value LIKE ? ESCAPE '\\')"
                       : "";
@@ -85,9 +84,9 @@ std::vector<std::string> SqliteStore::screensOf(std::int64_t place) const {
 
 Stored<SessionPage> SqliteStore::list(const SessionQuery& query) {
     return reading("cannot list the sessions", [&] {
-        auto row = reader_.prepare(std::string("SELECT ") + sessionColumns + sumColumns +
-                                   ", place FROM session" + indexFor(query) + conditions(query) +
-                                   " ORDER BY place DESC LIMIT ?");
+        auto row =
+            reader_.prepare(std::string("SELECT ") + sessionColumns + sumColumns + ", place FROM session" +
+                            indexFor(query) + conditions(query) + " ORDER BY place DESC LIMIT ?");
         row.bind(std::min(query.before.value_or(INT64_MAX), placeAt(query.toMillis.value_or(INT64_MAX))))
             .bind(placeAt(query.fromMillis.value_or(INT64_MIN)));
         if (query.projectId) {

@@ -202,8 +202,7 @@ Stored<bool> SqliteStore::addLogLine(const LogLine& line, std::int64_t mostLines
         const bool room = count.whole(0) < mostLines;
         if (room) {
             database_
-                .prepare(
-                    "INSERT INTO logLine(place, receivedMillis, levelName, message) VALUES (?, ?, ?, ?)")
+                .prepare("INSERT INTO logLine(place, receivedMillis, levelName, message) VALUES (?, ?, ?, ?)")
                 .bind(place)
                 .bind(line.receivedMillis)
                 .bind(line.levelName)

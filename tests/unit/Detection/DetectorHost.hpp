@@ -25,7 +25,8 @@ struct Seen {
 };
 
 inline std::ostream& operator<<(std::ostream& out, const Seen& seen) {
-    return out << seen.key << " at " << seen.timestamp << " (" << seen.target.x << ", " << seen.target.y << ")";
+    return out << seen.key << " at " << seen.timestamp << " (" << seen.target.x << ", " << seen.target.y
+               << ")";
 }
 
 /// The wall clock stands at 1 s. Nothing is started.

@@ -14,14 +14,13 @@ struct DetectorLifetime : test::DetectorHost {
     /// Calls `react` on the first line of `tag` with `text` in it.
     void onLine(LogTag tag, const std::string& text, std::function<void()> react) {
         capture.log().setAllowedTags({LogTag::gesture, LogTag::signal});
-        capture.log().addLogListener(
-            [tag, text, react = std::move(react), done = false](LogTag seenTag, LogLevel,
-                                                                 const std::string& line) mutable {
-                if (!done && seenTag == tag && line.find(text) != std::string::npos) {
-                    done = true;
-                    react();
-                }
-            });
+        capture.log().addLogListener([tag, text, react = std::move(react), done = false](
+                                         LogTag seenTag, LogLevel, const std::string& line) mutable {
+            if (!done && seenTag == tag && line.find(text) != std::string::npos) {
+                done = true;
+                react();
+            }
+        });
     }
 };
 

@@ -108,12 +108,11 @@ TEST_F(Observer, TheAppsRecognisersAndViewsKeepTheirTouchesInWhicheverOrder) {
 }
 
 TEST_F(Observer, ASubscriberMayDropTheObserverWhileItSends) {
-    subscriptions.push_back(
-        observer->touchesBegan().sink([this](const GestureRecognizerObserver::Gesture&) {
-            window->removeGestureRecognizer(observer);
-            observer.reset();
-            heard.emplace_back("first");
-        }));
+    subscriptions.push_back(observer->touchesBegan().sink([this](const GestureRecognizerObserver::Gesture&) {
+        window->removeGestureRecognizer(observer);
+        observer.reset();
+        heard.emplace_back("first");
+    }));
     subscriptions.push_back(observer->touchesBegan().sink(
         [this](const GestureRecognizerObserver::Gesture&) { heard.emplace_back("second"); }));
     window->addGestureRecognizer(observer);

@@ -97,8 +97,8 @@ TEST_F(Recogniser, ATouchThatMovesIsUndefinedWhateverItsTapCount) {
         finger.moveTo({10, 20});
         finger.end();
     }
-    EXPECT_THAT(gestures, ElementsAre(GestureEvent::undefined(), GestureEvent::undefined(),
-                                      GestureEvent::undefined()));
+    EXPECT_THAT(gestures,
+                ElementsAre(GestureEvent::undefined(), GestureEvent::undefined(), GestureEvent::undefined()));
     capture.expectLines({});
 }
 
@@ -168,7 +168,8 @@ TEST_F(Recogniser, TouchesOfOneEventAreHandledInTheirOrder) {
     ended[1].timestamp = 1;
     window->sendEvent({1, began});
     window->sendEvent({2, ended});
-    EXPECT_THAT(gestures, ElementsAre(GestureEvent::tap({0, 0, 2000}, {}), GestureEvent::tap({0, 0, 1000}, {})));
+    EXPECT_THAT(gestures,
+                ElementsAre(GestureEvent::tap({0, 0, 2000}, {}), GestureEvent::tap({0, 0, 1000}, {})));
 }
 
 TEST_F(Recogniser, ATapOnAViewThatIsGoneCarriesNoView) {
