@@ -23,7 +23,7 @@ class LogErrorInbox::Turn {
 
     void operator()() {
         if (const auto inbox = std::exchange(inbox_, {}).lock()) {
-            inbox->drain();
+            inbox->takeTurn();
         }
     }
 
@@ -36,30 +36,44 @@ LogErrorInbox::LogErrorInbox(std::shared_ptr<platform::MainQueue> mainQueue, Han
 
 void LogErrorInbox::add(LogErrorData error) {
     if (mainQueue_->isCurrent()) {
-        // The handler may bring the end of whoever owns this.
         const auto self = shared_from_this();
         drain();
         handler_(error);
         return;
     }
-    bool isFirst = false;
+    bool needsTurn = false;
     {
         const std::lock_guard lock(mutex_);
-        isFirst = waiting_.empty();
         waiting_.push_back(std::move(error));
+        needsTurn = !std::exchange(isTurnDue_, true);
     }
-    if (isFirst) {
+    if (needsTurn) {
         mainQueue_->post(Turn(weak_from_this()));
     }
 }
 
+void LogErrorInbox::takeTurn() {
+    {
+        const std::lock_guard lock(mutex_);
+        if (waiting_.empty() && beingHandled_.empty()) {
+            isTurnDue_ = false;
+            return;
+        }
+    }
+    // Before anything is handled, so that it comes whatever the handler throws.
+    mainQueue_->postAfter(interval, Turn(weak_from_this()));
+    drain();
+}
+
 void LogErrorInbox::drain() {
+    // The handler may bring the end of whoever owns this.
+    const auto self = shared_from_this();
     {
         const std::lock_guard lock(mutex_);
         if (beingHandled_.empty()) {
             beingHandled_.swap(waiting_);
         } else {
-            // The handler has logged an error itself: what came before it goes first.
+            // This is called by the handler, or after one that threw: what came before goes first.
             std::ranges::move(waiting_, std::back_inserter(beingHandled_));
             waiting_.clear();
         }
@@ -74,6 +88,7 @@ void LogErrorInbox::drain() {
 void LogErrorInbox::clear() noexcept {
     std::deque<LogErrorData> dropped;
     const std::lock_guard lock(mutex_);
+    isTurnDue_ = false;
     dropped.swap(waiting_);
 }
 

@@ -11,26 +11,33 @@
 
 namespace mireth {
 
-/// Costs a logging thread little: it takes a lock for as long as one entry is moved, and troubles the main
-/// queue only when nothing waits yet. Always owned by std::shared_ptr; what waits when the last one goes, or
-/// when the main queue drops what it was given, is dropped.
+/// Costs a logging thread little. It holds a lock while one entry is moved; and waking the main thread, which
+/// costs a hundred times as much, is left to the first error of many: main looks again by itself as long as
+/// it finds something. Always owned by std::shared_ptr; what waits when the last one goes, or when the main
+/// queue drops what it was given, is dropped.
 class LogErrorInbox : public std::enable_shared_from_this<LogErrorInbox> {
   public:
     using Handler = std::function<void(const LogErrorData&)>;
+
+    /// Between two looks.
+    static constexpr platform::Seconds interval{0.005};
 
     /// `handler` is called on main, once for each error, with no lock held. It may add errors itself.
     LogErrorInbox(std::shared_ptr<platform::MainQueue> mainQueue, Handler handler);
 
     /// Takes an error. On main it is handled before this returns, after all that wait; elsewhere in a later
-    /// turn of the main queue. What one thread adds keeps its order. Any thread.
+    /// turn of the main queue, an interval later at the most. What one thread adds keeps its order. Any
+    /// thread.
     void add(LogErrorData error);
+
+    /// Handles what waits now, and not what is added meanwhile: threads that log without end cannot keep main
+    /// here. Main thread.
+    void drain();
 
   private:
     class Turn;
 
-    /// Handles what waits now. What is added meanwhile gets a turn of its own, so that threads which log
-    /// without end cannot keep main here.
-    void drain();
+    void takeTurn();
     void clear() noexcept;
 
     const std::shared_ptr<platform::MainQueue> mainQueue_;
@@ -41,6 +48,7 @@ class LogErrorInbox : public std::enable_shared_from_this<LogErrorInbox> {
 
     std::mutex mutex_;
     std::deque<LogErrorData> waiting_;  // guarded by mutex_
+    bool isTurnDue_ = false;            // guarded by mutex_; the main queue has been given a turn
 };
 
 }  // namespace mireth

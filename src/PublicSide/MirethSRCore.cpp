@@ -89,6 +89,7 @@ InitializationResult MirethSRCore::initializeProject(const std::string& brandId,
 }
 
 Async<SessionStartResult> MirethSRCore::startRecording(VexConfiguration vexConfiguration) {
+    logErrorInbox_->drain();
     if (!orchestrator_) {
         log_.error(LogTag::lifecycle, "Unable to start recording. Orchestrator is nil",
                    {{"errorDetails", "initializeProject has not succeeded."}});
@@ -99,16 +100,19 @@ Async<SessionStartResult> MirethSRCore::startRecording(VexConfiguration vexConfi
 }
 
 SessionPauseResult MirethSRCore::pauseRecording() {
+    logErrorInbox_->drain();
     const auto orchestrator = orchestrator_;
     return orchestrator ? orchestrator->pauseRecording() : SessionPauseResult::notInitialized;
 }
 
 SessionResumeResult MirethSRCore::resumeRecording() {
+    logErrorInbox_->drain();
     const auto orchestrator = orchestrator_;
     return orchestrator ? orchestrator->resumeRecording() : SessionResumeResult::notInitialized;
 }
 
 Async<SessionCloseResult> MirethSRCore::stopRecording() {
+    logErrorInbox_->drain();
     if (!orchestrator_) {
         return resolved(SessionCloseResult::of(SessionCloseResult::Kind::notInitialized));
     }
@@ -150,6 +154,7 @@ void MirethSRCore::reportScreenChange(const std::vector<ScreenHierarchyElement>&
 }
 
 void MirethSRCore::reset() {
+    logErrorInbox_->drain();
     if (orchestrator_) {
         orchestrator_->abandon();
     }

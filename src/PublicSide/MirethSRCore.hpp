@@ -100,6 +100,8 @@ class MirethSRCore {
     const OrchestratorClass orchestratorClass_;
     /// Lets work that was posted to the main thread, and callbacks, find out that this object is gone.
     const std::shared_ptr<MirethSRCore*> self_ = std::make_shared<MirethSRCore*>(this);
+    /// Drained before a call changes the session's state: errors that other threads logged before the call
+    /// belong to the state before it.
     const std::shared_ptr<LogErrorInbox> logErrorInbox_ = makeLogErrorInbox();
     /// One for every project: the application's screens are intercepted once.
     const std::shared_ptr<AppearanceDetection> appearanceDetection_;
