@@ -15,6 +15,16 @@ void applyMask(platform::Layer& layer) {
     layer.appearance.cornerRadius = maskCornerRadius;
 }
 
+std::shared_ptr<platform::Layer> makeMaskBlock(const platform::Layer& source) {
+    auto block = std::make_shared<platform::Layer>();
+    block->geometry = source.geometry;
+    // A frame follows from bounds, position, anchor point and transform together: without the transform the
+    // block of a turned or enlarged view would lie beside what it stands for.
+    block->transform.transform = source.transform.transform;
+    applyMask(*block);
+    return block;
+}
+
 void flushContent(platform::Layer& layer) noexcept {
     layer.content = {};
 }

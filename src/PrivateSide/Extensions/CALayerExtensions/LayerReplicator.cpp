@@ -1,6 +1,5 @@
 #include "PrivateSide/Extensions/CALayerExtensions/LayerReplicator.hpp"
 
-#include <algorithm>
 #include <utility>
 
 #include "MirethVex/Platform/ImageView.hpp"
@@ -13,17 +12,6 @@ using platform::Layer;
 using platform::View;
 
 namespace {
-
-/// A layer where the view is, showing nothing but a mask. A frame follows from bounds, position, anchor point
-/// and transform together: without the transform the block of a turned or enlarged view would lie beside
-/// what it stands for.
-std::shared_ptr<Layer> makeMaskBlock(const Layer& source) {
-    auto block = std::make_shared<Layer>();
-    block->geometry = source.geometry;
-    block->transform.transform = source.transform.transform;
-    applyMask(*block);
-    return block;
-}
 
 std::shared_ptr<Layer> copyProperties(const Layer& source) {
     auto copy = std::make_shared<Layer>();
@@ -59,7 +47,7 @@ class LayerReplicator::Walk {
         // Held while it is read: the next call on the view may put another in its place.
         const auto presentation = withEnabledAnimations_ ? view.presentationLayer() : nullptr;
         const Layer& source = presentation != nullptr ? *presentation : view.layer();
-        if (isEndless(view) || isMasked(view, declarative)) {
+        if (walk_.isEndless(view) || isMasked(view, declarative)) {
             return makeMaskBlock(source);
         }
         auto layer = copyProperties(source);
@@ -71,11 +59,6 @@ class LayerReplicator::Walk {
     }
 
   private:
-    bool isEndless(const View& view) {
-        return ancestors_.size() >= maxDepth || viewsSeen_++ >= maxViews ||
-               std::ranges::find(ancestors_, &view) != ancestors_.end();
-    }
-
     /// `declarative` is brought up to the view's own controller, if it has one.
     bool isMasked(const View& view, bool& declarative) {
         if (!withEnabledMasking_) {
@@ -92,27 +75,17 @@ class LayerReplicator::Walk {
     }
 
     void addSubviews(const View& view, Layer& layer, bool declarative) {
-        // A list of our own: a subview that is built while it is asked may change its superview's.
-        const auto& live = view.subviews();
-        const std::vector<std::shared_ptr<View>> subviews(live.begin(), live.end());
-        if (subviews.empty()) {
-            return;
+        const ViewTreeWalk::Level level(walk_, view);
+        layer.reserveSublayers(level.subviews().size());
+        for (const auto& subview : level.subviews()) {
+            layer.addSublayer(copy(*subview, declarative));
         }
-        layer.reserveSublayers(subviews.size());
-        ancestors_.push_back(&view);
-        for (const auto& subview : subviews) {
-            if (subview != nullptr) {
-                layer.addSublayer(copy(*subview, declarative));
-            }
-        }
-        ancestors_.pop_back();
     }
 
     ViewMasking& masking_;
     const bool withEnabledMasking_;
     const bool withEnabledAnimations_;
-    std::vector<const View*> ancestors_;
-    std::size_t viewsSeen_ = 0;
+    ViewTreeWalk walk_;
 };
 
 LayerReplicator::LayerReplicator(std::vector<const platform::ViewClass*> additionalViewTypesToMask)

@@ -8,6 +8,7 @@
 #include "MirethVex/Platform/Layer.hpp"
 #include "MirethVex/Platform/View.hpp"
 #include "PrivateSide/Extensions/CALayerExtensions/ViewMasking.hpp"
+#include "PrivateSide/Extensions/CALayerExtensions/ViewTreeWalk.hpp"
 
 namespace mireth {
 
@@ -15,12 +16,11 @@ namespace mireth {
 /// serves many copies, and knows each view class after the first.
 ///
 /// The views' virtual functions may build what they return, change the tree around them, or throw; what they
-/// throw reaches the caller, who then has no copy at all. Trees that never end are cut off: a view that is
-/// its own ancestor, lies deeper than `maxDepth`, or comes after `maxViews` others is a mask block.
+/// throw reaches the caller, who then has no copy at all. Trees that never end are cut off where
+/// `ViewTreeWalk` says so, by a mask block.
 class LayerReplicator {
   public:
-    static constexpr std::size_t maxDepth = 1000;
-    static constexpr std::size_t maxViews = 50'000;
+    static constexpr std::size_t maxDepth = ViewTreeWalk::maxDepth;
 
     /// `additionalViewTypesToMask`: classes masked beside the built-in ones; null entries are ignored.
     explicit LayerReplicator(std::vector<const platform::ViewClass*> additionalViewTypesToMask = {});
