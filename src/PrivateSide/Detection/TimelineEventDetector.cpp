@@ -13,11 +13,16 @@ TimelineEventDetector::TimelineEventDetector(MirethLog& log, const std::shared_p
       mirethGestureRecognizer_(std::move(gestureRecognizer)),
       errorTapSignalListener_(log, *mirethGestureRecognizer_, errorSignalPublisher_,
                               environment.currentTimeProvider),
+      deadTapListener_(
+          log, *mirethGestureRecognizer_,
+          std::make_shared<ViewAnalyzer>(log, ViewContentComparator(window), LayerComparator(window),
+                                         environment.mainQueue, environment.devicePerformanceEvaluator)),
       rageTapSignalListener_(log, *mirethGestureRecognizer_),
       tapInteractionListener_(log, *mirethGestureRecognizer_),
       delivery_(std::make_shared<Delivery>(log)),
       memoryUse_(log, "PrivateSide/Detection/TimelineEventDetector") {
     deliver(errorTapSignalListener_.signalData());
+    deliver(deadTapListener_.signalData());
     deliver(rageTapSignalListener_.signalData());
     deliver(tapInteractionListener_.interactionData());
 }

@@ -16,6 +16,7 @@
 #include "PrivateSide/Detection/Core/MirethGestureRecognizer.hpp"
 #include "PrivateSide/Detection/Interactions/TapInteractionListener.hpp"
 #include "PrivateSide/Detection/Navigation/NavigationChangeListener.hpp"
+#include "PrivateSide/Detection/Signals/SignalListeners/DeadTapListener.hpp"
 #include "PrivateSide/Detection/Signals/SignalListeners/ErrorTapSignalListener.hpp"
 #include "PrivateSide/Detection/Signals/SignalListeners/RageTapSignalListener.hpp"
 #include "PrivateSide/Detection/Signals/SignalPublishers/ErrorSignalPublisher.hpp"
@@ -94,6 +95,7 @@ class TimelineEventDetector {
     // The signals listen before the interaction does: a tap that is being recorded may make the app report
     // an error, which has to find the tap.
     const ErrorTapSignalListener errorTapSignalListener_;
+    const DeadTapListener deadTapListener_;
     const RageTapSignalListener rageTapSignalListener_;
     const TapInteractionListener tapInteractionListener_;
     const std::shared_ptr<Delivery> delivery_;

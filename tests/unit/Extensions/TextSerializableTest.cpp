@@ -45,15 +45,16 @@ TEST(TextSerializable, PointSizesKeepTheirFraction) {
     EXPECT_NE(serialize(label).find("Font: F, -3.0|"), std::string::npos);
 }
 
-TEST(TextSerializable, ViewsWithoutTextHaveNoTextForm) {
-    EXPECT_EQ(serialize(platform::View()), std::nullopt);
-    EXPECT_EQ(serialize(platform::ImageView()), std::nullopt);
+TEST(TextSerializable, TheTextFormOfAnyViewIsAppendedIfItHasOne) {
+    std::string text = "before";
+    EXPECT_FALSE(appendSerialized(text, platform::View()));
+    EXPECT_FALSE(appendSerialized(text, platform::ImageView()));
+    EXPECT_EQ(text, "before");
     const Label label;
-    const platform::View& asView = label;
-    EXPECT_EQ(serialize(asView), serialize(label));
     const TextField field;
-    const platform::View& fieldAsView = field;
-    EXPECT_EQ(serialize(fieldAsView), serialize(field));
+    EXPECT_TRUE(appendSerialized(text, label));
+    EXPECT_TRUE(appendSerialized(text, field));
+    EXPECT_EQ(text, "before" + serialize(label) + serialize(field));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "PrivateSide/Extensions/CALayerExtensions/TextSerializable.hpp"
 
+#include <optional>
 #include <string_view>
 
 #include "Base/DecimalText.hpp"
@@ -10,49 +11,59 @@ namespace {
 
 constexpr std::string_view separator = "|\n";
 
-std::string orNil(const std::optional<std::string>& text) {
-    return text.value_or("nil");
+std::string_view orNil(const std::optional<std::string>& text) {
+    return text ? std::string_view(*text) : std::string_view("nil");
 }
 
-std::string textLine(const platform::TextContent& content) {
-    return "    Text: " + orNil(content.text) + ", " + orNil(content.attributedText);
+void appendFont(std::string& text, const std::optional<platform::Font>& font) {
+    if (!font) {
+        text.append("nil, nil");
+        return;
+    }
+    text.append(font->name).append(", ").append(decimalText(font->pointSize));
 }
 
-std::string fontLine(const platform::TextContent& content) {
-    return content.font ? "    Font: " + content.font->name + ", " + decimalText(content.font->pointSize)
-                        : "    Font: nil, nil";
+void append(std::string& text, const platform::TextContent& content) {
+    text.append("    Text: ").append(orNil(content.text)).append(", ").append(orNil(content.attributedText));
+    text.append(separator).append("    Font: ");
+    appendFont(text, content.font);
+    text.append(separator).append("    TextAlignment: ");
+    text.append(std::to_string(static_cast<int>(content.alignment)));
 }
 
-std::string alignmentLine(const platform::TextContent& content) {
-    return "    TextAlignment: " + std::to_string(static_cast<int>(content.alignment));
+void append(std::string& text, const platform::Label& label) {
+    append(text, label.content);
 }
 
-std::string lines(const platform::TextContent& content) {
-    std::string text = textLine(content);
-    text.append(separator).append(fontLine(content)).append(separator).append(alignmentLine(content));
-    return text;
+void append(std::string& text, const platform::TextInputView& input) {
+    append(text, input.content);
+    text.append(separator).append("    IsFirstResponder: ").append(input.isFirstResponder ? "true" : "false");
 }
 
 }  // namespace
 
 std::string serialize(const platform::Label& label) {
-    return lines(label.content);
-}
-
-std::string serialize(const platform::TextInputView& input) {
-    std::string text = lines(input.content);
-    text.append(separator).append("    IsFirstResponder: ").append(input.isFirstResponder ? "true" : "false");
+    std::string text;
+    append(text, label);
     return text;
 }
 
-std::optional<std::string> serialize(const platform::View& view) {
+std::string serialize(const platform::TextInputView& input) {
+    std::string text;
+    append(text, input);
+    return text;
+}
+
+bool appendSerialized(std::string& text, const platform::View& view) {
     if (const auto* label = dynamic_cast<const platform::Label*>(&view)) {
-        return serialize(*label);
+        append(text, *label);
+        return true;
     }
     if (const auto* input = dynamic_cast<const platform::TextInputView*>(&view)) {
-        return serialize(*input);
+        append(text, *input);
+        return true;
     }
-    return std::nullopt;
+    return false;
 }
 
 }  // namespace mireth

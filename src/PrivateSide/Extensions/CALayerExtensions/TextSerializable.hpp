@@ -1,7 +1,6 @@
 // The text form of views that bear text; view comparison looks for changes in it.
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "MirethVex/Platform/TextViews.hpp"
@@ -13,7 +12,7 @@ std::string serialize(const platform::Label& label);
 /// For text fields and text views; has a fourth line, which says who has the keyboard.
 std::string serialize(const platform::TextInputView& input);
 
-/// The text form of a label, a text field or a text view; nothing for other views.
-std::optional<std::string> serialize(const platform::View& view);
+/// Appends the text form of a label, a text field or a text view. False for other views, which have none.
+bool appendSerialized(std::string& text, const platform::View& view);
 
 }  // namespace mireth

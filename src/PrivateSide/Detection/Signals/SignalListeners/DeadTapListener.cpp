@@ -1,0 +1,46 @@
+#include "PrivateSide/Detection/Signals/SignalListeners/DeadTapListener.hpp"
+
+#include <utility>
+
+namespace mireth {
+
+namespace {
+
+DeadTapSignalData toDeadTapSignalData(const TouchData& touchData) {
+    return {touchData.eventTime, touchData.target()};
+}
+
+}  // namespace
+
+DeadTapListener::DeadTapListener(MirethLog& log, const MirethGestureRecognizer& mirethGestureRecognizer,
+                                 std::shared_ptr<ViewAnalyzer> viewAnalyzer)
+    : viewAnalyzer_(std::move(viewAnalyzer)),
+      signalData_(std::make_shared<SignalData>()),
+      recognizedGestureSubscription_(
+          mirethGestureRecognizer.recognizedGestures()
+              .filter([](const GestureEvent& gesture) { return gesture.isSingleTap(); })
+              .sink([&log, analyzer = std::weak_ptr(viewAnalyzer_),
+                     signalData = std::weak_ptr(signalData_)](const GestureEvent& gesture) {
+                  if (const auto strong = analyzer.lock()) {
+                      handleGesture(log, *strong, signalData, gesture);
+                  }
+              })),
+      memoryUse_(log, "PrivateSide/Detection/Signals/SignalListeners/DeadTapListener") {}
+
+void DeadTapListener::handleGesture(MirethLog& log, ViewAnalyzer& viewAnalyzer,
+                                    const std::weak_ptr<SignalData>& signalData,
+                                    const GestureEvent& gesture) {
+    viewAnalyzer.analyzeView([&log, signalData, gesture](const ViewAnalyzer::ComparisonResult& result) {
+        using Kind = ViewAnalyzer::ComparisonResult::Kind;
+        if (result.kind == Kind::error) {
+            log.error(LogTag::signal, "Error during analysis: " + result.message);
+            return;
+        }
+        const auto published = signalData.lock();
+        if (result.kind == Kind::equal && published && gesture.getTouchData()) {
+            *published = toDeadTapSignalData(*gesture.getTouchData());
+        }
+    });
+}
+
+}  // namespace mireth

@@ -1,0 +1,41 @@
+// Turns a single tap after which nothing on screen changes into a dead tap.
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "MirethVex/Base/AnyCancellable.hpp"
+#include "MirethVex/Base/Published.hpp"
+#include "PrivateSide/Collection/Timeline/SignalData.hpp"
+#include "PrivateSide/Detection/Core/MirethGestureRecognizer.hpp"
+#include "PrivateSide/Detection/Signals/ViewComparison/ViewAnalyzer.hpp"
+#include "PrivateSide/Logger/MirethLog.hpp"
+
+namespace mireth {
+
+/// Main thread. Listens from construction to destruction. Taps are judged each on its own, in the order in
+/// which they happened, when the analyzer's wait is over; what is found after this object is gone is dropped.
+/// An analysis that fails is logged.
+class DeadTapListener {
+  public:
+    DeadTapListener(MirethLog& log, const MirethGestureRecognizer& mirethGestureRecognizer,
+                    std::shared_ptr<ViewAnalyzer> viewAnalyzer);
+
+    /// The last dead tap; nothing before the first.
+    AnyPublisher<std::optional<DeadTapSignalData>> signalData() const {
+        return signalData_->eraseToAnyPublisher();
+    }
+
+  private:
+    using SignalData = Published<std::optional<DeadTapSignalData>>;
+
+    static void handleGesture(MirethLog& log, ViewAnalyzer& viewAnalyzer,
+                              const std::weak_ptr<SignalData>& signalData, const GestureEvent& gesture);
+
+    const std::shared_ptr<ViewAnalyzer> viewAnalyzer_;
+    const std::shared_ptr<SignalData> signalData_;
+    AnyCancellable recognizedGestureSubscription_;
+    const MemoryUseLines memoryUse_;
+};
+
+}  // namespace mireth
