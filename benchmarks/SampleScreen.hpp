@@ -67,7 +67,10 @@ inline std::shared_ptr<platform::Window> makeScreen(std::size_t views, double sh
                 imageView->setImage(picture);
                 view = imageView;
             } else if (part < 3) {
-                view = std::make_shared<platform::Label>();
+                const auto label = std::make_shared<platform::Label>();
+                label->content.text = part == 1 ? "A title of average length" : "19.99";
+                label->content.font = platform::Font{"Helvetica", 15};
+                view = label;
             } else {
                 view = std::make_shared<platform::View>();
             }
