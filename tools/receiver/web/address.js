@@ -1,0 +1,51 @@
+// The page's own addresses: "/" is the list, its filters are in the query; "/sessions/ID#t=SECONDS" is a replay.
+
+export const filterNames = ['text', 'project', 'screen', 'signal', 'from', 'to'];
+
+/** `{session, filters}`; `session` is null on the list. */
+export function readAddress(location) {
+    const query = new URLSearchParams(location.search);
+    const filters = {};
+    for (const name of filterNames) {
+        const value = query.get(name);
+        if (value) {
+            filters[name] = value;
+        }
+    }
+    const match = /^\/sessions\/([^/]+)\/?$/.exec(location.pathname);
+    return { session: match ? decoded(match[1]) : null, filters };
+}
+
+function decoded(segment) {
+    try {
+        return decodeURIComponent(segment);
+    } catch {
+        return segment;
+    }
+}
+
+/** The seconds of "#t=12.5", or null. */
+export function secondOf(hash) {
+    const value = new URLSearchParams(hash.replace(/^#/, '')).get('t');
+    const seconds = value === null || value === '' ? NaN : Number(value);
+    return Number.isFinite(seconds) && seconds >= 0 ? seconds : null;
+}
+
+export function hashAt(seconds) {
+    return `#t=${Math.round(seconds * 10) / 10}`;
+}
+
+export function replayAddress(id) {
+    return `/sessions/${encodeURIComponent(id)}`;
+}
+
+export function listAddress(filters) {
+    const query = new URLSearchParams();
+    for (const name of filterNames) {
+        if (filters[name]) {
+            query.set(name, filters[name]);
+        }
+    }
+    const text = query.toString();
+    return text === '' ? '/' : `/?${text}`;
+}

@@ -1,0 +1,197 @@
+// What happened, in order: scrolls along with the replay, and seeks where it is told to.
+import { el, foreign, setText } from './dom.js';
+import { clockTime, counted } from './format.js';
+import { kinds, sign } from './kinds.js';
+
+const filters = [
+    ['tap', 'Taps', ['tap']],
+    ['signals', 'Signals', ['rage', 'dead', 'error']],
+    ['screens', 'Screens', ['screen', 'note']],
+    ['log', 'Log', ['log']],
+];
+
+/** No session that a person made has more. */
+const mostRows = 10000;
+
+export class EventList {
+    #onSeek;
+    #entries = [];
+    #more = 0;
+    #rows = [];
+    #current = -1;
+    #following = true;
+    #hidden = new Set();
+    #list = el('ol', { class: 'entries' });
+    #empty = el('p', { class: 'faint nothing', hidden: true });
+    #follow = el('button', { type: 'button', class: 'follow', hidden: true }, 'Follow the replay');
+    #chips = el('div', { class: 'chips', role: 'group', 'aria-label': 'Kinds shown' });
+    #scroller = el('div', { class: 'scroller' }, this.#list, this.#empty);
+    element = el('section', { class: 'events', 'aria-label': 'What happened' },
+        el('header', {}, el('h2', {}, 'What happened'), this.#chips), this.#scroller, this.#follow);
+
+    /** `onSeek` gets the seconds of the entry that was chosen. */
+    constructor(onSeek) {
+        this.#onSeek = onSeek;
+        for (const gesture of ['wheel', 'touchmove']) {
+            this.#scroller.addEventListener(gesture, () => this.#setFollowing(false), { passive: true });
+        }
+        this.#scroller.addEventListener('pointerdown', (event) => {
+            // The scroll bar belongs to the scroller itself.
+            if (event.target === this.#scroller) {
+                this.#setFollowing(false);
+            }
+        });
+        this.#list.addEventListener('keydown', (event) => this.#walk(event));
+        this.#follow.addEventListener('click', () => this.follow());
+    }
+
+    show(model) {
+        const focused = document.activeElement?.closest('li')?.dataset.entry;
+        this.#entries = model.entries.slice(0, mostRows);
+        this.#more = model.entries.length - this.#entries.length;
+        this.#rows = this.#entries.map((entry) => this.#rowOf(entry));
+        this.#list.replaceChildren(...this.#rows);
+        this.#current = -1;
+        this.#chips.replaceChildren(...filters.map((filter) => this.#chip(filter)));
+        this.#filter();
+        if (focused) {
+            this.#rows.find((row) => row.dataset.entry === focused)?.querySelector('button').focus();
+        }
+    }
+
+    render(seconds) {
+        const current = this.#lastBefore(seconds + 0.001);
+        if (current === this.#current) {
+            return;
+        }
+        this.#rows[this.#current]?.removeAttribute('aria-current');
+        this.#current = current;
+        const row = this.#rows[current];
+        row?.setAttribute('aria-current', 'true');
+        this.#makeStop(row ?? this.#rows.find((each) => !each.hidden));
+        if (this.#following) {
+            this.#scrollTo(row);
+        }
+    }
+
+    /** Goes along with the replay again. */
+    follow() {
+        this.#setFollowing(true);
+        this.#scrollTo(this.#rows[this.#current]);
+    }
+
+    #setFollowing(following) {
+        this.#following = following;
+        this.#follow.hidden = following || this.#list.scrollHeight <= this.#scroller.clientHeight;
+    }
+
+    #lastBefore(seconds) {
+        let found = -1;
+        for (let index = 0; index < this.#entries.length && this.#entries[index].at <= seconds; ++index) {
+            if (!this.#rows[index].hidden) {
+                found = index;
+            }
+        }
+        return found;
+    }
+
+    // Only the list scrolls, never the page under it.
+    #scrollTo(row) {
+        const scroller = this.#scroller;
+        if (!row) {
+            scroller.scrollTop = 0;
+            return;
+        }
+        const above = row.offsetTop - this.#list.offsetTop;
+        if (above < scroller.scrollTop || above + row.offsetHeight > scroller.scrollTop + scroller.clientHeight) {
+            scroller.scrollTop = above - scroller.clientHeight / 3;
+        }
+    }
+
+    #rowOf(entry) {
+        const row = el('li', { class: entry.level === 'error' ? `entry ${entry.kind} failed` : `entry ${entry.kind}`, 'data-entry': entry.id },
+            el('button', { type: 'button', tabindex: -1, on: { click: () => this.#choose(entry) } },
+                el('span', { class: 'at' }, clockTime(entry.at, true)),
+                sign(entry.kind),
+                el('span', { class: 'what' }, ...wordsOf(entry))));
+        const fields = Object.entries(entry.fields ?? {});
+        if (fields.length > 0) {
+            row.append(el('details', {}, el('summary', {}, 'Fields'), el('dl', {}, fields.flatMap(([name, value]) => [
+                el('dt', {}, foreign(name)), el('dd', {}, foreign(typeof value === 'string' ? value : JSON.stringify(value)))]))));
+        }
+        return row;
+    }
+
+    #choose(entry) {
+        this.#setFollowing(true);
+        this.#onSeek(entry.at);
+    }
+
+    // The list is one stop of the tabulator key; the arrow keys go through it.
+    #makeStop(row) {
+        this.#list.querySelectorAll('button[tabindex="0"]').forEach((button) => button.setAttribute('tabindex', '-1'));
+        row?.querySelector('button').setAttribute('tabindex', '0');
+    }
+
+    #walk(event) {
+        const step = { ArrowDown: 1, ArrowUp: -1 }[event.key];
+        const row = event.target.closest('li');
+        if (!step || !row || event.target.tagName !== 'BUTTON') {
+            return;
+        }
+        const shown = this.#rows.filter((each) => !each.hidden);
+        const next = shown[shown.indexOf(row) + step];
+        event.preventDefault();
+        event.stopPropagation();
+        if (next) {
+            this.#setFollowing(false);
+            this.#makeStop(next);
+            next.querySelector('button').focus();
+        }
+    }
+
+    #chip([name, label, members]) {
+        const count = this.#entries.filter((entry) => members.includes(entry.kind)).length;
+        const chip = el('button', { type: 'button', class: 'chip', 'aria-pressed': String(!this.#hidden.has(name)) }, `${label} `, el('span', {}, String(count)));
+        chip.addEventListener('click', () => {
+            const shown = this.#hidden.delete(name);
+            if (!shown) {
+                this.#hidden.add(name);
+            }
+            chip.setAttribute('aria-pressed', String(shown));
+            this.#filter();
+        });
+        return chip;
+    }
+
+    #words(any) {
+        if (this.#more > 0) {
+            return `${counted(this.#more, 'more entry', 'more entries')} are in the timeline, too many to list.`;
+        }
+        return this.#entries.length === 0 || any ? 'Nothing has been recorded yet.' : 'Everything is filtered out.';
+    }
+
+    #filter() {
+        const hidden = new Set(filters.filter(([name]) => this.#hidden.has(name)).flatMap(([, , members]) => members));
+        this.#entries.forEach((entry, index) => { this.#rows[index].hidden = hidden.has(entry.kind); });
+        const any = this.#rows.some((row) => !row.hidden);
+        this.#empty.hidden = any && this.#more === 0;
+        setText(this.#empty, this.#words(any));
+        this.#makeStop(this.#rows[this.#current]?.hidden === false ? this.#rows[this.#current] : this.#rows.find((row) => !row.hidden));
+    }
+}
+
+function wordsOf(entry) {
+    const words = [el('span', { class: 'title' }, foreign(entry.title))];
+    if (entry.kind === 'screen' || entry.kind === 'log') {
+        words.unshift(el('span', { class: 'unseen' }, `${kinds[entry.kind].name}: `));
+    }
+    if (entry.text) {
+        words.push(' ', foreign(entry.text, { class: 'text' }));
+    }
+    if (entry.spread) {
+        const { low, high } = entry.spread;
+        words.push(' ', el('span', { class: 'spread', title: `Between ${clockTime(low, true)} and ${clockTime(high, true)}` }, `± ${((high - low) / 2).toFixed(1)} s`));
+    }
+    return words;
+}

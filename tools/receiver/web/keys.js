@@ -1,0 +1,33 @@
+// The replay's keys.
+
+export const keyHelp = [
+    ['Space or K', 'Play, pause'],
+    ['← →', 'Five seconds back, forward'],
+    [', .', 'One frame back, forward'],
+    ['P N', 'Previous, next signal'],
+    ['< >', 'Slower, faster'],
+    ['Home End', 'To the start, to the end'],
+    ['S', 'Skip inactivity'],
+    ['↑ ↓', 'Through the list, when it has the focus'],
+    ['?', 'This list'],
+];
+
+const actions = new Map([
+    [' ', 'toggle'], ['k', 'toggle'], ['ArrowLeft', 'back'], ['ArrowRight', 'forward'], [',', 'frameBack'], ['.', 'frameForward'],
+    ['p', 'previous'], ['n', 'next'], ['<', 'slower'], ['>', 'faster'], ['Home', 'start'], ['End', 'end'], ['s', 'skip'], ['?', 'help'],
+]);
+
+/** What a key means here, or null where it belongs to what has the focus, or to the browser. */
+export function actionOf(event) {
+    if (event.ctrlKey || event.metaKey || event.altKey || event.defaultPrevented) {
+        return null;
+    }
+    const target = event.target instanceof Element ? event.target : document.body;
+    if (target.closest('dialog, textarea, select, input:not([type="checkbox"])')) {
+        return null;
+    }
+    if (event.key === ' ' && target.closest('button, a, summary, input')) {
+        return null;
+    }
+    return actions.get(event.key.length === 1 ? event.key.toLowerCase() : event.key) ?? null;
+}

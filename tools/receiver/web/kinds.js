@@ -1,0 +1,42 @@
+// The kinds of entries that a replay shows: their names, their order of weight, and their signs. Each sign has a shape
+// of its own, so that nothing hangs on colour alone.
+import { svg } from './dom.js';
+
+export const kinds = {
+    tap: { name: 'Tap', plural: 'Taps' },
+    rage: { name: 'Rage tap', plural: 'Rage taps', signal: true },
+    dead: { name: 'Dead tap', plural: 'Dead taps', signal: true },
+    error: { name: 'Error tap', plural: 'Error taps', signal: true },
+    screen: { name: 'Screen', plural: 'Screens' },
+    note: { name: 'Note', plural: 'Notes' },
+    log: { name: 'Log line', plural: 'Log' },
+};
+
+const shapes = {
+    tap: () => [svg('circle', { cx: 8, cy: 8, r: 4.5 })],
+    rage: () => [svg('circle', { cx: 8, cy: 8, r: 2.5, class: 'solid' }), svg('circle', { cx: 8, cy: 8, r: 6 })],
+    dead: () => [svg('circle', { cx: 8, cy: 8, r: 5.5 }), svg('path', { d: 'M4.2 11.8 11.8 4.2' })],
+    error: () => [svg('path', { d: 'M8 2 14.5 13.5h-13z' }), svg('path', { d: 'M8 6.5v3.2M8 11.3v.4' })],
+    screen: () => [svg('rect', { x: 4, y: 1.5, width: 8, height: 13, rx: 1.5 })],
+    note: () => [svg('path', { d: 'M8 7v4.5M8 4.3v.6' })],
+    log: () => [svg('path', { d: 'M3 4.5h10M3 8h10M3 11.5h6' })],
+};
+
+/** The sign of a kind, for those who see; what it says has to be said in words beside it. */
+export function sign(kind) {
+    return svg('svg', { class: `sign ${kind}`, viewBox: '0 0 16 16', 'aria-hidden': 'true' }, ...shapes[kind]());
+}
+
+const drawings = {
+    play: ['M5 3v10l8-5z'],
+    pause: ['M4.5 3h2.6v10H4.5zM8.9 3h2.6v10H8.9z'],
+    back: ['M10.5 3v10L5 8zM3.5 3H5v10H3.5z'],
+    forward: ['M5.5 3v10L11 8zM11 3h1.5v10H11z'],
+    previous: ['M8 3v10L2.5 8zM14 3v10L8.5 8z'],
+    next: ['M8 3v10l5.5-5zM2 3v10l5.5-5z'],
+};
+
+/** A drawing for a button. */
+export function icon(name) {
+    return svg('svg', { class: 'icon', viewBox: '0 0 16 16', 'aria-hidden': 'true' }, ...drawings[name].map((d) => svg('path', { d })));
+}

@@ -1,0 +1,128 @@
+// A session as the replay shows it: the receiver's answer, put in order on the one clock of the video, in seconds.
+import { chunkMillis, frameMillis, videoClock } from './videoclock.js';
+import { logClock } from './logclock.js';
+import { placeEvents } from './placement.js';
+import { sectionsOf } from './sections.js';
+import { carriesUptime } from './touchbounds.js';
+
+/** A gap shorter than this is a matter of rounding. */
+const shortestGap = 0.25;
+/** A touch whose moment is less certain than this is shown with its bounds. */
+const noticeableSpread = 0.5;
+
+/**
+ * `chunks` ({number, from, to, url}), `gaps` ({from, to, first, last}: chunk numbers that are missing, or null where a chunk is
+ * only short), `length`, `entries` (what happened, by time), `sections` (screens), `session`, `metadata`, and
+ * `widestSpread`, the seconds that the least certain touch may be off by, or null without one. An
+ * entry has `id`, `kind`, `at`, `spread` ({low, high}, or null where the moment is certain enough), `point` ({x, y} as parts of
+ * the frame, or null), `title`, `text` and `fields`.
+ */
+export function buildModel(answer) {
+    const chunks = chunksOf(answer.chunks);
+    const length = chunks.length > 0 ? chunks.at(-1).to : 0;
+    const places = placeEvents(answer.timeline, answer.chunks);
+    const seconds = (millis) => Math.min(Math.max(millis / 1000, 0), length);
+    const events = answer.timeline
+        .map((event, index) => entryOf(event, index, places[index], seconds))
+        .filter((entry) => entry !== null);
+    const gaps = gapsOf(chunks);
+    const entries = [...events, ...logEntries(answer, places, seconds)].sort((a, b) => a.at - b.at);
+    return {
+        session: answer.session,
+        chunks,
+        gaps,
+        length,
+        entries,
+        sections: sectionsOf(entries, gaps, length),
+        metadata: answer.metadata,
+        widestSpread: widestSpread(answer.timeline, places),
+    };
+}
+
+function widestSpread(timeline, places) {
+    const spreads = timeline.flatMap((event, index) => (carriesUptime(event) ? [(places[index].high - places[index].low) / 1000] : []));
+    return spreads.length > 0 ? Math.max(...spreads) : null;
+}
+
+function chunksOf(chunks) {
+    return chunks.map((chunk) => {
+        const from = (chunk.number * chunkMillis) / 1000;
+        return { number: chunk.number, from, to: from + Math.min(chunk.durationMillis, chunkMillis) / 1000, url: chunk.url };
+    });
+}
+
+function gapsOf(chunks) {
+    const gaps = [];
+    let end = 0;
+    let expected = 0;
+    for (const chunk of chunks) {
+        if (chunk.from - end >= shortestGap) {
+            const missing = chunk.number > expected;
+            gaps.push({ from: end, to: chunk.from, first: missing ? expected : null, last: missing ? chunk.number - 1 : null });
+        }
+        end = chunk.to;
+        expected = chunk.number + 1;
+    }
+    return gaps;
+}
+
+const signalKinds = { RageTap: 'rage', DeadTap: 'dead', ErrorTap: 'error' };
+const signalTitles = { rage: 'Rage tap', dead: 'Dead tap', error: 'Error tap' };
+
+function entryOf(event, index, place, seconds) {
+    const described = describe(event);
+    if (described === null) {
+        return null;
+    }
+    const spread = { low: seconds(place.low), high: seconds(place.high) };
+    const uncertain = spread.high - spread.low > noticeableSpread;
+    return { id: `e${index}`, at: seconds(place.at), spread: uncertain ? spread : null, point: null, text: '', fields: null, ...described };
+}
+
+function describe(event) {
+    const details = event.eventDetails ?? {};
+    switch (event.type) {
+        case 'UserInteraction':
+            return { kind: 'tap', title: 'Tap', point: pointOf(details.target) };
+        case 'SignalCaptured': {
+            const kind = signalKinds[details.signalId];
+            return kind ? { kind, title: signalTitles[kind], point: pointOf(details.target), text: details.error?.message ?? '' } : null;
+        }
+        case 'ScreenChange':
+            return screenChange(details);
+        case 'WindowDimensions':
+            return { kind: 'note', title: `Window ${details.windowWidthPx} × ${details.windowHeightPx}` };
+        case 'SessionStartMarker':
+            return { kind: 'note', title: 'Recording started' };
+        default:
+            return null;
+    }
+}
+
+function screenChange(details) {
+    const path = (details.screenHierarchy ?? []).map((element) => element.screenName);
+    const appeared = details.changeType === 'appear';
+    return { kind: 'screen', title: path.at(-1) ?? '', text: appeared ? '' : 'disappeared', path, appeared };
+}
+
+function pointOf(target) {
+    const x = target?.xNormalizedTo1;
+    const y = target?.yNormalizedTo1;
+    return Number.isFinite(x) && Number.isFinite(y) ? { x, y } : null;
+}
+
+function logEntries(answer, places, seconds) {
+    const anchors = [{ received: answer.session.startMillis, at: -frameMillis }];
+    const { ends } = videoClock(answer.timeline, answer.chunks);
+    const endOf = new Map(ends.map((end) => [end.number, places[end.index].at]));
+    for (const chunk of answer.chunks) {
+        if (endOf.has(chunk.number) && Number.isFinite(chunk.receivedMillis)) {
+            anchors.push({ received: chunk.receivedMillis, at: endOf.get(chunk.number) });
+        }
+    }
+    const millisAt = logClock(anchors.sort((a, b) => a.received - b.received));
+    return answer.logs.map((line, index) => ({
+        id: `l${index}`, kind: 'log', at: seconds(millisAt(line.receivedMillis)), spread: null, point: null,
+        title: line.message, text: [line.level, line.tag].filter(Boolean).join(' · '), level: line.level, fields: line.fields,
+    }));
+}

@@ -1,0 +1,40 @@
+// What the page says when there is nothing to show, or when something is broken.
+import { el } from './dom.js';
+
+/** A heading, a few sentences, and what can be done: links as `{text, href}`, buttons as `{text, act}`. */
+export function notice(title, sentences, actions = []) {
+    return el('section', { class: 'notice' },
+        el('h1', {}, title),
+        ...sentences.map((sentence) => el('p', {}, sentence)),
+        actions.length > 0 && el('p', { class: 'actions' }, ...actions.map(({ text, href, act }) => href
+            ? el('a', { href }, text)
+            : el('button', { type: 'button', on: { click: act } }, text))));
+}
+
+/** In words what an ApiFailure means for somebody who wanted to see `what`. */
+export function failureNotice(failure, what, again) {
+    const retry = { text: 'Try again', act: again };
+    if (failure.kind === 'unreachable') {
+        return notice('The receiver does not answer',
+            [`${what} cannot be loaded: the receiver is not running, or the network to it is down. This page keeps trying.`], [retry]);
+    }
+    if (failure.kind === 'missing') {
+        return notice('This session is not here',
+            ['It may have been deleted, or removed because it was older than sessions are kept. Sessions that were never received have no address either.'],
+            [{ text: 'All sessions', href: '/' }]);
+    }
+    return notice('Something is broken on the receiver',
+        [`${what} cannot be loaded. The receiver’s own output says more; it called this “${failure.detail || 'an error'}”.`], [retry]);
+}
+
+/** Between header and content: what went wrong while older data is still shown. */
+export function strip() {
+    const text = el('p', { class: 'strip', role: 'status', hidden: true });
+    return {
+        element: text,
+        say(message) {
+            text.hidden = message === '';
+            text.textContent = message;
+        },
+    };
+}

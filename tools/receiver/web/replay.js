@@ -1,0 +1,128 @@
+// One session: gets it from the receiver, and keeps getting it while it is still being recorded.
+import { secondOf } from './address.js';
+import { deleteSession, sessionResource, timelineAddress, videoAddress } from './api.js';
+import { detailsList } from './details.js';
+import { confirmDelete } from './dialogs.js';
+import { el, foreign } from './dom.js';
+import { fullDate, when } from './format.js';
+import { liveSign } from './livesign.js';
+import { buildModel } from './model.js';
+import { failureNotice, notice, strip } from './notice.js';
+import { Player } from './player.js';
+import { Poll } from './poll.js';
+
+/** Fills `main` with the session's replay. `logIn` is called when the receiver wants to know who is there. */
+export function showReplay(main, id, logIn) {
+    document.title = 'Session · MirethVex';
+    new Replay(main, id, logIn).begin();
+}
+
+class Replay {
+    #main;
+    #id;
+    #logIn;
+    #resource;
+    #poll;
+    #model = null;
+    #trouble = strip();
+    #heading = document.getElementById('heading');
+    #facts = el('section', { class: 'facts', 'aria-label': 'Session', tabindex: 0 });
+    #player = new Player(this.#facts);
+
+    constructor(main, id, logIn) {
+        this.#main = main;
+        this.#id = id;
+        this.#logIn = logIn;
+        this.#resource = sessionResource(id);
+        this.#poll = new Poll(() => this.#read(), {
+            onSuccess: () => this.#trouble.say(''), onFailure: (failure) => this.#fail(failure),
+        });
+    }
+
+    begin() {
+        window.addEventListener('hashchange', () => this.#goToAddress());
+        this.#poll.now();
+    }
+
+    async #read() {
+        const answer = await this.#resource.read();
+        if (answer !== null) {
+            const fresh = this.#model === null;
+            this.#model = buildModel(answer);
+            this.#show(fresh);
+        }
+        // A session that is closed gets nothing more.
+        if (this.#model.session.state === 'closed') {
+            this.#poll.stop();
+        }
+    }
+
+    #fail(failure) {
+        if (failure.kind === 'unauthorised') {
+            this.#poll.stop();
+            this.#logIn();
+        } else if (this.#model !== null && failure.kind === 'unreachable') {
+            this.#trouble.say('The receiver does not answer. What has been loaded can still be watched; the page keeps trying.');
+        } else {
+            this.#player.stop();
+            this.#model = null;
+            this.#resource = sessionResource(this.#id);
+            this.#heading.replaceChildren(el('a', { href: '/', class: 'up' }, 'Sessions'));
+            this.#main.replaceChildren(failureNotice(failure, 'This session', () => this.#poll.now()));
+            if (failure.kind === 'missing') {
+                this.#poll.stop();
+            }
+        }
+    }
+
+    #show(fresh) {
+        const { session, chunks } = this.#model;
+        document.title = `${session.projectId}, ${when(session.startMillis)} · MirethVex`;
+        this.#heading.replaceChildren(...this.#headingOf(session, chunks));
+        this.#facts.replaceChildren(el('h2', {}, 'Session'), detailsList(this.#model));
+        if (chunks.length === 0) {
+            this.#main.replaceChildren(this.#trouble.element, nothingYet(session), this.#facts);
+            return;
+        }
+        if (!this.#player.element.isConnected) {
+            this.#player.element.append(this.#facts);
+            this.#main.replaceChildren(this.#trouble.element, this.#player.element);
+        }
+        this.#player.show(this.#model);
+        if (fresh) {
+            this.#goToAddress();
+        }
+    }
+
+    #headingOf(session, chunks) {
+        return [
+            el('a', { href: '/', class: 'up' }, 'Sessions'),
+            el('h1', { title: fullDate(session.startMillis) }, foreign(session.projectId), ' ', el('span', { class: 'faint' }, when(session.startMillis))),
+            liveSign(session) ?? '',
+            el('div', { class: 'actions' },
+                chunks.length > 0 && el('a', { class: 'button', href: videoAddress(this.#id), download: true, title: 'Download the whole session as one MP4' }, 'Video'),
+                el('a', { class: 'button', href: timelineAddress(this.#id), download: true, title: 'Download the timeline as JSON' }, 'Timeline'),
+                el('button', { type: 'button', class: 'quiet danger', on: { click: () => this.#askToDelete() } }, 'Delete')),
+        ];
+    }
+
+    #askToDelete() {
+        confirmDelete(async () => {
+            await deleteSession(this.#id);
+            window.location.assign('/');
+        });
+    }
+
+    #goToAddress() {
+        const seconds = secondOf(window.location.hash);
+        if (seconds !== null && this.#model !== null) {
+            this.#player.goTo(seconds);
+        }
+    }
+}
+
+function nothingYet(session) {
+    return session.state === 'open'
+        ? notice('Nothing to watch yet', ['The recording has begun. Its first ten seconds appear here as soon as they arrive.'])
+        : notice('Nothing to watch', ['This session was closed before any of its video arrived. What is known of it is below.']);
+}

@@ -1,0 +1,59 @@
+// One line of the list of sessions.
+import { replayAddress } from './address.js';
+import { el, foreign } from './dom.js';
+import { clockTime, counted, fullDate, number, spokenTime, when } from './format.js';
+import { sign } from './kinds.js';
+import { liveSign } from './livesign.js';
+
+const screensShown = 3;
+
+export const columns = [
+    ['Started', 'started'], ['Length', 'length'], ['Project', 'project'], ['Device', 'device'], ['Screens', 'screens'],
+    ['Taps', 'count'], ['Rage', 'count'], ['Dead', 'count'], ['Error', 'count'],
+];
+
+/** A row of the table for a session as the receiver lists it. */
+export function sessionRow(session) {
+    const { counts } = session;
+    const start = el('a', { href: replayAddress(session.id), class: 'stretched', title: fullDate(session.startMillis) }, when(session.startMillis));
+    return el('tr', { role: 'row', 'data-id': session.id },
+        cell('started', start, liveSign(session)),
+        cell('length', el('span', { 'aria-hidden': 'true' }, clockTime(session.durationMillis / 1000)),
+            el('span', { class: 'unseen' }, spokenTime(session.durationMillis / 1000)), missing(session)),
+        cell('project', foreign(session.projectId), ' ', foreign(session.brandId, { class: 'faint' })),
+        cell('device', ...device(session.device)),
+        cell('screens', ...screens(session.screens)),
+        count('tap', counts.taps, 'tap'),
+        count('rage', counts.rageTaps, 'rage tap'),
+        count('dead', counts.deadTaps, 'dead tap'),
+        count('error', counts.errorTaps, 'error tap'));
+}
+
+function cell(kind, ...children) {
+    return el('td', { role: 'cell', class: kind }, ...children);
+}
+
+function missing(session) {
+    return session.missingChunks > 0 &&
+        el('span', { class: 'missing', title: `${counted(session.missingChunks, 'chunk')} of the video never arrived` }, ' gaps');
+}
+
+function device({ model, system }) {
+    if (!model && !system) {
+        return [el('span', { class: 'faint' }, 'not known yet')];
+    }
+    return [foreign(model || 'Unknown'), ' ', foreign(system || '', { class: 'faint' })];
+}
+
+function screens(names) {
+    const shown = names.slice(0, screensShown).flatMap((name, index) => [index > 0 && ', ', foreign(name)]);
+    const more = names.length - screensShown;
+    return more > 0 ? [...shown, el('span', { class: 'faint', title: names.slice(screensShown).join(', ') }, ` +${more}`)] : shown;
+}
+
+function count(kind, value, thing) {
+    return el('td', { role: 'cell', class: `count ${value > 0 ? kind : 'none'}` },
+        sign(kind),
+        el('span', { 'aria-hidden': 'true' }, number(value)),
+        el('span', { class: 'unseen' }, counted(value, thing)));
+}
