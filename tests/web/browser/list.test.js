@@ -1,0 +1,173 @@
+// The list of sessions: what it says, how it is filtered and paged, and that it keeps itself up to date.
+import assert from 'node:assert/strict';
+import { describe, it } from 'node:test';
+
+import { assertAccessible } from '../support/accessibility.js';
+import { closeSession, createSession, uploadChunk, videoOf } from '../support/client.js';
+import { useReceiver } from '../support/fixture.js';
+import { keepScreenshot } from '../support/screenshots.js';
+
+const fixture = useReceiver();
+
+const other = { brandId: 'brand', projectId: 'other' };
+const start = { timestamp: 1_700_000_000_000, type: 'SessionStartMarker' };
+
+function rowOf(page, id) {
+    return page.locator(`tr[data-id="${id}"]`);
+}
+
+function rows(page) {
+    return page.locator('tbody tr');
+}
+
+async function cellsOf(row) {
+    await row.waitFor();
+    return (await row.locator('td').allInnerTexts()).map((text) => text.replace(/\s+/g, ' ').trim());
+}
+
+describe('The list', () => {
+    it('says of a session when, how long, what and where, and counts what happened', async () => {
+        const page = await fixture.open('/');
+        const cells = await cellsOf(rowOf(page, fixture.session));
+        assert.match(cells[0], /^Today \d\d:\d\d$/);
+        assert.match(cells[1], /^0:28/);
+        assert.equal(cells[2], 'colours loam');
+        assert.equal(cells[3], 'Phone iOS 17.4');
+        assert.equal(cells[4], 'RedScreen, GreenScreen, BlueScreen');
+        assert.match(cells[5], /^4/);
+        assert.match(cells[6], /^1/);
+        page.expectQuiet();
+    });
+
+    it('leads to the replay with the keyboard alone', async () => {
+        const page = await fixture.open('/');
+        await rowOf(page, fixture.session).getByRole('link').focus();
+        await page.keyboard.press('Enter');
+        await page.waitForURL(`**/sessions/${fixture.session}`);
+        await page.getByRole('button', { name: 'Play', exact: true }).waitFor();
+        await page.getByRole('link', { name: 'Sessions' }).click();
+        await rowOf(page, fixture.session).waitFor();
+        page.expectQuiet();
+    });
+
+    it('has the newest first', async () => {
+        const id = await fixture.seed([], { close: true });
+        const page = await fixture.open('/');
+        await rowOf(page, id).waitFor();
+        assert.equal(await rows(page).first().getAttribute('data-id'), id);
+    });
+
+    it('shows a session that begins, grows and ends, without being reloaded', async () => {
+        const { origin } = fixture.receiver;
+        const page = await fixture.open('/');
+        await rowOf(page, fixture.session).waitFor();
+        const id = await createSession(origin);
+        await rowOf(page, id).getByText('live').waitFor();
+        await uploadChunk(origin, id, 0, [start], await videoOf(origin, fixture.session, 0));
+        await rowOf(page, id).getByText('0:10').waitFor();
+        await closeSession(origin, id);
+        await rowOf(page, id).getByText('live').waitFor({ state: 'detached' });
+        page.expectQuiet();
+    });
+
+    it('leaves the focus where it is when a row changes', async () => {
+        const { origin } = fixture.receiver;
+        const id = await createSession(origin);
+        const page = await fixture.open('/');
+        await rowOf(page, id).getByRole('link').focus();
+        await uploadChunk(origin, id, 0, [start], await videoOf(origin, fixture.session, 0));
+        await rowOf(page, id).getByText('0:10').waitFor();
+        await page.waitForFunction((wanted) => document.activeElement.closest('tr')?.dataset.id === wanted, id);
+    });
+});
+
+describe('The filters', () => {
+    it('find a session by its project, and keep that in the address', async () => {
+        const { origin } = fixture.receiver;
+        const id = await createSession(origin, other);
+        const page = await fixture.open('/');
+        await page.getByRole('combobox', { name: 'Project' }).selectOption('other');
+        await rowOf(page, fixture.session).waitFor({ state: 'detached' });
+        assert.equal(await rowOf(page, id).count(), 1);
+        assert.equal(new URL(page.url()).search, '?project=other');
+        await page.reload();
+        await rowOf(page, id).waitFor();
+        assert.equal(await page.getByRole('combobox', { name: 'Project' }).inputValue(), 'other');
+        await page.getByRole('button', { name: 'Clear' }).click();
+        await rowOf(page, fixture.session).waitFor();
+        assert.equal(new URL(page.url()).search, '');
+        page.expectQuiet();
+    });
+
+    it('find a session by a signal, a screen and a word', async () => {
+        await fixture.seed([]);
+        for (const query of ['signal=rageTap', 'screen=GreenScreen', 'text=greenscr']) {
+            const page = await fixture.open(`/?${query}`);
+            await rowOf(page, fixture.session).waitFor();
+            assert.equal(await rows(page).count(), 1, query);
+            await page.context().close();
+        }
+    });
+
+    it('find a session by its day, both days included', async () => {
+        const today = new Date().toISOString().slice(0, 10);
+        const found = await fixture.open(`/?from=${today}&to=${today}`);
+        await rowOf(found, fixture.session).waitFor();
+        const long = await fixture.open('/?from=2001-01-01&to=2001-12-31');
+        await long.getByRole('heading', { name: 'No session fits' }).waitFor();
+    });
+
+    it('look for what is typed without a key being pressed after it', async () => {
+        const page = await fixture.open('/');
+        await rowOf(page, fixture.session).waitFor();
+        await page.getByRole('searchbox', { name: 'Search' }).fill('no such screen');
+        await page.getByRole('heading', { name: 'No session fits' }).waitFor();
+        assert.equal(new URL(page.url()).search, '?text=no+such+screen');
+        await assertAccessible(page);
+    });
+});
+
+describe('Pages', () => {
+    it('are turned to older sessions and back', async () => {
+        const { origin } = fixture.receiver;
+        const paged = { brandId: 'brand', projectId: 'paged' };
+        const ids = [];
+        for (let count = 0; count < 60; ++count) {
+            ids.push(await createSession(origin, paged));
+        }
+        const page = await fixture.open('/?project=paged');
+        await rowOf(page, ids.at(-1)).waitFor();
+        assert.equal(await rows(page).count(), 50);
+        assert.equal(await page.getByRole('button', { name: 'Newer' }).isDisabled(), true);
+        await page.getByRole('button', { name: 'Older' }).click();
+        await rowOf(page, ids[0]).waitFor();
+        assert.equal(await rows(page).count(), 10);
+        await page.getByText('51–60').waitFor();
+        assert.equal(await page.getByRole('button', { name: 'Older' }).isDisabled(), true);
+        await page.getByRole('button', { name: 'Newer' }).click();
+        await rowOf(page, ids.at(-1)).waitFor();
+        page.expectQuiet();
+    });
+});
+
+describe('The page', () => {
+    it('obeys the rules of accessibility, light, dark and narrow', async () => {
+        for (const [name, options] of Object.entries({ 'list-light': {}, 'list-dark': { colorScheme: 'dark' }, 'list-phone': { width: 390, height: 844 } })) {
+            const page = await fixture.open('/?project=colours', options);
+            await rowOf(page, fixture.session).waitFor();
+            await assertAccessible(page);
+            await keepScreenshot(page, name);
+            await page.context().close();
+        }
+    });
+
+    it('fits a phone, with its filters folded away', async () => {
+        const page = await fixture.open('/', { width: 360, height: 740 });
+        await rows(page).first().waitFor();
+        assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= 360));
+        assert.equal(await page.getByRole('combobox', { name: 'Project' }).isVisible(), false);
+        await page.getByRole('button', { name: 'Filters' }).click();
+        await page.getByRole('combobox', { name: 'Project' }).waitFor();
+        assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= 360));
+    });
+});

@@ -1,0 +1,171 @@
+// Playing: what is on the screen at which second, across the borders of chunks and through gaps.
+import assert from 'node:assert/strict';
+import { describe, it } from 'node:test';
+
+import { shownTime, untilPicture } from '../support/browser.js';
+import { useReceiver } from '../support/fixture.js';
+import { coloursAt, isNear } from '../support/pixels.js';
+
+const red = [192, 32, 32];
+const green = [32, 160, 64];
+const blue = [32, 64, 192];
+
+const fixture = useReceiver();
+
+async function phoneColour(page) {
+    const box = await page.locator('.phone').boundingBox();
+    const png = await page.screenshot();
+    const [colour] = await coloursAt(fixture.browser, png, [{ x: box.x + box.width / 2, y: box.y + box.height * 0.7 }]);
+    return colour;
+}
+
+function playUntil(page, seconds) {
+    return page.waitForFunction((until) => {
+        const parts = document.querySelector('.position .now').textContent.split(':').map(Number);
+        return parts[0] * 60 + parts[1] >= until;
+    }, seconds);
+}
+
+describe('A replay', () => {
+    it('opens at its first frame', async () => {
+        const page = await fixture.openReplay();
+        await untilPicture(page);
+        assert.equal(await shownTime(page), 0);
+        assert.ok(isNear(await phoneColour(page), red));
+        page.expectQuiet();
+    });
+
+    it('opens at the second of its address', async () => {
+        const page = await fixture.openReplay('#t=24.5');
+        await untilPicture(page);
+        assert.equal(await shownTime(page), 24.5);
+        assert.ok(isNear(await phoneColour(page), blue));
+        page.expectQuiet();
+    });
+
+    it('goes where the address goes', async () => {
+        const page = await fixture.openReplay();
+        await untilPicture(page);
+        await page.evaluate(() => { window.location.hash = '#t=12'; });
+        await page.waitForFunction(() => document.querySelector('.position .now').textContent === '0:12.0');
+        await untilPicture(page);
+        assert.ok(isNear(await phoneColour(page), green));
+    });
+
+    it('plays over the border of two chunks without a gap', async () => {
+        const page = await fixture.openReplay('#t=8.5');
+        await untilPicture(page);
+        await page.evaluate(() => {
+            window.seen = [];
+            const look = () => {
+                const video = document.querySelector('video.front');
+                window.seen.push({ file: video.src, at: video.currentTime, ready: video.readyState, now: performance.now() });
+                requestAnimationFrame(look);
+            };
+            look();
+        });
+        const colours = [];
+        await page.getByRole('button', { name: 'Play', exact: true }).click();
+        while (await shownTime(page) < 11.5) {
+            colours.push(await phoneColour(page));
+        }
+        colours.forEach((colour) => assert.ok(isNear(colour, red) || isNear(colour, green), `something else was on screen: ${colour}`));
+        assert.ok(isNear(await phoneColour(page), green));
+
+        const seen = await page.evaluate(() => window.seen);
+        const border = seen.findIndex((look, index) => index > 0 && look.file !== seen[index - 1].file);
+        assert.ok(border > 0, 'the border was not crossed');
+        seen.forEach((look) => assert.ok(look.ready >= 2, 'a video was shown before it had a picture'));
+        assert.ok(seen[border - 1].at > 9.7, `the first chunk was left at ${seen[border - 1].at}`);
+        assert.ok(seen[border].at < 0.5, `the second chunk was entered at ${seen[border].at}`);
+        page.expectQuiet();
+    });
+
+    it('stops at its end, and begins again from there', async () => {
+        const page = await fixture.openReplay('#t=27');
+        await untilPicture(page);
+        await page.getByRole('button', { name: 'Play', exact: true }).click();
+        await page.getByRole('button', { name: 'Pause' }).waitFor();
+        await page.getByRole('button', { name: 'Play', exact: true }).waitFor();
+        assert.equal(await shownTime(page), 28);
+        await page.getByRole('button', { name: 'Play', exact: true }).click();
+        await page.waitForFunction(() => document.querySelector('.position .now').textContent.startsWith('0:00'));
+        page.expectQuiet();
+    });
+
+    it('plays at every speed it offers', async () => {
+        const page = await fixture.openReplay();
+        await untilPicture(page);
+        for (const rate of ['0.5', '1', '2', '4', '8']) {
+            await page.getByRole('combobox', { name: 'Speed' }).selectOption(rate);
+            assert.equal(await page.evaluate(() => document.querySelector('video.front').playbackRate), Number(rate));
+        }
+        await page.getByRole('button', { name: 'Play', exact: true }).click();
+        await playUntil(page, 25);
+        page.expectQuiet();
+    });
+});
+
+describe('A gap', () => {
+    const start = { timestamp: 1_700_000_000_000, type: 'SessionStartMarker' };
+
+    it('is shown and named where a chunk never arrived', async () => {
+        const session = await fixture.seed([{ number: 0, events: [start] }, { number: 3, events: [] }]);
+        const page = await fixture.open(`/sessions/${session}#t=15`);
+        await page.getByText('Chunks 1 to 2 never arrived').waitFor();
+        const [gap, line] = await Promise.all([page.locator('.gap').boundingBox(), page.locator('.scrubber').boundingBox()]);
+        assert.ok(Math.abs(gap.x - line.x - line.width * 0.25) < 2);
+        assert.ok(Math.abs(gap.width - line.width * 0.5) < 2);
+        await page.getByText('2 chunks, ').waitFor();
+        await page.getByText('2 missing').waitFor();
+        page.expectQuiet();
+    });
+
+    it('takes its time, and the video goes on after it', async () => {
+        const session = await fixture.seed([{ number: 0, events: [start] }, { number: 3, events: [] }]);
+        const page = await fixture.open(`/sessions/${session}#t=9`);
+        await untilPicture(page);
+        await page.getByRole('combobox', { name: 'Speed' }).selectOption('8');
+        await page.getByRole('button', { name: 'Play', exact: true }).click();
+        await page.getByText('Chunks 1 to 2 never arrived').waitFor();
+        await playUntil(page, 31);
+        await untilPicture(page);
+        assert.ok(isNear(await phoneColour(page), green));
+        page.expectQuiet();
+    });
+
+    it('is skipped with everything else in which nothing happened', async () => {
+        const session = await fixture.seed([{ number: 0, events: [start] }, { number: 11, events: [] }]);
+        const page = await fixture.open(`/sessions/${session}#t=1`);
+        await untilPicture(page);
+        await page.getByLabel('Skip inactivity').check();
+        await page.getByRole('button', { name: 'Play', exact: true }).click();
+        await playUntil(page, 119);
+        page.expectQuiet();
+    });
+
+    it('at the beginning does not keep the rest from being seen', async () => {
+        const session = await fixture.seed([{ number: 1, events: [] }]);
+        const page = await fixture.open(`/sessions/${session}`);
+        await page.getByText('Chunk 0 never arrived').waitFor();
+        await page.keyboard.press('End');
+        await untilPicture(page);
+        assert.ok(isNear(await phoneColour(page), green));
+        page.expectQuiet();
+    });
+});
+
+describe('A chunk that cannot be played', () => {
+    it('is said to be so, and the rest is played', async () => {
+        const page = await fixture.openReplay('#t=9', {
+            before: (opening) => opening.route('**/chunks/1.mp4', (route) => route.fulfill({ status: 200, contentType: 'video/mp4', body: 'no video' })),
+        });
+        await untilPicture(page);
+        await page.getByRole('combobox', { name: 'Speed' }).selectOption('8');
+        await page.getByRole('button', { name: 'Play', exact: true }).click();
+        await page.getByText('This part cannot be played').waitFor();
+        await playUntil(page, 22);
+        await untilPicture(page);
+        assert.ok(isNear(await phoneColour(page), blue));
+    });
+});

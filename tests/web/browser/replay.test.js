@@ -1,0 +1,286 @@
+// The replay of a session that the scripted phone recorded: events, keys, marks, the scrubber, and what one can do with it.
+import assert from 'node:assert/strict';
+import { describe, it } from 'node:test';
+
+import { assertAccessible } from '../support/accessibility.js';
+import { shownTime, untilPicture } from '../support/browser.js';
+import { postLog } from '../support/client.js';
+import { useReceiver } from '../support/fixture.js';
+import { coloursAt, isNear } from '../support/pixels.js';
+import { keepScreenshot } from '../support/screenshots.js';
+
+const fixture = useReceiver();
+
+const entry = (page, text) => page.locator('.entry button', { hasText: text });
+
+async function opened(hash, options) {
+    const page = await fixture.openReplay(hash, options);
+    await untilPicture(page);
+    return page;
+}
+
+function untilTime(page, text) {
+    return page.waitForFunction((wanted) => document.querySelector('.position .now').textContent === wanted, text);
+}
+
+describe('The list of events', () => {
+    it('holds every tap, signal and screen of the scenario', async () => {
+        const page = await opened();
+        const titles = await page.locator('.entry .title').allTextContents();
+        assert.deepEqual(titles.filter((title) => title.endsWith('Screen')).length, 7);
+        assert.equal(titles.filter((title) => title === 'Tap').length, 4);
+        assert.equal(titles.filter((title) => title === 'Rage tap').length, 1);
+        page.expectQuiet();
+    });
+
+    it('seeks to what is chosen in it', async () => {
+        const page = await opened();
+        await entry(page, 'Rage tap').click();
+        await untilPicture(page);
+        // The fourth tap began at 13.65 s of the session and ended 80 ms later; the video begins half a second in.
+        assert.ok(Math.abs(await shownTime(page) - 13.23) < 0.5, `at ${await shownTime(page)}`);
+        assert.equal(await entry(page, 'Rage tap').locator('..').getAttribute('aria-current'), 'true');
+        assert.match(page.url(), /#t=13/);
+        page.expectQuiet();
+    });
+
+    it('goes along with the replay', async () => {
+        const page = await opened('#t=10.5', { height: 480 });
+        await page.getByRole('combobox', { name: 'Speed' }).selectOption('8');
+        await page.getByRole('button', { name: 'Play', exact: true }).click();
+        await page.locator('.entry[aria-current]', { hasText: 'BlueScreen' }).waitFor();
+        const [row, list] = await Promise.all([page.locator('.entry[aria-current]').boundingBox(), page.locator('.scroller').boundingBox()]);
+        assert.ok(row.y >= list.y - 1 && row.y + row.height <= list.y + list.height + 1);
+    });
+
+    it('stays where somebody scrolled it until told to follow again', async () => {
+        const page = await opened('', { height: 480 });
+        await page.locator('.scroller').hover();
+        await page.mouse.wheel(0, 400);
+        await page.getByRole('button', { name: 'Follow the replay' }).click();
+        await page.getByRole('button', { name: 'Follow the replay' }).waitFor({ state: 'hidden' });
+        assert.ok(await page.locator('.scroller').evaluate((node) => node.scrollTop) < 100);
+    });
+
+    it('hides the kinds that are switched off', async () => {
+        const page = await opened();
+        await page.getByRole('button', { name: 'Taps 4' }).click();
+        assert.deepEqual(await page.locator('.entry.tap:visible').count(), 0);
+        assert.equal(await page.getByRole('button', { name: 'Taps 4' }).getAttribute('aria-pressed'), 'false');
+        await page.getByRole('button', { name: 'Taps 4' }).click();
+        assert.equal(await page.locator('.entry.tap:visible').count(), 4);
+    });
+
+    it('is walked through with the arrow keys, and is one stop of the tabulator', async () => {
+        const page = await opened();
+        assert.equal(await page.locator('.entry button[tabindex="0"]').count(), 1);
+        await page.locator('.entry button[tabindex="0"]').focus();
+        await page.keyboard.press('ArrowDown');
+        const focused = await page.evaluate(() => document.activeElement.textContent);
+        await page.keyboard.press('Enter');
+        assert.ok(focused.length > 0);
+        assert.equal(await page.locator('.entry[aria-current] button').textContent(), focused);
+    });
+
+    it('holds the client’s log lines on the same clock, with their fields', async () => {
+        await postLog(fixture.receiver.origin, fixture.session, { logTag: 'NETWORK', logMessage: 'Upload was slow', networkType: 'wifi' });
+        const page = await opened();
+        const line = page.locator('.entry.log', { hasText: 'Upload was slow' });
+        await line.getByText('Fields').click();
+        await line.getByText('networkType').waitFor();
+        await line.getByText('error · NETWORK').waitFor();
+        page.expectQuiet();
+    });
+});
+
+describe('A mark', () => {
+    it('is drawn where the tap happened, for a moment', async () => {
+        const page = await opened();
+        await entry(page, 'Tap').first().click();
+        await untilPicture(page);
+        // The window of 390 by 844 points fills the frame's height; the tap was at a quarter of its width and height.
+        const box = await page.locator('.phone').boundingBox();
+        const width = (500 / 844) * 390;
+        const x = box.x + (box.width * ((250 - width) / 2 + width / 4)) / 250;
+        const y = box.y + box.height / 4;
+        const before = await coloursAt(fixture.browser, await page.screenshot(), [{ x, y }, { x: x + 14, y }, { x: x + 60, y }]);
+        assert.ok(!isNear(before[0], [192, 32, 32], 20), `no mark at its place: ${before[0]}`);
+        assert.ok(isNear(before[2], [192, 32, 32], 20), `a mark beside its place: ${before[2]}`);
+        for (let step = 0; step < 4; ++step) {
+            await page.keyboard.press('.');
+        }
+        await untilPicture(page);
+        const [after] = await coloursAt(fixture.browser, await page.screenshot(), [{ x, y }]);
+        assert.ok(isNear(after, [192, 32, 32], 20), `the mark stayed: ${after}`);
+        page.expectQuiet();
+    });
+
+    it('of a signal says what it is', async () => {
+        const page = await opened();
+        await entry(page, 'Rage tap').click();
+        await page.locator('.caption', { hasText: 'Rage tap' }).waitFor();
+        page.expectQuiet();
+    });
+});
+
+describe('Keys', () => {
+    it('play and pause', async () => {
+        const page = await opened();
+        await page.keyboard.press(' ');
+        await page.getByRole('button', { name: 'Pause' }).waitFor();
+        await page.keyboard.press('k');
+        await page.getByRole('button', { name: 'Play', exact: true }).waitFor();
+        page.expectQuiet();
+    });
+
+    it('go by frames, by seconds, and to either end', async () => {
+        const page = await opened();
+        for (const [key, time] of [['.', '0:00.5'], ['.', '0:01.0'], [',', '0:00.5'], ['ArrowRight', '0:05.5'], ['ArrowLeft', '0:00.5'], ['End', '0:28.0'], ['ArrowRight', '0:28.0'], [',', '0:27.5'], ['Home', '0:00.0'], [',', '0:00.0']]) {
+            await page.keyboard.press(key);
+            await untilTime(page, time);
+        }
+        page.expectQuiet();
+    });
+
+    it('go from signal to signal', async () => {
+        const page = await opened();
+        await page.keyboard.press('n');
+        await page.locator('.entry[aria-current]', { hasText: 'Rage tap' }).waitFor();
+        await page.keyboard.press('End');
+        await page.keyboard.press('p');
+        await page.locator('.entry.rage[aria-current], .entry.error[aria-current], .entry.dead[aria-current]').waitFor();
+    });
+
+    it('change the speed, and the page remembers it', async () => {
+        const page = await opened();
+        await page.keyboard.press('>');
+        assert.equal(await page.getByRole('combobox', { name: 'Speed' }).inputValue(), '2');
+        await page.reload();
+        await untilPicture(page);
+        assert.equal(await page.getByRole('combobox', { name: 'Speed' }).inputValue(), '2');
+        for (let step = 0; step < 4; ++step) {
+            await page.keyboard.press('<');
+        }
+        assert.equal(await page.getByRole('combobox', { name: 'Speed' }).inputValue(), '0.5');
+    });
+
+    it('are explained', async () => {
+        const page = await opened();
+        await page.keyboard.press('?');
+        await page.getByRole('dialog').getByText('Previous, next signal').waitFor();
+        await assertAccessible(page);
+        await page.keyboard.press('Escape');
+        assert.equal(await page.getByRole('dialog').count(), 0);
+    });
+
+    it('leave the browser’s own alone', async () => {
+        const page = await opened();
+        await page.keyboard.press('Control+ArrowRight');
+        await page.getByRole('combobox', { name: 'Speed' }).focus();
+        await page.keyboard.press('End');
+        assert.equal(await shownTime(page), 0);
+    });
+});
+
+describe('The scrubber', () => {
+    it('shows the screens as sections', async () => {
+        const page = await opened();
+        assert.deepEqual(await page.locator('.section').allTextContents(), ['RedScreen', 'GreenScreen', 'BlueScreen']);
+        const [green, line] = await Promise.all([page.locator('.section').nth(1).boundingBox(), page.locator('.scrubber').boundingBox()]);
+        assert.ok(Math.abs((green.x - line.x) / line.width - 9.7 / 28) < 0.01);
+    });
+
+    it('marks taps and signals', async () => {
+        const page = await opened();
+        assert.equal(await page.locator('.marker.tap').count(), 4);
+        assert.equal(await page.locator('.marker.rage').count(), 1);
+    });
+
+    it('seeks to where it is pressed and dragged', async () => {
+        const page = await opened();
+        const line = await page.locator('.scrubber').boundingBox();
+        await page.mouse.move(line.x + line.width / 2, line.y + 35);
+        await page.mouse.down();
+        await untilTime(page, '0:14.0');
+        await page.mouse.move(line.x + line.width * 0.75, line.y + 35, { steps: 5 });
+        await untilTime(page, '0:21.0');
+        await page.mouse.up();
+        await page.locator('.tip').waitFor();
+        assert.match(await page.locator('.tip').textContent(), /^0:21\.0 · .*BlueScreen$/);
+        assert.match(page.url(), /#t=21$/);
+        page.expectQuiet();
+    });
+
+    it('tells a screen reader where it is', async () => {
+        const page = await opened('#t=12');
+        const slider = page.getByRole('slider', { name: 'Position' });
+        await page.waitForFunction(() => document.querySelector('.scrubber').getAttribute('aria-valuenow') === '12');
+        assert.equal(await slider.getAttribute('aria-valuetext'), '12 seconds of 28 seconds, GreenScreen');
+        await slider.focus();
+        await page.keyboard.press('ArrowRight');
+        await page.waitForFunction(() => document.querySelector('.scrubber').getAttribute('aria-valuenow') === '17');
+    });
+});
+
+describe('A session', () => {
+    it('is described', async () => {
+        const page = await opened();
+        for (const text of ['loam / colours', '4.2.0', 'iOS 17.4', 'phone14,2', '1,170 × 2,532 px', '3 chunks']) {
+            await page.locator('.facts').getByText(text).first().waitFor();
+        }
+    });
+
+    it('is told about in words while it plays', async () => {
+        const page = await opened('#t=12.5');
+        await page.getByRole('combobox', { name: 'Speed' }).selectOption('4');
+        await page.evaluate(() => {
+            window.said = [];
+            new MutationObserver(() => window.said.push(document.getElementById('announcer').textContent)).observe(document.getElementById('announcer'), { childList: true });
+        });
+        await page.getByRole('button', { name: 'Play', exact: true }).click();
+        await page.waitForFunction(() => window.said.includes('Rage tap'));
+        await page.getByRole('button', { name: 'Pause' }).click();
+        await page.waitForFunction(() => /^Paused at \d+ seconds$/.test(window.said.at(-1)));
+    });
+
+    it('can be linked to by the second', async () => {
+        const page = await opened();
+        await page.keyboard.press('ArrowRight');
+        await page.getByRole('button', { name: 'Copy link' }).click();
+        await page.getByText(/^Link to 0:05\.0 (copied|is in the address bar)$/).waitFor();
+        assert.match(page.url(), /#t=5$/);
+    });
+
+    it('offers its video and its timeline for download', async () => {
+        const page = await opened();
+        const address = async (name) => new URL(await page.getByRole('link', { name }).getAttribute('href'), page.url());
+        assert.equal((await address('Video')).pathname, `/api/sessions/${fixture.session}/video.mp4`);
+        const timeline = await page.request.get((await address('Timeline')).href);
+        assert.equal((await timeline.json())[0].type, 'SessionStartMarker');
+    });
+
+    it('obeys the rules of accessibility, light, dark and narrow', async () => {
+        for (const options of [{}, { colorScheme: 'dark' }, { width: 390, height: 844 }]) {
+            const page = await opened('#t=13.4', options);
+            await assertAccessible(page);
+            await page.context().close();
+        }
+    });
+
+    it('fits a phone', async () => {
+        const page = await opened('#t=13.4', { width: 390, height: 844 });
+        assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= 390));
+        const [video, play] = await Promise.all([page.locator('.phone').boundingBox(), page.locator('.play').boundingBox()]);
+        assert.ok(video.height > 300);
+        assert.ok(play.y + play.height <= 844, 'playing needs no scrolling');
+        await keepScreenshot(page, 'replay-phone');
+    });
+
+    it('looks as somebody can judge', async () => {
+        for (const colorScheme of ['light', 'dark']) {
+            const page = await opened('#t=13.4', { colorScheme });
+            await keepScreenshot(page, `replay-${colorScheme}`);
+            await page.context().close();
+        }
+    });
+});

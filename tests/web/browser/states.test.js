@@ -1,0 +1,157 @@
+// What the page says when there is nothing, when something is broken, and when a session means harm.
+import assert from 'node:assert/strict';
+import { describe, it } from 'node:test';
+
+import { assertAccessible } from '../support/accessibility.js';
+import { untilPicture } from '../support/browser.js';
+import { closeSession, createSession, postLog, uploadChunk, videoOf } from '../support/client.js';
+import { useReceiver } from '../support/fixture.js';
+import { hostileTexts } from '../support/hostiletexts.js';
+
+const fixture = useReceiver();
+
+const start = { timestamp: 1_700_000_000_000, type: 'SessionStartMarker' };
+
+describe('A session without video', () => {
+    it('that is still open says what it waits for, and shows it when it comes', async () => {
+        const { origin } = fixture.receiver;
+        const id = await createSession(origin);
+        const page = await fixture.open(`/sessions/${id}`);
+        await page.getByRole('heading', { name: 'Nothing to watch yet' }).waitFor();
+        await assertAccessible(page);
+        await uploadChunk(origin, id, 0, [start], await videoOf(origin, fixture.session, 0));
+        await untilPicture(page);
+        await uploadChunk(origin, id, 1, [], await videoOf(origin, fixture.session, 1));
+        await page.getByText('/ 0:20.0').waitFor();
+        page.expectQuiet();
+    });
+
+    it('that is closed says what is known', async () => {
+        const page = await fixture.open(`/sessions/${await fixture.seed([])}`);
+        await page.getByRole('heading', { name: 'Nothing to watch', exact: true }).waitFor();
+        await page.getByText('brand / project').waitFor();
+        await assertAccessible(page);
+        page.expectQuiet();
+    });
+});
+
+describe('An address', () => {
+    it('of no session says so, and leads back', async () => {
+        const page = await fixture.open('/sessions/no-such-session');
+        await page.getByRole('heading', { name: 'This session is not here' }).waitFor();
+        await assertAccessible(page);
+        await page.getByRole('link', { name: 'All sessions' }).click();
+        await page.getByRole('heading', { name: 'Sessions' }).waitFor();
+        page.expectQuiet(/404/);
+    });
+});
+
+describe('A receiver that fails', () => {
+    it('is named as the reason, and asked again', async () => {
+        let broken = true;
+        const page = await fixture.open('/', {
+            before: (opening) => opening.route('**/api/sessions?*', (route) => (broken
+                ? route.fulfill({ status: 500, contentType: 'application/json', body: '{"error":"the disk is on fire"}' })
+                : route.continue())),
+        });
+        await page.getByRole('heading', { name: 'Something is broken on the receiver' }).waitFor();
+        await page.getByText('the disk is on fire').waitFor();
+        await assertAccessible(page);
+        broken = false;
+        await page.getByRole('button', { name: 'Try again' }).click();
+        await page.locator(`tr[data-id="${fixture.session}"]`).waitFor();
+    });
+
+    it('is not taken at its word when that is no JSON', async () => {
+        const page = await fixture.open(`/sessions/${fixture.session}`, {
+            before: (opening) => opening.route(`**/api/sessions/${fixture.session}`, (route) => route.fulfill({ status: 200, body: '<html>' })),
+        });
+        await page.getByRole('heading', { name: 'Something is broken on the receiver' }).waitFor();
+    });
+
+    it('leaves the list as it was while it does not answer', async () => {
+        const page = await fixture.open('/');
+        await page.locator(`tr[data-id="${fixture.session}"]`).waitFor();
+        await page.route('**/api/**', (route) => route.abort());
+        await page.getByText('The receiver does not answer.').waitFor();
+        assert.equal(await page.locator(`tr[data-id="${fixture.session}"]`).count(), 1);
+        await page.unroute('**/api/**');
+        await page.getByText('The receiver does not answer.').waitFor({ state: 'hidden' });
+    });
+
+    it('that is not there at all says so, and is found again', async () => {
+        let there = false;
+        const page = await fixture.open('/', { before: (opening) => opening.route('**/api/**', (route) => (there ? route.continue() : route.abort())) });
+        await page.getByRole('heading', { name: 'The receiver does not answer' }).waitFor();
+        there = true;
+        await page.locator(`tr[data-id="${fixture.session}"]`).waitFor();
+    });
+});
+
+describe('Deleting', () => {
+    it('asks first, and does nothing when the answer is no', async () => {
+        const page = await fixture.openReplay();
+        await untilPicture(page);
+        await page.getByRole('button', { name: 'Delete' }).click();
+        await assertAccessible(page);
+        await page.getByRole('button', { name: 'Keep it' }).click();
+        assert.equal((await page.request.get(`${fixture.receiver.origin}/api/sessions/${fixture.session}`)).status(), 200);
+        page.expectQuiet();
+    });
+
+    it('removes the session for everyone', async () => {
+        const id = await fixture.seed([{ number: 0, events: [start] }]);
+        const page = await fixture.open(`/sessions/${id}`);
+        await page.getByRole('button', { name: 'Delete' }).click();
+        await page.getByRole('dialog').getByRole('button', { name: 'Delete' }).click();
+        await page.waitForURL((url) => url.pathname === '/');
+        await page.locator(`tr[data-id="${fixture.session}"]`).waitFor();
+        assert.equal(await page.locator(`tr[data-id="${id}"]`).count(), 0);
+        assert.equal((await page.request.get(`${fixture.receiver.origin}/api/sessions/${id}/chunks/0.mp4`)).status(), 404);
+        page.expectQuiet();
+    });
+
+    it('says so when it did not work', async () => {
+        const page = await fixture.openReplay('', {
+            before: (opening) => opening.route('**/api/sessions/*', (route) => (route.request().method() === 'DELETE' ? route.fulfill({ status: 500, body: '{}' }) : route.continue())),
+        });
+        await untilPicture(page);
+        await page.getByRole('button', { name: 'Delete' }).click();
+        await page.getByRole('dialog').getByRole('button', { name: 'Delete' }).click();
+        await page.getByText('It could not be deleted.').waitFor();
+    });
+});
+
+describe('Texts of a session', () => {
+    it('are shown as they are, and none of them runs', async () => {
+        const { origin } = fixture.receiver;
+        const id = await createSession(origin, { brandId: hostileTexts[0], projectId: hostileTexts[1] });
+        const project = { brandId: hostileTexts[0], projectId: hostileTexts[1] };
+        const target = { xNormalizedTo1: 0.5, yNormalizedTo1: 0.5, xOriginalPx: 1, yOriginalPx: 1 };
+        const metadata = ['SdkVersion', 'AppVersion', 'DeviceId', 'DeviceModel', 'Platform', 'OperatingSystem', 'DeviceCodename']
+            .map((metadataId, index) => ({ metadataId, metadataValue: hostileTexts[index % hostileTexts.length] }));
+        const events = hostileTexts.flatMap((text, index) => [
+            { timestamp: 1_700_000_000_000 + index * 90, type: 'ScreenChange', eventDetails: { changeType: 'appear', detectionType: 'manual', screenHierarchy: [{ depth: 0, screenName: text, screenType: text }] } },
+            { timestamp: 1_700_000_000_050 + index * 90, type: 'SignalCaptured', eventDetails: { signalId: 'ErrorTap', target, error: { message: text } } },
+        ]);
+        await uploadChunk(origin, id, 0, [start, { timestamp: 1_700_000_000_001, type: 'MetadataCaptured', eventDetails: { metadata } }, ...events], await videoOf(origin, fixture.session, 0), project);
+        for (const text of hostileTexts.slice(0, 20)) {
+            await postLog(origin, id, { logTag: text, logMessage: text, [text]: text });
+        }
+        await closeSession(origin, id, project);
+
+        const page = await fixture.open(`/sessions/${id}`, { before: (opening) => opening.addInitScript(() => { window.harm = 0; }) });
+        await untilPicture(page);
+        await page.getByRole('combobox', { name: 'Speed' }).selectOption('8');
+        await page.getByRole('button', { name: 'Play', exact: true }).click();
+        await page.getByRole('button', { name: 'Play', exact: true }).waitFor();
+        const titles = await page.locator('.entry.screen .title').allTextContents();
+        assert.deepEqual(titles, hostileTexts);
+        assert.equal(await page.evaluate(() => window.harm), 0);
+        assert.equal(await page.evaluate(() => document.querySelectorAll('main img, main iframe, main script, main object, main embed, main style, main link, main base').length), 0);
+        await page.goto(`${origin}/`);
+        await page.locator(`tr[data-id="${id}"]`).waitFor();
+        assert.equal(await page.evaluate(() => document.querySelectorAll('main img, main iframe, main script').length), 0);
+        page.expectQuiet();
+    });
+});
