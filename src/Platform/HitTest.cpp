@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <utility>
 #include <vector>
 
@@ -22,19 +23,33 @@ struct Candidate {
     bool isSearched = false;
 };
 
-double depthOf(const std::shared_ptr<View>& view) {
-    const double depth = view->layer().geometry.zPosition;
+double depthOf(const View& view) {
+    const double depth = view.layer().geometry.zPosition;
     return std::isnan(depth) ? 0 : depth;
+}
+
+/// As they are drawn, back to front: equal depths stand in list order.
+std::vector<std::shared_ptr<View>> drawingOrder(const std::vector<std::shared_ptr<View>>& subviews) {
+    std::vector<std::pair<double, std::size_t>> places;
+    places.reserve(subviews.size());
+    for (std::size_t index = 0; index < subviews.size(); ++index) {
+        places.emplace_back(depthOf(*subviews[index]), index);
+    }
+    std::ranges::sort(places);
+    std::vector<std::shared_ptr<View>> ordered;
+    ordered.reserve(subviews.size());
+    for (const auto& [depth, index] : places) {
+        ordered.push_back(subviews[index]);
+    }
+    return ordered;
 }
 
 /// Adds the subviews of `parent` to the end, the front one last.
 void pushSubviews(const Candidate& parent, std::vector<Candidate>& candidates) {
-    auto subviews = parent.view->subviews();
-    std::ranges::stable_sort(subviews, {}, depthOf);
     const AffineTransform space = sublayerSpaceOf(parent.view->layer());
-    for (auto& subview : subviews) {
+    for (const auto& subview : drawingOrder(parent.view->subviews())) {
         if (const auto toSubview = subview->layer().transformToSuperlayer().concatenating(space).inverted()) {
-            candidates.push_back({std::move(subview), toSubview->apply(parent.point)});
+            candidates.push_back({subview, toSubview->apply(parent.point)});
         }
     }
 }
@@ -45,7 +60,7 @@ std::shared_ptr<View> deepestViewAt(std::shared_ptr<View> root, Point point) {
     // A list of its own instead of the stack, which a very deep tree would use up.
     std::vector<Candidate> candidates{{std::move(root), point}};
     while (!candidates.empty()) {
-        Candidate candidate = std::move(candidates.back());
+        const Candidate candidate = std::move(candidates.back());
         candidates.pop_back();
         if (candidate.isSearched) {
             return candidate.view;

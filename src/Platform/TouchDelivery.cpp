@@ -222,24 +222,27 @@ TouchEvent TouchDelivery::forViews(const TouchEvent& event) {
 
 void TouchDelivery::tellViews(const TouchEvent& event) {
     for (const TouchPhase phase : toldPhases) {
-        std::vector<std::pair<std::shared_ptr<View>, std::vector<Touch>>> touchesOfViews;
-        for (const Touch& touch : event.touches) {
-            const auto active = activeTouches_.find(touch.identity);
-            const auto view = active == activeTouches_.end() ? nullptr : active->second.view.lock();
-            if (touch.phase != phase || view == nullptr) {
-                continue;
-            }
-            auto group = std::ranges::find(touchesOfViews, view,
-                                           &std::pair<std::shared_ptr<View>, std::vector<Touch>>::first);
-            if (group == touchesOfViews.end()) {
-                group = touchesOfViews.insert(group, {view, {}});
-            }
-            group->second.push_back(touch);
-        }
-        for (const auto& [view, touches] : touchesOfViews) {
-            guarded("a view", [&view, &touches, phase, &event] { call(*view, phase, touches, event); });
+        for (const auto& group : touchesByView(phase, event)) {
+            guarded("a view", [&] { call(*group.first, phase, group.second, event); });
         }
     }
+}
+
+TouchDelivery::TouchesByView TouchDelivery::touchesByView(TouchPhase phase, const TouchEvent& event) const {
+    TouchesByView result;
+    for (const Touch& touch : event.touches) {
+        const auto active = activeTouches_.find(touch.identity);
+        const auto view = active == activeTouches_.end() ? nullptr : active->second.view.lock();
+        if (touch.phase != phase || view == nullptr) {
+            continue;
+        }
+        auto group = std::ranges::find(result, view, &TouchesByView::value_type::first);
+        if (group == result.end()) {
+            group = result.insert(group, {view, {}});
+        }
+        group->second.push_back(touch);
+    }
+    return result;
 }
 
 }  // namespace mireth::platform

@@ -5,6 +5,7 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "MirethVex/Platform/GestureRecognizer.hpp"
@@ -52,7 +53,11 @@ class TouchDelivery {
     /// Another recogniser has recognised its gesture, and the two may not go on together.
     bool isExcluded(GestureRecognizer& recognizer) const;
 
+    using TouchesByView = std::vector<std::pair<std::shared_ptr<View>, std::vector<Touch>>>;
+
     void tellViews(const TouchEvent& event);
+    /// Those of one phase; the views in the order in which the event names them, without those that are gone.
+    TouchesByView touchesByView(TouchPhase phase, const TouchEvent& event) const;
     /// What the views are told: `event` without the touches that were taken from them, which are cancelled
     /// once.
     TouchEvent forViews(const TouchEvent& event);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "Platform/TouchDelivery.hpp"
 
@@ -34,11 +35,14 @@ void Window::addGestureRecognizer(const std::shared_ptr<GestureRecognizer>& reco
 }
 
 void Window::removeGestureRecognizer(const std::shared_ptr<GestureRecognizer>& recognizer) {
-    // The argument may be an element of the list.
-    const auto removed = recognizer;
-    if (std::erase(gestureRecognizers_, removed) > 0) {
-        touchDelivery_->recognizerWasRemoved(*removed);
+    const auto found = std::ranges::find(gestureRecognizers_, recognizer);
+    if (found == gestureRecognizers_.end()) {
+        return;
     }
+    // The argument may be the very element that is taken out.
+    const std::shared_ptr<GestureRecognizer> removed = std::move(*found);
+    gestureRecognizers_.erase(found);
+    touchDelivery_->recognizerWasRemoved(*removed);
 }
 
 void Window::sendEvent(const TouchEvent& event) {

@@ -7,7 +7,6 @@ namespace mireth::platform {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using State = GestureRecognizer::State;
 

@@ -17,7 +17,8 @@ using testing::SizeIs;
 /// The app: one view that answers every touch, so that no tap is a dead one.
 class Answering final : public platform::View {
   public:
-    void touchesEnded(const std::vector<platform::Touch>& touches, const platform::TouchEvent& event) override {
+    void touchesEnded(const std::vector<platform::Touch>& touches,
+                      const platform::TouchEvent& event) override {
         View::touchesEnded(touches, event);
         ++answers_;
         mutableLayer().geometry.zPosition = answers_;
@@ -71,10 +72,11 @@ TEST_F(Touches, ATapIsOneEventOfTheTimelineWithTheTouchsOwnTime) {
     finger.tap({195, 422}, 1000.75);
     host.advance(10);
     ASSERT_EQ(host.service.chunks.size(), 1U);
-    EXPECT_EQ(host.service.chunks[0].timeline.at(3).dump(),
-              R"({"timestamp":1000750,"type":"UserInteraction","eventDetails":{"interactionId":"Tap","target":)"
-              R"({"xNormalizedTo1":0.5,"yNormalizedTo1":0.5,"xOriginalPx":585,"yOriginalPx":1266}},)"
-              R"("chunkNumber":0})");
+    EXPECT_EQ(
+        host.service.chunks[0].timeline.at(3).dump(),
+        R"({"timestamp":1000750,"type":"UserInteraction","eventDetails":{"interactionId":"Tap","target":)"
+        R"({"xNormalizedTo1":0.5,"yNormalizedTo1":0.5,"xOriginalPx":585,"yOriginalPx":1266}},)"
+        R"("chunkNumber":0})");
     EXPECT_THAT(found(), ElementsAre("Tap"));
 }
 
@@ -213,25 +215,25 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Combine(
         testing::Values("Gesture Recognisers Attached.", "Gesture Recognisers Removed.", "Single Tap.",
                         "Quadruple Tap.", "Recorded event", "Could not record event"),
-        testing::Values(
-            Meddling{"Reset", [](SessionHost& host) { host.core.reset(); }},
-            Meddling{"Stop", [](SessionHost& host) { (void)host.core.stopRecording(); }},
-            Meddling{"StopAndStart",
-                     [](SessionHost& host) {
-                         (void)host.core.stopRecording();
-                         (void)host.core.startRecording(VexConfiguration(false, false));
-                     }},
-            Meddling{"Pause", [](SessionHost& host) { (void)host.core.pauseRecording(); }},
-            Meddling{"ResetAndInitialize",
-                     [](SessionHost& host) {
-                         host.core.reset();
-                         (void)host.initialize();
-                     }},
-            Meddling{"LogError", [](SessionHost& host) { host.core.logError("e"); }},
-            Meddling{"Touch", [](SessionHost& host) { Finger(host.window, 7).tap({1, 1}); }})),
+        testing::Values(Meddling{"Reset", [](SessionHost& host) { host.core.reset(); }},
+                        Meddling{"Stop", [](SessionHost& host) { (void)host.core.stopRecording(); }},
+                        Meddling{"StopAndStart",
+                                 [](SessionHost& host) {
+                                     (void)host.core.stopRecording();
+                                     (void)host.core.startRecording(VexConfiguration(false, false));
+                                 }},
+                        Meddling{"Pause", [](SessionHost& host) { (void)host.core.pauseRecording(); }},
+                        Meddling{"ResetAndInitialize",
+                                 [](SessionHost& host) {
+                                     host.core.reset();
+                                     (void)host.initialize();
+                                 }},
+                        Meddling{"LogError", [](SessionHost& host) { host.core.logError("e"); }},
+                        Meddling{"Touch", [](SessionHost& host) { Finger(host.window, 7).tap({1, 1}); }})),
     [](const auto& parameter) {
         std::string name;
-        for (const char character : std::string(std::get<0>(parameter.param)) + std::get<1>(parameter.param).name) {
+        for (const char character :
+             std::string(std::get<0>(parameter.param)) + std::get<1>(parameter.param).name) {
             if (std::isalnum(static_cast<unsigned char>(character)) != 0) {
                 name += character;
             }
