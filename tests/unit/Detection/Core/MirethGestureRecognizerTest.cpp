@@ -13,7 +13,6 @@ namespace mireth {
 namespace {
 
 using platform::Touch;
-using platform::TouchEvent;
 using platform::TouchPhase;
 using test::Finger;
 using test::infoLine;
@@ -162,7 +161,7 @@ TEST_F(Recogniser, SeveralFingersAreEachJudgedByThemselves) {
 }
 
 TEST_F(Recogniser, TouchesOfOneEventAreHandledInTheirOrder) {
-    std::vector<Touch> began{touch(1, TouchPhase::began), touch(2, TouchPhase::began)};
+    const std::vector<Touch> began{touch(1, TouchPhase::began), touch(2, TouchPhase::began)};
     std::vector<Touch> ended{touch(2, TouchPhase::ended), touch(1, TouchPhase::ended)};
     ended[0].timestamp = 2;
     ended[1].timestamp = 1;
@@ -184,11 +183,8 @@ TEST_F(Recogniser, EventTimesAreCutOffToWholeMilliseconds) {
     finger.tap({}, 1.9999);
     finger.tap({}, -1.9999);
     finger.tap({}, 9.2e15);
-    std::vector<std::int64_t> times;
-    for (const auto& gesture : gestures) {
-        times.push_back(gesture.getTouchData()->eventTime);
-    }
-    EXPECT_THAT(times, ElementsAre(1999, -1999, 9'200'000'000'000'000'000));
+    EXPECT_THAT(gestures,
+                ElementsAre(tapAt({}, 1999), tapAt({}, -1999), tapAt({}, 9'200'000'000'000'000'000)));
 }
 
 TEST_F(Recogniser, RemovedFromTheWindowInTheMiddleOfATouchItForgetsIt) {
