@@ -36,6 +36,8 @@ describe('The list', () => {
         assert.equal(cells[4], 'RedScreen, GreenScreen, BlueScreen');
         assert.match(cells[5], /^4/);
         assert.match(cells[6], /^1/);
+        assert.match(cells[7], /^2/);
+        assert.match(cells[8], /^1/);
         page.expectQuiet();
     });
 

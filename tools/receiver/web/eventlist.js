@@ -12,6 +12,7 @@ const filters = [
 
 /** No session that a person made has more. */
 const mostRows = 10000;
+const instant = 0.001;
 
 export class EventList {
     #onSeek;
@@ -19,6 +20,7 @@ export class EventList {
     #more = 0;
     #rows = [];
     #current = -1;
+    #chosen = null;
     #following = true;
     #hidden = new Set();
     #list = el('ol', { class: 'entries' });
@@ -60,7 +62,9 @@ export class EventList {
     }
 
     render(seconds) {
-        const current = this.#lastBefore(seconds + 0.001);
+        // Of several at one instant the one that was chosen is the one that is meant.
+        const chosen = this.#chosen !== null && Math.abs(this.#chosen.at - seconds) < instant ? this.#entries.indexOf(this.#chosen) : -1;
+        const current = chosen === -1 ? this.#lastBefore(seconds + instant) : chosen;
         if (current === this.#current) {
             return;
         }
@@ -123,7 +127,7 @@ export class EventList {
     }
 
     #choose(entry) {
-        this.#setFollowing(true);
+        this.#chosen = entry;
         this.#onSeek(entry.at);
     }
 
