@@ -156,6 +156,7 @@ Action readWait(const JsonNode& node, const Context&) {
     return WaitStep{};
 }
 
+constexpr std::array<std::string_view, 0> noKeys{};
 constexpr std::array<std::string_view, 2> tapKeys{"times", "interval"};
 
 struct ActionKind {
@@ -164,7 +165,7 @@ struct ActionKind {
     /// An app can do it, too.
     bool isForApps = false;
     /// Of the step or reaction, beside the action's own.
-    std::span<const std::string_view> moreKeys = {};
+    std::span<const std::string_view> moreKeys = noKeys;
 };
 
 constexpr std::array<ActionKind, 17> kinds{{
