@@ -107,7 +107,6 @@ describe('The filters', () => {
             const page = await fixture.open(`/?${query}`);
             await rowOf(page, fixture.session).waitFor();
             assert.equal(await rows(page).count(), 1, query);
-            await page.context().close();
         }
     });
 
@@ -159,7 +158,6 @@ describe('The page', () => {
             await rowOf(page, fixture.session).waitFor();
             await assertAccessible(page);
             await keepScreenshot(page, name);
-            await page.context().close();
         }
     });
 

@@ -269,7 +269,6 @@ describe('A session', () => {
         for (const options of [{}, { colorScheme: 'dark' }, { width: 390, height: 844 }]) {
             const page = await opened('#t=13.4', options);
             await assertAccessible(page);
-            await page.context().close();
         }
     });
 
@@ -286,7 +285,6 @@ describe('A session', () => {
         for (const colorScheme of ['light', 'dark']) {
             const page = await opened('#t=13.4', { colorScheme });
             await keepScreenshot(page, `replay-${colorScheme}`);
-            await page.context().close();
         }
     });
 });

@@ -32,7 +32,7 @@ export async function openPage(browser, origin, path, { width = 1280, height = 8
     page.expectQuiet = (...allowed) => {
         assert.deepEqual(complaints.filter((text) => !allowed.some((pattern) => pattern.test(text))), []);
     };
-    page.setDefaultTimeout(15000);
+    page.setDefaultTimeout(30000);
     await before(page);
     await page.goto(origin + path, { waitUntil: 'commit' });
     return page;

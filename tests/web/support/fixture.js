@@ -1,5 +1,5 @@
 // What most of the browser's tests stand on: a receiver with one recorded session, and a browser.
-import { after, before } from 'node:test';
+import { after, afterEach, before } from 'node:test';
 import { launch, openPage } from './browser.js';
 import { closeSession, createSession, uploadChunk, videoOf } from './client.js';
 import { record, startReceiver } from './programs.js';
@@ -17,6 +17,8 @@ export function useReceiver({ recorded = true } = {}) {
         await fixture.browser?.close();
         await fixture.receiver?.stop();
     });
+    // Pages go on asking the receiver for as long as they are open.
+    afterEach(() => Promise.all((fixture.browser?.contexts() ?? []).map((context) => context.close())));
     fixture.open = (path, options) => openPage(fixture.browser, fixture.receiver.origin, path, options);
     fixture.openReplay = (hash = '', options = {}) => fixture.open(`/sessions/${fixture.session}${hash}`, options);
     /** A session of its own from `chunks`: [{number, events}]; its pictures are the recorded session's. */

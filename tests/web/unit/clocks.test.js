@@ -7,7 +7,7 @@ import { placeEvents } from '../../../tools/receiver/web/placement.js';
 import { appendDelayMillis, carriesUptime } from '../../../tools/receiver/web/touchbounds.js';
 import { randomFrom, simulateSession } from './simulatedphone.js';
 
-const rounds = 1500;
+const rounds = 800;
 
 function forEachTouch(session, check) {
     session.timeline.forEach((event, index) => {
