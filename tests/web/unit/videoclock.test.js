@@ -4,7 +4,7 @@ import { describe, it } from 'node:test';
 
 import { placeEvents } from '../../../tools/receiver/web/placement.js';
 import { videoClock } from '../../../tools/receiver/web/videoclock.js';
-import { appears, chunkEnd, chunks, firstFrame, start, tap } from './timelines.js';
+import { appears, chunkEnd, chunks, deadTap, firstFrame, start, tap } from './timelines.js';
 
 describe('The video', () => {
     it('begins with the frame that reported the window’s size', () => {
@@ -66,6 +66,12 @@ describe('A touch', () => {
         const place = placeEvents(timeline, chunks([0]))[5];
         assert.ok(place.low <= 6500 && 6500 <= place.high);
         assert.ok(place.high - place.low < 400);
+    });
+
+    it('stands where its dead tap stands', () => {
+        const timeline = [start(), firstFrame(), tap(5000), appears(6800, 'A'), deadTap(5000), chunkEnd(10040, 0)];
+        const places = placeEvents(timeline, chunks([0]));
+        assert.deepEqual(places[2], places[4]);
     });
 
     it('without any wall-clock event stands in its chunk', () => {

@@ -8,9 +8,10 @@ export class Pager {
     #acts = new Map();
     element = el('nav', { class: 'pager', 'aria-label': 'Pages' }, this.#newer, this.#range, this.#older);
 
-    /** `newer` and `older` are called to turn the page; null where there is none. */
+    /** `newer` and `older` are called to turn the page; null where there is none. One page alone needs no pager. */
     show(range, newer, older) {
         setText(this.#range, range);
+        this.element.hidden = newer === null && older === null;
         for (const [button, act] of [[this.#newer, newer], [this.#older, older]]) {
             this.#acts.set(button, act);
             button.disabled = act === null;

@@ -1,7 +1,7 @@
 // When on the video's clock each event of a timeline happened: the stamps of the wall clock as they stand, the touches
 // as closely as the offset of the two clocks is known.
 import { appendDelayMillis, carriesUptime, delayOf, wallNeighbours } from './touchbounds.js';
-import { middle } from './intervals.js';
+import { anything, intersection, isEmpty, middle } from './intervals.js';
 import { touchOffsets } from './offsets.js';
 import { videoClock } from './videoclock.js';
 
@@ -16,16 +16,32 @@ export function placeEvents(timeline, chunks) {
     const { offsets, waits, cuts } = touchOffsets(timeline);
     const clock = videoClock(timeline, chunks, cuts);
     const neighbours = wallNeighbours(timeline);
-    return timeline.map((event, index) => {
+    const spans = timeline.map((event, index) => {
         if (!carriesUptime(event)) {
             const at = clock.millisOf(index);
-            return { at, low: at, high: at };
+            return { low: at, high: at };
         }
         const bracket = bracketOf(timeline, index, neighbours, clock, delayOf(event, waits));
         const levels = [neighbours.before[index], neighbours.after[index]]
             .filter((neighbour) => neighbour >= 0)
             .map((neighbour) => clock.levelOf(neighbour));
         return within(bracket, candidate(event, offsets.get(index), levels));
+    });
+    return togetherByTouch(timeline, spans).map((span) => ({ at: middle(span), ...span }));
+}
+
+// A tap and the dead tap that came of it are one touch, and so at one moment.
+function togetherByTouch(timeline, spans) {
+    const ofTouch = new Map();
+    timeline.forEach((event, index) => {
+        if (carriesUptime(event)) {
+            const common = intersection(ofTouch.get(event.timestamp) ?? anything, spans[index]);
+            ofTouch.set(event.timestamp, isEmpty(common) ? spans[index] : common);
+        }
+    });
+    return spans.map((span, index) => {
+        const common = carriesUptime(timeline[index]) ? intersection(span, ofTouch.get(timeline[index].timestamp)) : span;
+        return isEmpty(common) ? span : common;
     });
 }
 
@@ -54,12 +70,8 @@ function candidate(event, offset, levels) {
 function within(bracket, { low, high }) {
     const stalled = high < bracket.low && high > bracket.low - longestStallMillis;
     if (stalled) {
-        return span(Math.max(low, bracket.low - longestStallMillis), high);
+        return { low: Math.max(low, bracket.low - longestStallMillis), high };
     }
-    const common = { low: Math.max(low, bracket.low), high: Math.min(high, bracket.high) };
-    return common.low <= common.high ? span(common.low, common.high) : span(bracket.low, bracket.high);
-}
-
-function span(low, high) {
-    return { at: middle({ low, high }), low, high };
+    const common = intersection({ low, high }, bracket);
+    return isEmpty(common) ? bracket : common;
 }
