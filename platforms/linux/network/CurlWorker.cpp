@@ -63,10 +63,8 @@ CurlHttpClient::Worker::~Worker() {
         return;
     }
     // What libcurl would need to give it back is gone; so will be the process.
-    for (auto& [id, running] : running_) {
-        [[maybe_unused]] const auto* const transfer = running.transfer.release();
-    }
-    [[maybe_unused]] const auto* const multi = multi_.release();
+    exitGate_.leaveBehind(std::make_shared<decltype(running_)>(std::move(running_)));
+    exitGate_.leaveBehind(std::make_shared<decltype(multi_)>(std::move(multi_)));
 }
 
 void CurlHttpClient::Worker::start() {

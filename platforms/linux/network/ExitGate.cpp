@@ -29,6 +29,11 @@ ExitGate::Pass ExitGate::enter() {
     return isClosed_ ? Pass() : std::move(pass);
 }
 
+void ExitGate::leaveBehind(std::shared_ptr<void> object) {
+    const std::unique_lock lock(mutex_);
+    leftBehind_.push_back(std::move(object));
+}
+
 void ExitGate::close() {
     const std::unique_lock lock(mutex_, patience);
     if (lock) {

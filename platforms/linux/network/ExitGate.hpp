@@ -1,8 +1,10 @@
 // Keeps helper threads out of libraries that are being taken down while the process ends.
 #pragma once
 
+#include <memory>
 #include <mutex>
 #include <shared_mutex>
+#include <vector>
 
 namespace mireth::platform {
 
@@ -21,11 +23,15 @@ class ExitGate {
     /// has gone by; take none on the thread that may hold one.
     Pass enter();
 
+    /// Keeps for the rest of the process what can no longer be given back.
+    void leaveBehind(std::shared_ptr<void> object);
+
   private:
     void close();
 
     std::shared_timed_mutex mutex_;
-    bool isClosed_ = false;  // guarded by mutex_
+    bool isClosed_ = false;                          // guarded by mutex_
+    std::vector<std::shared_ptr<void>> leftBehind_;  // guarded by mutex_
 };
 
 }  // namespace mireth::platform

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <system_error>
 #include <thread>
+#include <vector>
 
 #include "../../contract/services/TestSupport.hpp"
 #include "SendAndWait.hpp"
@@ -286,10 +287,10 @@ TEST(CurlHttpClientTls, AProcessMayEndWhileItTransfers) {
     for (int delay = 0; delay < 60; ++delay) {
         const int status = statusOfProcess([&] {
             // As in an app: the client is still there when main returns.
-            auto* const client = new CurlHttpClient(trusting(certificate.file()));
+            static auto* const client = new CurlHttpClient(trusting(certificate.file()));
+            static auto* const requests = new std::vector<AnyCancellable>;
             for (int i = 0; i < 2; ++i) {
-                static_cast<void>(
-                    new AnyCancellable(client->send(requestTo(server.url()), [](HttpResult) {})));
+                requests->push_back(client->send(requestTo(server.url()), [](HttpResult) {}));
             }
             std::this_thread::sleep_for(std::chrono::microseconds((delay % 20) * 500));
         });

@@ -264,16 +264,16 @@ TEST(NetlinkPathMonitor, NothingIsReportedAfterCancel) {
 }
 
 TEST(NetlinkPathMonitor, AProcessMayEndWhileItReads) {
-    constexpr int processes = 300;
+    constexpr int processes = 80;
     int unclean = 0;
     for (int delay = 0; delay < processes; ++delay) {
         const pid_t child = fork();
         ASSERT_GE(child, 0);
         if (child == 0) {
             // As in an app: the monitor is still there when main returns.
-            auto* const monitor = new NetlinkPathMonitor(sysfsLinkClassifier());
+            static auto* const monitor = new NetlinkPathMonitor(sysfsLinkClassifier());
             monitor->start([](const NetworkPath&) {});
-            std::this_thread::sleep_for(std::chrono::microseconds(delay * 10));
+            std::this_thread::sleep_for(std::chrono::microseconds(delay * 25));
             std::exit(0);
         }
         int status = 0;
