@@ -1,6 +1,7 @@
 // Keeps helper threads out of libraries that are being taken down while the process ends.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <shared_mutex>
@@ -30,7 +31,7 @@ class ExitGate {
     void close();
 
     std::shared_timed_mutex mutex_;
-    bool isClosed_ = false;                          // guarded by mutex_
+    std::atomic<bool> isClosed_ = false;
     std::vector<std::shared_ptr<void>> leftBehind_;  // guarded by mutex_
 };
 
