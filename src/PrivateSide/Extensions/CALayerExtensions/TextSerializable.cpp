@@ -9,8 +9,6 @@ namespace mireth {
 
 namespace {
 
-constexpr std::string_view separator = "|\n";
-
 std::string_view orNil(const std::optional<std::string>& text) {
     return text ? std::string_view(*text) : std::string_view("nil");
 }
@@ -25,10 +23,9 @@ void appendFont(std::string& text, const std::optional<platform::Font>& font) {
 
 void append(std::string& text, const platform::TextContent& content) {
     text.append("    Text: ").append(orNil(content.text)).append(", ").append(orNil(content.attributedText));
-    text.append(separator).append("    Font: ");
+    text.append("|\n    Font: ");
     appendFont(text, content.font);
-    text.append(separator).append("    TextAlignment: ");
-    text.append(std::to_string(static_cast<int>(content.alignment)));
+    text.append("|\n    TextAlignment: ").append(std::to_string(static_cast<int>(content.alignment)));
 }
 
 void append(std::string& text, const platform::Label& label) {
@@ -37,7 +34,7 @@ void append(std::string& text, const platform::Label& label) {
 
 void append(std::string& text, const platform::TextInputView& input) {
     append(text, input.content);
-    text.append(separator).append("    IsFirstResponder: ").append(input.isFirstResponder ? "true" : "false");
+    text.append("|\n    IsFirstResponder: ").append(input.isFirstResponder ? "true" : "false");
 }
 
 }  // namespace
