@@ -61,6 +61,22 @@ class IngestionFake {
     int created = 0;
     int closed = 0;
     std::vector<UploadedChunk> chunks;
+
+    /// The ids of the interactions and signals in all chunks, in their order.
+    std::vector<std::string> interactionsAndSignals() const {
+        std::vector<std::string> ids;
+        for (const auto& chunk : chunks) {
+            for (const auto& event : chunk.timeline) {
+                const auto details = event.value("eventDetails", nlohmann::ordered_json::object());
+                for (const char* key : {"interactionId", "signalId"}) {
+                    if (details.contains(key)) {
+                        ids.push_back(details[key]);
+                    }
+                }
+            }
+        }
+        return ids;
+    }
     std::vector<std::string> logBodies;
     /// "GET …config", "POST …create" and so on, in order.
     std::vector<std::string> calls;

@@ -7,7 +7,6 @@
 namespace mireth {
 namespace {
 
-using nlohmann::ordered_json;
 using test::Finger;
 using test::SessionHost;
 using testing::ElementsAre;
@@ -50,21 +49,7 @@ struct Touches : testing::Test {
         const auto uptime = host.phone().services().clock->uptimeSeconds();
         on.tap({195, 422}, uptime, tapCount);
     }
-    /// The interactions and signals of all uploaded chunks.
-    std::vector<std::string> found() const {
-        std::vector<std::string> ids;
-        for (const auto& chunk : host.service.chunks) {
-            for (const auto& event : chunk.timeline) {
-                const auto details = event.value("eventDetails", ordered_json::object());
-                for (const char* key : {"interactionId", "signalId"}) {
-                    if (details.contains(key)) {
-                        ids.push_back(details[key]);
-                    }
-                }
-            }
-        }
-        return ids;
-    }
+    std::vector<std::string> found() const { return host.service.interactionsAndSignals(); }
 };
 
 TEST_F(Touches, ATapIsOneEventOfTheTimelineWithTheTouchsOwnTime) {
