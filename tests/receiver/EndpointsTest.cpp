@@ -15,7 +15,7 @@ using test::RunningReceiver;
 using Reports = std::vector<std::string>;
 
 constexpr const char* create = "/mobile-sr-ingestion/v1/sessions/create";
-constexpr const char* log = "/WRTarrowEngine/Ajax.php?action=ClientLog&M_BID=b1";
+constexpr const char* log = "/WRTarrowEngine/Ajax.php?action=ClientLog&M_ZoneID=p1&M_BID=b1";
 constexpr const char* createBody =
     R"({"brandId":"b1","brandDc":"US_WEST","projectId":"p1","isTestSession":false})";
 constexpr const char* refusedSession =
@@ -133,15 +133,46 @@ TEST(ClientLog, IsKeptWithItsSession) {
     EXPECT_EQ(lines[0].receivedMillis, RunningReceiver::wallMillis);
 }
 
-TEST(ClientLog, WithoutAKnownSessionIsKeptAside) {
+TEST(ClientLog, WithoutASessionIsKeptAside) {
     RunningReceiver receiver;
-    for (const auto* const message : {"Failed%20to%20serialize%20log", "%7B%7D", "%7B%22sessionId%22:7%7D",
-                                      "%7B%22sessionId%22:%22x%22%7D"}) {
+    for (const auto* const message : {"Failed%20to%20serialize%20log", "%7B%7D"}) {
         EXPECT_EQ(receiver.post(log, "LevelName=error&Message=" + std::string(message)).body,
                   R"({"status":"Success"})");
     }
-    ASSERT_EQ(receiver.store().strayLogLines()->size(), 4U);
+    ASSERT_EQ(receiver.store().strayLogLines()->size(), 2U);
     EXPECT_EQ(receiver.store().strayLogLines()->at(0).message, "Failed to serialize log");
+}
+
+TEST(ClientLog, OfAnUnknownSessionOrAnotherProjectsIsRefused) {
+    RunningReceiver receiver;
+    const auto id = receiver.createSession("b1", "p2");
+    for (const auto& session : {std::string("7"), std::string("%22x%22"), "%22" + id + "%22"}) {
+        const auto response =
+            receiver.post(log, "LevelName=error&Message=%7B%22sessionId%22:" + session + "%7D");
+        EXPECT_EQ(response.status, 200);
+        EXPECT_EQ(response.body, R"({"status":"Failure"})");
+    }
+    EXPECT_TRUE(receiver.store().strayLogLines()->empty());
+    EXPECT_TRUE(receiver.contents(id).logLines.empty());
+}
+
+TEST(ClientLog, OfAnUnknownProjectIsRefused) {
+    RunningReceiver receiver(R"({"projects":[{"brandId":"b1","projectId":"p2"}]})");
+    EXPECT_EQ(receiver.post(log, "LevelName=error&Message=m").body, R"({"status":"Failure"})");
+    EXPECT_EQ(receiver.post("/WRTarrowEngine/Ajax.php?action=ClientLog", "LevelName=error&Message=m").body,
+              R"({"status":"Failure"})");
+    EXPECT_TRUE(receiver.store().strayLogLines()->empty());
+    EXPECT_EQ(receiver.takeReports(), (Reports{"a log line was refused: unknown project b1/p1",
+                                               "a log line was refused: unknown project /"}));
+}
+
+TEST(ClientLog, TheBytesOfOneSessionsLinesAreLimited) {
+    RunningReceiver receiver(R"({"default":{},"limits":{"logBytes":60}})");
+    const auto id = receiver.createSession();
+    const auto line = "Message=%7B%22sessionId%22:%22" + id + "%22%7D&LevelName=info";
+    EXPECT_EQ(receiver.post(log, line).body, R"({"status":"Success"})");
+    EXPECT_EQ(receiver.post(log, line).body, R"({"status":"Failure"})");
+    EXPECT_EQ(receiver.contents(id).logLines.size(), 1U);
 }
 
 TEST(ClientLog, RefusesWhatIsNoLogLine) {

@@ -184,6 +184,8 @@ TEST(HttpServer, AnOccupiedPortIsNamed) {
     RunningReceiver receiver;
     class Nobody final : public RequestHandler {
         std::unique_ptr<Exchange> begin(const RequestHead&) override { return nullptr; }
+        void turnedAway() override {}
+        void gaveWay() override {}
     } nobody;
     const Limits limits;
     const auto second =

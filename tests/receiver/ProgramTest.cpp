@@ -119,22 +119,57 @@ TEST_F(ReceiverProgram, KilledAtAnyMomentItKeepsWhatItAcknowledged) {
               "mireth-receiver: removed 1 videos that an interrupted upload left behind\n");
 }
 
-TEST_F(ReceiverProgram, ListensOnIpv6AndWarnsOnAddressesThatOthersReach) {
-    {
-        Program program(serving("[::1]:0"));
-        const auto ready = nlohmann::json::parse(program.readLine());
-        EXPECT_EQ(ready.at("listen").get<std::string>().find("[::1]:"), 0U);
-        EXPECT_EQ(ready.at("sr"), "http://" + ready.at("listen").get<std::string>());
-        program.signal(SIGTERM);
-        EXPECT_EQ(program.wait().errors, "");
-    }
-    Program program(serving("0.0.0.0:0"));
+TEST_F(ReceiverProgram, ListensOnIpv6) {
+    Program program(serving("[::1]:0"));
     const auto ready = nlohmann::json::parse(program.readLine());
-    EXPECT_EQ(ready.at("sr"), "http://127.0.0.1:" + std::to_string(portOf(ready)));
+    EXPECT_EQ(ready.at("listen").get<std::string>().find("[::1]:"), 0U);
+    EXPECT_EQ(ready.at("sr"), "http://" + ready.at("listen").get<std::string>());
     program.signal(SIGTERM);
-    EXPECT_EQ(program.wait().errors,
-              "mireth-receiver: warning: listening on 0.0.0.0:" + std::to_string(portOf(ready)) +
-                  ", which other machines may reach; nobody is asked who they are\n");
+    EXPECT_EQ(program.wait().errors, "");
+}
+
+TEST_F(ReceiverProgram, WhereStrangersReachItItWantsTokensAndTls) {
+    const auto upload = directory_.write("upload", "upload-token-0123456789\n");
+    const auto viewing = directory_.write("viewing", "viewing-token-0123456789\n");
+    const auto errorOf = [&](std::vector<std::string> more) {
+        more.insert(more.begin(), {"--listen", "0.0.0.0:0", "--data", data_});
+        const auto result = run(more);
+        EXPECT_EQ(result.status, 1);
+        return result.errors;
+    };
+    const std::vector<std::string> tokens{"--upload-token-file", upload, "--viewing-token-file", viewing};
+    const std::string reachable = "mireth-receiver: strangers can reach 0.0.0.0:0: give ";
+    const auto noTokens = reachable +
+                          "--upload-token-file and --viewing-token-file, or listen on 127.0.0.1 " +
+                          "without a proxy\n";
+    EXPECT_EQ(errorOf({}), noTokens);
+    EXPECT_EQ(errorOf({"--upload-token-file", upload}), noTokens);
+    EXPECT_EQ(errorOf({"--viewing-token-file", viewing}), noTokens);
+    EXPECT_EQ(errorOf(tokens),
+              reachable + "--tls-cert and --tls-key, or --behind-proxy when a proxy does TLS\n");
+    EXPECT_EQ(errorOf({"--upload-token-file", upload, "--viewing-token-file", upload, "--behind-proxy"}),
+              "mireth-receiver: the two tokens are the same: who may upload could view everything\n");
+    EXPECT_NE(errorOf({"--upload-token-file", directory_.write("short", "short")}).find("short: a token is"),
+              std::string::npos);
+    EXPECT_NE(errorOf({"--upload-token-file", directory_.file("none")}).find("none: cannot be read"),
+              std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(data_));
+    // Behind a proxy loopback is no protection.
+    const auto proxied = run({"--listen", "127.0.0.1:0", "--behind-proxy", "--data", data_});
+    EXPECT_EQ(proxied.errors.find("mireth-receiver: a proxy lets strangers reach the receiver: give"), 0U);
+
+    auto command = serving("0.0.0.0:0");
+    command.insert(command.end(), tokens.begin(), tokens.end());
+    command.emplace_back("--behind-proxy");
+    Program program(command);
+    const int port = portOf(nlohmann::json::parse(program.readLine()));
+    EXPECT_EQ(request(port, "GET", "/app-insights/v1/b/p/sessionReplayConfig").status, 403);
+    EXPECT_EQ(
+        request(port, "GET", "/t/upload-token-0123456789/app-insights/v1/b/p/sessionReplayConfig").status,
+        200);
+    EXPECT_EQ(request(port, "GET", "/api/sessions").status, 401);
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.wait().status, 0);
 }
 
 TEST_F(ReceiverProgram, BadStartsEndWithOneLineAndStatusOne) {
@@ -173,7 +208,8 @@ TEST_F(ReceiverProgram, HelpNamesEveryOption) {
     const auto help = run({"--help"});
     EXPECT_EQ(help.status, 0);
     for (const auto* const word :
-         {"--listen", "--tls-cert", "--tls-key", "--data", "--config", "--print-ready", "list", "show"}) {
+         {"--listen", "--tls-cert", "--tls-key", "--data", "--config", "--print-ready", "--behind-proxy",
+          "--upload-token-file", "--viewing-token-file", "--host", "list", "show"}) {
         EXPECT_NE(help.out.find(word), std::string::npos) << word;
     }
 }

@@ -19,6 +19,7 @@ namespace mireth::receiver {
 namespace {
 
 using test::chunkUpload;
+using test::fileText;
 using test::infoJson;
 using test::jsonPart;
 using test::mp4;
@@ -30,11 +31,6 @@ using Reports = std::vector<std::string>;
 
 constexpr const char* success = R"({"status":"SUCCESS"})";
 constexpr const char* error = R"({"status":"ERROR"})";
-
-std::string fileText(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 TEST(RecordPlayback, KeepsTheChunkItsEventsAndItsVideo) {
     RunningReceiver receiver;

@@ -36,7 +36,7 @@ class SqliteStoreTest : public testing::Test {
                           .events = 1,
                           .timeline = R"([{"timestamp":1,"type":"ChunkEndMarker","chunkNumber":)" +
                                       std::to_string(number) + "}]"};
-        return store.putChunk("S1", chunk, {}, **video, 100).value();
+        return store.putChunk("S1", chunk, {}, **video, {}).value();
     }
     static void addSession(SqliteStore& store, const std::string& id = "S1", std::int64_t start = 5) {
         ASSERT_TRUE(store.addSession({.id = id,
@@ -179,10 +179,12 @@ TEST_F(SqliteStoreTest, ADirectoryThatCannotBeMadeIsNamed) {
 TEST_F(SqliteStoreTest, LogLinesHaveABudgetPerSession) {
     const auto store = open();
     addSession(*store);
-    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "1"}, 1), true);
-    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "2"}, 1), false);
-    EXPECT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "3"}, 1), true);
-    EXPECT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "4"}, 1), false);
+    Limits oneLine;
+    oneLine.logLines = 1;
+    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "1"}, oneLine), true);
+    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "2"}, oneLine), false);
+    EXPECT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "3"}, oneLine), true);
+    EXPECT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "4"}, oneLine), false);
     EXPECT_EQ(store->contents("S1")->value().logLines.size(), 1U);
     EXPECT_EQ(store->strayLogLines()->size(), 1U);
 }

@@ -33,7 +33,7 @@ TEST_F(Tls, ServesAnyNameOfItsCertificate) {
     client.set_hostname_addr_map({{"us-west.localhost", "127.0.0.1"}});
     client.set_ca_cert_path(files_.certificate);
     client.enable_server_certificate_verification(true);
-    const auto response = client.Post("/WRTarrowEngine/Ajax.php?action=ClientLog",
+    const auto response = client.Post("/WRTarrowEngine/Ajax.php?action=ClientLog&M_ZoneID=p&M_BID=b",
                                       "Message=m&LevelName=error", "application/x-www-form-urlencoded");
     ASSERT_TRUE(response) << httplib::to_string(response.error());
     EXPECT_EQ(response->status, 200);

@@ -98,6 +98,14 @@ int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     auto* const key = app.add_option("--tls-key", tls.key, "The certificate's private key (PEM)");
     certificate->needs(key);
     key->needs(certificate);
+    app.add_flag("--behind-proxy", serving.behindProxy,
+                 "A proxy in front does TLS and lets strangers in; tokens are required");
+    app.add_option("--upload-token-file", serving.uploadTokenFile,
+                   "File with the token for uploads; clients' base URLs end in /t/TOKEN");
+    app.add_option("--viewing-token-file", serving.viewingTokenFile,
+                   "File with the token that viewers log in with");
+    app.add_option("--host", serving.hosts,
+                   "Name by which viewers call the receiver; may be given several times");
     app.add_option("--data", serving.data, "Directory for the database and the videos")
         ->capture_default_str();
     app.add_option("--config", serving.config, "Projects and limits (JSON)");

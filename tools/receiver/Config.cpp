@@ -18,6 +18,7 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::size_t longestFile = std::size_t{4} * 1024 * 1024;
 constexpr std::size_t longestText = 256;
+constexpr std::uint64_t mostBytes = std::uint64_t{1} << 50U;
 constexpr std::array<std::string_view, 5> enablements{"SR_UNKNOWN", "SR_DISABLED", "SR_ENABLED_FOR_WEB_ONLY",
                                                       "SR_ENABLED_FOR_MOBILE_ONLY",
                                                       "SR_ENABLED_FOR_WEB_AND_MOBILE"};
@@ -78,6 +79,17 @@ void readWhole(const Json& object, const char* key, Integer most, const std::str
         throw Complaint(where + "." + key, "must be a whole number from 1 to " + std::to_string(most));
     }
     into = static_cast<Integer>(found->get<std::uint64_t>());
+}
+
+template <typename Integer>
+std::optional<Integer> optionalWhole(const Json& object, const char* key, Integer most,
+                                     const std::string& where) {
+    if (!object.contains(key)) {
+        return std::nullopt;
+    }
+    Integer value{};
+    readWhole(object, key, most, where, value);
+    return value;
 }
 
 std::optional<std::string> enablementOf(const Json& value, const std::string& where) {
@@ -178,10 +190,10 @@ void readProjects(const Json& list, Config& config) {
 
 void readLimits(const Json& object, Limits& limits) {
     requireObject(object, "limits");
-    refuseUnknown(
-        object,
-        {"requestBytes", "connections", "headSeconds", "idleSeconds", "requestSeconds", "chunks", "logLines"},
-        "limits");
+    refuseUnknown(object,
+                  {"requestBytes", "connections", "headSeconds", "idleSeconds", "requestSeconds", "chunks",
+                   "sessionBytes", "logLines", "logBytes", "diskBytes", "freeBytes"},
+                  "limits");
     constexpr int day = 86400;
     readWhole(object, "requestBytes", std::uint64_t{1} << 32U, "limits", limits.requestBytes);
     readWhole(object, "connections", std::size_t{4096}, "limits", limits.connections);
@@ -189,12 +201,23 @@ void readLimits(const Json& object, Limits& limits) {
     readWhole(object, "idleSeconds", day, "limits", limits.idleSeconds);
     readWhole(object, "requestSeconds", day, "limits", limits.requestSeconds);
     readWhole(object, "chunks", std::int64_t{1'000'000}, "limits", limits.chunks);
+    readWhole(object, "sessionBytes", mostBytes, "limits", limits.sessionBytes);
+    readWhole(object, "logBytes", mostBytes, "limits", limits.logBytes);
+    limits.diskBytes = optionalWhole(object, "diskBytes", mostBytes, "limits");
+    readWhole(object, "freeBytes", mostBytes, "limits", limits.freeBytes);
     readWhole(object, "logLines", std::int64_t{100'000'000}, "limits", limits.logLines);
+}
+
+RetentionRules retentionOf(const Json& object) {
+    requireObject(object, "retention");
+    refuseUnknown(object, {"days", "bytes"}, "retention");
+    return {.days = optionalWhole(object, "days", std::int64_t{36'500}, "retention"),
+            .bytes = optionalWhole(object, "bytes", mostBytes, "retention")};
 }
 
 Config configOf(const Json& root) {
     requireObject(root, "the file");
-    refuseUnknown(root, {"default", "projects", "limits"}, "");
+    refuseUnknown(root, {"default", "projects", "limits", "retention"}, "");
     Config config;
     config.fallback.reset();
     if (const auto found = root.find("default"); found != root.end()) {
@@ -208,6 +231,9 @@ Config configOf(const Json& root) {
     }
     if (const auto found = root.find("limits"); found != root.end()) {
         readLimits(*found, config.limits);
+    }
+    if (const auto found = root.find("retention"); found != root.end()) {
+        config.retention = retentionOf(*found);
     }
     return config;
 }

@@ -43,8 +43,17 @@ struct Limits {
     int idleSeconds = 15;           ///< longest silence within a request
     int requestSeconds = 120;       ///< from the connection until the body is complete
     std::int64_t chunks = 10'000;   ///< kept for one session
-    std::int64_t logLines =
-        10'000;  ///< kept for one session; lines without a known session share one such budget
+    std::uint64_t sessionBytes = 1ULL << 30U;  ///< videos and timelines kept for one session
+    std::int64_t logLines = 10'000;        ///< kept for one session; lines without one share one such budget
+    std::uint64_t logBytes = 4ULL << 20U;  ///< the same in bytes
+    std::optional<std::uint64_t> diskBytes;   ///< of all that is kept; none: as much as the disk holds
+    std::uint64_t freeBytes = 256ULL << 20U;  ///< that stay free on the disk
+};
+
+/// When sessions are removed by themselves; without a rule, never.
+struct RetentionRules {
+    std::optional<std::int64_t> days;    ///< since anything of a session came in
+    std::optional<std::uint64_t> bytes;  ///< of all that is kept; the oldest sessions go first
 };
 
 struct Config {
@@ -53,6 +62,7 @@ struct Config {
     /// Keyed by brand id and project id.
     std::map<std::pair<std::string, std::string>, ProjectSettings> projects;
     Limits limits;
+    RetentionRules retention;
 
     /// The project's settings, or null when the project is unknown. Valid as long as this object.
     const ProjectSettings* find(const std::string& brandId, const std::string& projectId) const;

@@ -89,6 +89,9 @@ Database::Database(const std::string& path, Mode mode) {
     sqlite3_busy_timeout(connection, 10'000);
     execute("PRAGMA foreign_keys = ON");
     execute("PRAGMA synchronous = FULL");
+    execute("PRAGMA secure_delete = ON");
+    // Takes effect in a database without tables yet.
+    execute(mode == Mode::write ? "PRAGMA auto_vacuum = INCREMENTAL" : "PRAGMA temp_store = MEMORY");
     execute(mode == Mode::write ? "PRAGMA journal_mode = WAL" : "PRAGMA query_only = ON");
 }
 
@@ -96,6 +99,14 @@ void Database::execute(const char* sql) const {
     if (sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
         throw DatabaseError(sqlite3_errmsg(connection_.get()));
     }
+}
+
+void Database::tryExecute(const char* sql) const noexcept {
+    sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr);
+}
+
+std::int64_t Database::lastRow() const {
+    return sqlite3_last_insert_rowid(connection_.get());
 }
 
 std::int64_t Database::changes() const {

@@ -62,13 +62,17 @@ class Database {
     enum class Mode { write, read };
 
     /// Opens `path` in WAL mode with foreign keys and full synchronisation; in `write` it is made when
-    /// absent.
+    /// absent. What is deleted is overwritten with zeros.
     Database(const std::string& path, Mode mode);
 
     Statement prepare(std::string_view sql) const { return {connection_.get(), sql}; }
     /// Runs statements that yield nothing.
     void execute(const char* sql) const;
+    /// The same where it is no harm when it cannot be done.
+    void tryExecute(const char* sql) const noexcept;
     std::int64_t changes() const;
+    /// The id of the row that was inserted last.
+    std::int64_t lastRow() const;
 
   private:
     struct Closer {

@@ -9,7 +9,6 @@
 
 #include "Answers.hpp"
 #include "ClientLogForm.hpp"
-#include "FixedExchange.hpp"
 #include "JsonText.hpp"
 #include "ObjectReader.hpp"
 #include "RecordPlayback.hpp"
@@ -42,37 +41,45 @@ bool matches(const std::vector<std::string>& segments, std::span<const std::stri
     });
 }
 
-std::unique_ptr<Exchange> refusal(int status) {
-    return std::make_unique<FixedExchange>(Answer{.status = status, .body = errorBody});
+// A line says in its JSON which session it belongs to. None when it names none, as a line that was written
+// before its session began, or one that is no JSON object.
+std::optional<std::string> sessionNamedIn(const std::string& message) {
+    const auto json = parseJson(message, {.bytes = longestLogBody});
+    if (!json || !json->is_object() || !json->contains("sessionId")) {
+        return std::nullopt;
+    }
+    const auto& id = json->at("sessionId");
+    return id.is_string() ? id.get<std::string>() : std::string();
 }
 
-std::unique_ptr<Exchange> wrongMethod(const char* right) {
-    return std::make_unique<FixedExchange>(
-        Answer{.status = 405, .body = errorBody, .headers = {{"Allow", right}}});
+Route refusal(int status) {
+    return fixedRoute("other", {.status = status, .body = errorBody});
+}
+
+Route wrongMethod(const char* endpoint, const char* right) {
+    return fixedRoute(endpoint, {.status = 405, .body = errorBody, .headers = {{"Allow", right}}});
 }
 
 }  // namespace
 
-std::unique_ptr<Exchange> Endpoints::begin(const RequestHead& head) {
-    const auto target = parseTarget(head.target);
-    if (!target) {
-        return refusal(400);
-    }
-    const auto& path = target->segments;
+Route Endpoints::begin(const RequestHead& head, const RequestTarget& target) {
+    const auto& path = target.segments;
     if (matches(path, createPath)) {
-        return head.method == "POST" ? createSession() : wrongMethod("POST");
+        return head.method == "POST" ? Route{"create", createSession()} : wrongMethod("create", "POST");
     }
     if (matches(path, closePath)) {
-        return head.method == "POST" ? closeSession(path[3]) : wrongMethod("POST");
+        return head.method == "POST" ? Route{"close", closeSession(path[3])} : wrongMethod("close", "POST");
     }
     if (matches(path, recordPath)) {
-        return head.method == "PUT" ? recordPlayback(head.contentType) : wrongMethod("PUT");
+        return head.method == "PUT" ? Route{"record", recordPlayback(head.contentType)}
+                                    : wrongMethod("record", "PUT");
     }
     if (matches(path, configurationPath)) {
-        return head.method == "GET" ? configuration(path[2], path[3]) : wrongMethod("GET");
+        return head.method == "GET" ? Route{"configuration", configuration(path[2], path[3])}
+                                    : wrongMethod("configuration", "GET");
     }
-    if (matches(path, logPath) && target->queryItem("action") == "ClientLog") {
-        return head.method == "POST" ? clientLog() : wrongMethod("POST");
+    if (matches(path, logPath) && target.queryItem("action") == "ClientLog") {
+        return head.method == "POST" ? Route{"log", clientLog(target)} : wrongMethod("log", "POST");
     }
     return refusal(404);
 }
@@ -98,9 +105,13 @@ std::unique_ptr<Exchange> Endpoints::configuration(const std::string& brandId, c
     });
 }
 
-std::unique_ptr<Exchange> Endpoints::clientLog() {
-    return std::make_unique<SmallExchange>(longestLogBody, failureBody,
-                                           [this](const std::string& body) { return answerLog(body); });
+std::unique_ptr<Exchange> Endpoints::clientLog(const RequestTarget& target) {
+    return std::make_unique<SmallExchange>(
+        longestLogBody, failureBody,
+        [this, brandId = target.queryItem("M_BID").value_or(""),
+         projectId = target.queryItem("M_ZoneID").value_or("")](const std::string& body) {
+            return answerLog(brandId, projectId, body);
+        });
 }
 
 // Clients decode the session's members whatever the status, so a refusal carries them too, empty.
@@ -139,8 +150,10 @@ Answer Endpoints::answerCreate(const std::string& body) {
         return refuseSession(
             200, "mobile sessions are off for project " + session.brandId + "/" + session.projectId);
     }
-    if (auto kept = services_.store.addSession(session); !kept) {
-        return refuseSession(500, kept.error());
+    const auto kept = services_.store.addSession(session);
+    if (!kept || !*kept) {
+        return kept ? refuseSession(507, "there is no room left on the disk")
+                    : refuseSession(500, kept.error());
     }
     const Json answer{{"status", "SUCCESS"},
                       {"sessionInfo",
@@ -188,30 +201,44 @@ Answer Endpoints::answerConfiguration(const std::string& brandId, const std::str
     return {.status = 200, .body = jsonText(answer)};
 }
 
-// A line says in its JSON which session it belongs to; a line that is no JSON object belongs to none.
-std::optional<std::string> Endpoints::knownSession(const std::string& message) {
-    const auto json = parseJson(message, {.bytes = longestLogBody});
-    if (!json || !json->is_object() || !json->contains("sessionId") || !json->at("sessionId").is_string()) {
-        return std::nullopt;
+// Nobody who posts a line shows a token, so what is taken must be of something that is known already.
+Stored<bool> Endpoints::isOf(const std::string& brandId, const std::string& projectId,
+                             const std::string& sessionId) {
+    const auto session = services_.store.session(sessionId);
+    if (!session) {
+        return std::unexpected(session.error());
     }
-    const auto session = services_.store.session(json->at("sessionId").get<std::string>());
-    return session && *session ? std::optional((*session)->id) : std::nullopt;
+    return *session && (*session)->brandId == brandId && (*session)->projectId == projectId;
 }
 
-Answer Endpoints::answerLog(const std::string& body) {
+Answer Endpoints::refuseLog(int status, const std::string& why) const {
+    services_.environment.report("a log line was refused: " + why);
+    return {.status = status, .body = failureBody};
+}
+
+Answer Endpoints::answerLog(const std::string& brandId, const std::string& projectId,
+                            const std::string& body) {
     auto form = readClientLogForm(body);
     if (!form) {
-        services_.environment.report("a log line was refused: " + form.error());
-        return {.status = 400, .body = failureBody};
+        return refuseLog(400, form.error());
     }
-    const LogLine line{.sessionId = knownSession(form->message),
+    const bool named = !brandId.empty() && !projectId.empty();
+    if (!named || services_.config.find(brandId, projectId) == nullptr) {
+        return refuseLog(200, "unknown project " + brandId + "/" + projectId);
+    }
+    const LogLine line{.sessionId = sessionNamedIn(form->message),
                        .receivedMillis = services_.environment.wallMillis(),
                        .levelName = std::move(form->levelName),
                        .message = std::move(form->message)};
-    const auto kept = services_.store.addLogLine(line, services_.config.limits.logLines);
+    if (line.sessionId) {
+        const auto known = isOf(brandId, projectId, *line.sessionId);
+        if (!known || !*known) {
+            return known ? refuseLog(200, "its session is unknown") : refuseLog(500, known.error());
+        }
+    }
+    const auto kept = services_.store.addLogLine(line, services_.config.limits);
     if (!kept) {
-        services_.environment.report(kept.error());
-        return {.status = 500, .body = failureBody};
+        return refuseLog(500, kept.error());
     }
     return {.status = 200, .body = *kept ? R"({"status":"Success"})" : failureBody};
 }

@@ -1,36 +1,40 @@
-// The addresses that the receiver answers and what it does for each. The HTTP server hands every request
-// here.
+// The addresses that recording clients call and what the receiver does for each. The router hands their
+// requests here.
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "Exchange.hpp"
 #include "RateLimiter.hpp"
+#include "RequestTarget.hpp"
+#include "Route.hpp"
 #include "Services.hpp"
 
 namespace mireth::receiver {
 
-class Endpoints final : public RequestHandler {
+/// Any thread may call.
+class Endpoints {
   public:
     explicit Endpoints(Services services) : services_(services) {}
 
-    std::unique_ptr<Exchange> begin(const RequestHead& head) override;
+    /// `target` is the head's, without the prefix of an upload token.
+    Route begin(const RequestHead& head, const RequestTarget& target);
 
   private:
     std::unique_ptr<Exchange> createSession();
     std::unique_ptr<Exchange> closeSession(const std::string& sessionId);
     std::unique_ptr<Exchange> recordPlayback(const std::string& contentType);
     std::unique_ptr<Exchange> configuration(const std::string& brandId, const std::string& projectId);
-    std::unique_ptr<Exchange> clientLog();
+    std::unique_ptr<Exchange> clientLog(const RequestTarget& target);
 
     Answer answerCreate(const std::string& body);
     Answer answerClose(const std::string& sessionId, const std::string& body);
     Answer answerConfiguration(const std::string& brandId, const std::string& projectId) const;
-    Answer answerLog(const std::string& body);
+    Answer answerLog(const std::string& brandId, const std::string& projectId, const std::string& body);
+    Answer refuseLog(int status, const std::string& why) const;
     Answer refuseSession(int status, const std::string& why) const;
-    std::optional<std::string> knownSession(const std::string& message);
+    Stored<bool> isOf(const std::string& brandId, const std::string& projectId, const std::string& sessionId);
 
     const Services services_;
     RateLimiter limiter_;  // guards itself

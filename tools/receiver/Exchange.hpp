@@ -19,9 +19,14 @@ struct RequestHead {
     std::string method;
     std::string target;  ///< path and query as they stand in the request line, still percent-encoded
     std::string contentType;
-    std::string host;
+    std::string host;  ///< the value of this header and of those that follow; "" when absent
     std::string ifNoneMatch;
     std::string range;
+    std::string cookie;
+    std::string authorization;
+    std::string origin;
+    std::string fetchSite;  ///< "Sec-Fetch-Site"
+    std::string asked;      ///< "X-Mireth-Request"
 };
 
 /// A piece of a file that is sent as it is read.
@@ -66,6 +71,10 @@ class RequestHandler {
 
     /// Never null. The exchange may refer to the handler.
     virtual std::unique_ptr<Exchange> begin(const RequestHead& head) = 0;
+    /// A connection was turned away because all were taken.
+    virtual void turnedAway() = 0;
+    /// A slow connection was ended because others waited.
+    virtual void gaveWay() = 0;
 };
 
 }  // namespace mireth::receiver

@@ -17,7 +17,7 @@ class FixedExchange final : public Exchange {
     std::uint64_t bodyLimit() const override { return std::uint64_t{128} * 1024; }
     void accept(std::string_view) override {}
     Answer finish() override { return answer_; }
-    Answer refuse(int status) override { return {.status = status, .body = answer_.body}; }
+    Answer refuse(int) override { return answer_; }
 
   private:
     const Answer answer_;

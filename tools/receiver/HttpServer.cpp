@@ -167,7 +167,12 @@ class HttpServer::Listener final : private httplib::Server {
                                           .contentType = request.get_header_value(contentTypeAside),
                                           .host = request.get_header_value("Host"),
                                           .ifNoneMatch = request.get_header_value("If-None-Match"),
-                                          .range = request.get_header_value("Range")});
+                                          .range = request.get_header_value("Range"),
+                                          .cookie = request.get_header_value("Cookie"),
+                                          .authorization = request.get_header_value("Authorization"),
+                                          .origin = request.get_header_value("Origin"),
+                                          .fetchSite = request.get_header_value("Sec-Fetch-Site"),
+                                          .asked = request.get_header_value("X-Mireth-Request")});
         send(answerTo(request, *work, reader), response);
     }
 
@@ -262,6 +267,7 @@ class HttpServer::Listener final : private httplib::Server {
 
     // Runs where connections are accepted, so it must not wait.
     void turnAway(int socket) const {
+        handler_.turnedAway();
         if (!tls_) {
             const auto response = plainResponse("503 Service Unavailable");
             ::send(socket, response.data(), response.size(), MSG_NOSIGNAL | MSG_DONTWAIT);

@@ -11,6 +11,17 @@
 #include "TimelineValidator.hpp"
 
 namespace mireth::receiver {
+namespace {
+
+// The word under which a refused chunk is counted.
+const char* outcomeOf(std::string_view status, int httpStatus) {
+    if (status == "THROTTLED") {
+        return "throttled";
+    }
+    return httpStatus == 400 ? "malformed" : httpStatus >= 500 ? "failed" : "refused";
+}
+
+}  // namespace
 
 RecordPlayback::RecordPlayback(Services services, RateLimiter& limiter, std::string_view contentType)
     : services_(services), limiter_(limiter) {
@@ -28,6 +39,7 @@ bool RecordPlayback::settle(const char* status, int httpStatus, const std::strin
             (info_ ? " (session " + info_->sessionId + ", chunk " + std::to_string(info_->chunkNumber) + ")"
                    : ""));
         answer_ = statusAnswer(status, httpStatus);
+        services_.metrics.countChunk(outcomeOf(status, httpStatus));
         video_.reset();
     }
     return false;
@@ -84,10 +96,11 @@ bool RecordPlayback::partBytes(std::string_view bytes) {
     if (part_ == Part::info) {
         return collect(*infoText_, bytes, longestChunkInfo, "the chunk information");
     }
-    if (auto written = video_->append(bytes); !written) {
+    const auto written = video_->append(bytes);
+    if (!written) {
         return failed(written.error());
     }
-    return true;
+    return *written || settle("ERROR", 507, "there is no room left on the disk");
 }
 
 bool RecordPlayback::partEnded() {
@@ -158,7 +171,7 @@ void RecordPlayback::keep() {
                       .events = static_cast<std::int64_t>(events->size()),
                       .timeline = timelineText(*events, info_->chunkNumber)};
     const auto outcome = services_.store.putChunk(info_->sessionId, chunk, summarise(*events), *video_,
-                                                  services_.config.limits.chunks);
+                                                  services_.config.limits);
     if (!outcome) {
         failed(outcome.error());
         return;
@@ -166,6 +179,7 @@ void RecordPlayback::keep() {
     switch (*outcome) {
         case PutOutcome::kept:
         case PutOutcome::repeated:
+            services_.metrics.countChunk(*outcome == PutOutcome::kept ? "kept" : "repeated");
             answer_ = statusAnswer("SUCCESS");
             return;
         case PutOutcome::conflicting:
@@ -173,6 +187,9 @@ void RecordPlayback::keep() {
             return;
         case PutOutcome::notOpen:
             settle("ERROR", 200, "the session was closed meanwhile");
+            return;
+        case PutOutcome::tooLarge:
+            settle("ERROR", 413, "the session has too many bytes");
             return;
         case PutOutcome::full:
             settle("ERROR", 200, "the session has too many chunks");

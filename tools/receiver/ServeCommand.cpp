@@ -5,8 +5,11 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 
+#include "Exposure.hpp"
+#include "Housekeeping.hpp"
 #include "JsonText.hpp"
 #include "ListenAddress.hpp"
+#include "Retention.hpp"
 #include "Router.hpp"
 #include "SqliteStore.hpp"
 
@@ -37,6 +40,16 @@ void printReady(std::ostream& out, const ListenAddress& address, const ServeOpti
         << std::endl;
 }
 
+void announce(std::ostream& out, const ListenAddress& address, const ServeOptions& options,
+              const Environment& environment) {
+    if (options.printReady) {
+        printReady(out, address, options);
+    } else {
+        environment.report("listening on " + originOf(address, options.tls.has_value()) + ", data in " +
+                           options.data);
+    }
+}
+
 void awaitSignal() {
     sigset_t wanted;
     sigemptyset(&wanted);
@@ -54,11 +67,17 @@ int serve(const ServeOptions& options, std::ostream& out, std::ostream& errors) 
     if (!address) {
         return fail(environment, address.error());
     }
+    const auto rules = accessRulesFor(options, *address);
+    if (!rules) {
+        return fail(environment, rules.error());
+    }
     const auto config = options.config ? Config::read(*options.config) : Config{};
     if (!config) {
         return fail(environment, config.error());
     }
-    const auto store = SqliteStore::open(options.data, environment.newIdentifier);
+    const auto store =
+        SqliteStore::open(options.data, environment.newIdentifier,
+                          {.most = config->limits.diskBytes, .keepFree = config->limits.freeBytes});
     if (!store) {
         return fail(environment, store.error());
     }
@@ -66,23 +85,19 @@ int serve(const ServeOptions& options, std::ostream& out, std::ostream& errors) 
         environment.report("removed " + std::to_string((*store)->sweptVideos()) +
                            " videos that an interrupted upload left behind");
     }
-    Router router({.config = *config, .store = **store, .environment = environment});
+    Metrics metrics;
+    const Services services{
+        .config = *config, .store = **store, .environment = environment, .metrics = metrics};
+    Router router(services, *rules);
     const auto server = HttpServer::start({.host = address->host, .port = address->port, .tls = options.tls},
                                           config->limits, router, environment);
     if (!server) {
         return fail(environment, server.error());
     }
+    Retention retention(services);
+    const Housekeeping housekeeping([&] { retention.enforce(); }, std::chrono::minutes(1));
     address->port = (*server)->port();
-    if (!address->isLoopback()) {
-        environment.report("warning: listening on " + address->text() +
-                           ", which other machines may reach; nobody is asked who they are");
-    }
-    if (options.printReady) {
-        printReady(out, *address, options);
-    } else {
-        environment.report("listening on " + originOf(*address, options.tls.has_value()) + ", data in " +
-                           options.data);
-    }
+    announce(out, *address, options, environment);
     awaitSignal();
     (*server)->stop();
     return 0;

@@ -2,20 +2,10 @@
 #pragma once
 
 #include <iosfwd>
-#include <optional>
-#include <string>
 
-#include "HttpServer.hpp"
+#include "ServeOptions.hpp"
 
 namespace mireth::receiver {
-
-struct ServeOptions {
-    std::string listen = "127.0.0.1:8080";
-    std::optional<TlsFiles> tls;
-    std::string data;
-    std::optional<std::string> config;
-    bool printReady = false;
-};
 
 /// Serves until SIGTERM or SIGINT, which must be blocked in every thread already; then finishes what is in
 /// flight. Returns the exit status: 0 after that, 1 when it could not begin, with one line on `errors`.

@@ -3,15 +3,17 @@
 
 #include "Config.hpp"
 #include "Environment.hpp"
+#include "Metrics.hpp"
 #include "Store.hpp"
 
 namespace mireth::receiver {
 
-/// All three outlive whoever holds this.
+/// All of them outlive whoever holds this.
 struct Services {
     const Config& config;
     Store& store;
     const Environment& environment;
+    Metrics& metrics;
 };
 
 }  // namespace mireth::receiver

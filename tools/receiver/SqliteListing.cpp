@@ -2,73 +2,12 @@
 #include <string>
 #include <utility>
 
+#include "ListPlan.hpp"
 #include "SqliteGuard.hpp"
 #include "SqliteStore.hpp"
 #include "SummaryRow.hpp"
 
 namespace mireth::receiver {
-namespace {
-
-// A signal's partial index walks only the sessions that have one, in the order of the list. Nearly every
-// session has a tap, so taps need none.
-const char* indexFor(const SessionQuery& query) {
-    if (query.signal == Signal::rageTap) {
-        return " INDEXED BY sessionWithRageTap";
-    }
-    if (query.signal == Signal::deadTap) {
-        return " INDEXED BY sessionWithDeadTap";
-    }
-    if (query.signal == Signal::errorTap) {
-        return " INDEXED BY sessionWithErrorTap";
-    }
-    return "";
-}
-
-const char* conditionOf(Signal signal) {
-    switch (signal) {
-        case Signal::tap:
-            return " AND taps > 0";
-        case Signal::rageTap:
-            return " AND rageTaps > 0";
-        case Signal::deadTap:
-            return " AND deadTaps > 0";
-        case Signal::errorTap:
-            return " AND errorTaps > 0";
-    }
-    return "";
-}
-
-// In a LIKE pattern with "\" as its escape.
-std::string likeAnywhere(const std::string& text) {
-    std::string pattern = "%";
-    for (const char c : text) {
-        if (c == '%' || c == '_' || c == '\\') {
-            pattern += '\\';
-        }
-        pattern += c;
-    }
-    return pattern + "%";
-}
-
-std::string conditions(const SessionQuery& query) {
-    std::string sql = " WHERE place < ? AND place >= ?";
-    sql += query.projectId ? " AND projectId = ?" : "";
-    sql += query.signal ? conditionOf(*query.signal) : "";
-    sql += query.screen ? " AND EXISTS (SELECT 1 FROM sessionText WHERE place = session.place AND textId ="
-                          " (SELECT id FROM text WHERE kind = 0 AND value = ?))"
-                        : "";
-    sql += query.text ? " AND EXISTS (SELECT 1 FROM sessionText JOIN text ON text.id = textId"
-                        " WHERE place = session.place AND value LIKE ? ESCAPE '\\')"
-                      : "";
-    return sql;
-}
-
-std::int64_t placeAt(std::int64_t millis) {
-    constexpr std::int64_t most = INT64_MAX / 4096;
-    return std::clamp(millis, -most, most) * 4096;
-}
-
-}  // namespace
 
 std::vector<std::string> SqliteStore::screensOf(std::int64_t place) const {
     std::vector<std::string> screens;
@@ -84,25 +23,23 @@ std::vector<std::string> SqliteStore::screensOf(std::int64_t place) const {
 
 Stored<SessionPage> SqliteStore::list(const SessionQuery& query) {
     return reading("cannot list the sessions", [&] {
-        auto row =
-            reader_.prepare(std::string("SELECT ") + sessionColumns + sumColumns + ", place FROM session" +
-                            indexFor(query) + conditions(query) + " ORDER BY place DESC LIMIT ?");
-        row.bind(std::min(query.before.value_or(INT64_MAX), placeAt(query.toMillis.value_or(INT64_MAX))))
-            .bind(placeAt(query.fromMillis.value_or(INT64_MIN)));
-        if (query.projectId) {
-            row.bind(*query.projectId);
-        }
-        if (query.screen) {
-            row.bind(*query.screen);
-        }
-        if (query.text) {
-            row.bind(likeAnywhere(*query.text));
-        }
-        row.bind(static_cast<std::int64_t>(query.limit) + 1);
         SessionPage page;
+        if (!query.filters()) {
+            auto count = reader_.prepare("SELECT count(*) FROM session");
+            count.step();
+            page.total = count.whole(0);
+        }
+        const auto plan = planList(reader_, query);
+        if (!plan) {
+            return page;
+        }
+        auto row = reader_.prepare(std::string("SELECT ") + sessionColumns + sumColumns +
+                                   ", place FROM session" + plan->sql + " ORDER BY place DESC LIMIT ?");
+        plan->bind(row);
+        row.bind(static_cast<std::int64_t>(query.limit) + 1);
         std::vector<std::int64_t> places;
         while (row.step()) {
-            if (page.sessions.size() == query.limit) {
+            if (places.size() == query.limit) {
                 page.next = places.back();
                 break;
             }
@@ -111,11 +48,6 @@ Stored<SessionPage> SqliteStore::list(const SessionQuery& query) {
         }
         for (std::size_t i = 0; i < places.size(); ++i) {
             page.sessions[i].screens = screensOf(places[i]);
-        }
-        if (!query.filters()) {
-            auto count = reader_.prepare("SELECT count(*) FROM session");
-            count.step();
-            page.total = count.whole(0);
         }
         return page;
     });
@@ -138,6 +70,18 @@ Stored<Facets> SqliteStore::facets() {
             facets.screens.push_back(screen.text(0));
         }
         return facets;
+    });
+}
+
+Stored<StoreStats> SqliteStore::stats() {
+    return reading("cannot count what is kept", [&] {
+        auto row = reader_.prepare("SELECT count(*), coalesce(sum(chunks), 0) FROM session");
+        row.step();
+        return StoreStats{.sessions = row.whole(0),
+                          .chunks = row.whole(1),
+                          .videoBytes = budget_->videoBytes(),
+                          .databaseBytes = budget_->databaseBytes(),
+                          .freeBytes = budget_->freeBytes()};
     });
 }
 

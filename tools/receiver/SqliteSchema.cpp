@@ -25,6 +25,7 @@ CREATE TABLE session (
     frames INTEGER NOT NULL DEFAULT 0,
     bytes INTEGER NOT NULL DEFAULT 0,
     durationMillis INTEGER NOT NULL DEFAULT 0,
+    timelineBytes INTEGER NOT NULL DEFAULT 0,
     events INTEGER NOT NULL DEFAULT 0,
     logLines INTEGER NOT NULL DEFAULT 0,
     logBytes INTEGER NOT NULL DEFAULT 0,
@@ -65,15 +66,15 @@ CREATE TABLE text (
     id INTEGER PRIMARY KEY,
     kind INTEGER NOT NULL,
     value TEXT NOT NULL,
+    folded TEXT NOT NULL,
     UNIQUE (kind, value)
 );
-CREATE VIRTUAL TABLE textSearch USING fts5(value, content='text', content_rowid='id', tokenize='trigram');
-CREATE TRIGGER textAdded AFTER INSERT ON text BEGIN
-    INSERT INTO textSearch(rowid, value) VALUES (new.id, new.value);
-END;
-CREATE TRIGGER textGone AFTER DELETE ON text BEGIN
-    INSERT INTO textSearch(textSearch, rowid, value) VALUES ('delete', old.id, old.value);
-END;
+CREATE TABLE gram (
+    gram TEXT NOT NULL,
+    textId INTEGER NOT NULL,
+    PRIMARY KEY (gram, textId)
+) WITHOUT ROWID;
+CREATE INDEX gramByText ON gram(textId);
 CREATE TABLE sessionText (
     place INTEGER NOT NULL REFERENCES session(place),
     textId INTEGER NOT NULL REFERENCES text(id),

@@ -53,9 +53,11 @@ Stored<void> makePrivateFile(const std::string& path) {
 }  // namespace
 
 SqliteStore::SqliteStore(std::string directory, UniqueFd lock, Database database, Database reader,
-                         VideoFolder videos, std::function<std::string()> newIdentifier)
+                         std::unique_ptr<DiskBudget> budget, VideoFolder videos,
+                         std::function<std::string()> newIdentifier)
     : directory_(std::move(directory)),
       lock_(std::move(lock)),
+      budget_(std::move(budget)),
       videos_(std::move(videos)),
       newIdentifier_(std::move(newIdentifier)),
       opened_(newIdentifier_ ? newIdentifier_() : ""),
@@ -63,7 +65,8 @@ SqliteStore::SqliteStore(std::string directory, UniqueFd lock, Database database
       reader_(std::move(reader)) {}
 
 Stored<std::unique_ptr<SqliteStore>> SqliteStore::open(const std::string& directory,
-                                                       std::function<std::string()> newIdentifier) {
+                                                       std::function<std::string()> newIdentifier,
+                                                       DiskLimits limits) {
     auto lock = lockDirectory(directory);
     if (!lock) {
         return std::unexpected(lock.error());
@@ -72,16 +75,17 @@ Stored<std::unique_ptr<SqliteStore>> SqliteStore::open(const std::string& direct
     if (auto made = makePrivateFile(path); !made) {
         return std::unexpected(made.error());
     }
-    auto videos = VideoFolder::open(directory + "/videos");
+    auto budget = std::make_unique<DiskBudget>(directory, limits);
+    auto videos = VideoFolder::open(directory + "/videos", *budget);
     if (!videos) {
         return std::unexpected(videos.error());
     }
     try {
         Database database(path, Database::Mode::write);
         prepareSchema(database);
-        std::unique_ptr<SqliteStore> store(new SqliteStore(directory, std::move(*lock), std::move(database),
-                                                           Database(path, Database::Mode::read),
-                                                           std::move(*videos), std::move(newIdentifier)));
+        std::unique_ptr<SqliteStore> store(new SqliteStore(
+            directory, std::move(*lock), std::move(database), Database(path, Database::Mode::read),
+            std::move(budget), std::move(*videos), std::move(newIdentifier)));
         store->sweep();
         return store;
     } catch (const DatabaseError& error) {
@@ -94,7 +98,8 @@ Stored<std::unique_ptr<SqliteStore>> SqliteStore::openForReading(const std::stri
     if (!std::filesystem::exists(path)) {
         return std::unexpected("there is no receiver's data in " + directory);
     }
-    auto videos = VideoFolder::open(directory + "/videos");
+    auto budget = std::make_unique<DiskBudget>(directory, DiskLimits{});
+    auto videos = VideoFolder::open(directory + "/videos", *budget);
     if (!videos) {
         return std::unexpected(videos.error());
     }
@@ -103,7 +108,7 @@ Stored<std::unique_ptr<SqliteStore>> SqliteStore::openForReading(const std::stri
         requireSchema(database);
         return std::unique_ptr<SqliteStore>(new SqliteStore(directory, UniqueFd(), std::move(database),
                                                             Database(path, Database::Mode::read),
-                                                            std::move(*videos), {}));
+                                                            std::move(budget), std::move(*videos), {}));
     } catch (const DatabaseError& error) {
         return std::unexpected("cannot open the database " + path + ": " + error.what());
     }

@@ -3,12 +3,15 @@
 
 #include "SqliteGuard.hpp"
 #include "SqliteStore.hpp"
+#include "TextSearch.hpp"
 
 namespace mireth::receiver {
 namespace {
 
+// What a row takes, generously.
+constexpr std::uint64_t rowBytes = 4096;
 // Texts by which one session can be found; an honest one has a few dozen.
-constexpr std::int64_t mostTexts = 2000;
+constexpr std::int64_t mostTexts = 500;
 
 // The first free place at or after the start; sessions of one millisecond follow each other.
 std::int64_t freePlace(const Database& database, std::int64_t startMillis) {
@@ -24,16 +27,27 @@ std::int64_t textIdOf(const Database& database, const FoundText& text) {
     if (known.bind(kind).bind(text.value).step()) {
         return known.whole(0);
     }
-    auto added = database.prepare("INSERT INTO text(kind, value) VALUES (?, ?) RETURNING id");
-    added.bind(kind).bind(text.value).step();
-    const auto id = added.whole(0);
-    added.run();
+    const auto folded = foldedText(text.value);
+    database.prepare("INSERT INTO text(kind, value, folded) VALUES (?, ?, ?)")
+        .bind(kind)
+        .bind(text.value)
+        .bind(folded)
+        .run();
+    const auto id = database.lastRow();
+    auto gram = database.prepare("INSERT INTO gram(gram, textId) VALUES (?, ?)");
+    for (const auto& each : gramsOf(folded)) {
+        gram.bind(each).bind(id).run();
+        gram.reset();
+    }
     return id;
 }
 
 }  // namespace
 
-Stored<void> SqliteStore::addSession(const Session& session) {
+Stored<bool> SqliteStore::addSession(const Session& session) {
+    if (!budget_->hasRoomFor(rowBytes)) {
+        return false;
+    }
     return guarded("cannot keep a session", [&] {
         Transaction transaction(database_, Transaction::Kind::write);
         database_
@@ -51,6 +65,7 @@ Stored<void> SqliteStore::addSession(const Session& session) {
             .run();
         transaction.commit();
         ++changes_;
+        return true;
     });
 }
 
@@ -75,18 +90,22 @@ Stored<std::unique_ptr<IncomingVideo>> SqliteStore::beginVideo() {
     return videos_.create(newIdentifier_());
 }
 
-PutOutcome SqliteStore::admission(const std::string& sessionId, std::int64_t number,
-                                  const std::string& digest, std::int64_t mostChunks) const {
-    auto session =
-        database_.prepare("SELECT place, chunks FROM session WHERE id = ? AND closedMillis IS NULL");
+PutOutcome SqliteStore::admission(const std::string& sessionId, const Chunk& chunk, const VideoFile& video,
+                                  const std::string& digest, const Limits& limits) const {
+    auto session = database_.prepare(
+        "SELECT place, chunks, bytes + timelineBytes FROM session WHERE id = ? AND closedMillis IS NULL");
     if (!session.bind(sessionId).step()) {
         return PutOutcome::notOpen;
     }
     auto same = database_.prepare("SELECT digest FROM chunk WHERE place = ? AND number = ?");
-    if (same.bind(session.whole(0)).bind(number).step()) {
+    if (same.bind(session.whole(0)).bind(chunk.number).step()) {
         return same.text(0) == digest ? PutOutcome::repeated : PutOutcome::conflicting;
     }
-    return session.whole(1) >= mostChunks ? PutOutcome::full : PutOutcome::kept;
+    if (session.whole(1) >= limits.chunks) {
+        return PutOutcome::full;
+    }
+    const auto bytes = static_cast<std::uint64_t>(session.whole(2)) + video.size() + chunk.timeline.size();
+    return bytes > limits.sessionBytes ? PutOutcome::tooLarge : PutOutcome::kept;
 }
 
 void SqliteStore::insertChunk(std::int64_t place, const Chunk& chunk, const VideoFile& video,
@@ -139,7 +158,8 @@ void SqliteStore::addToSums(std::int64_t place, const Chunk& chunk, std::uint64_
         .prepare(
             "UPDATE session SET lastMillis = max(lastMillis, ?), chunks = chunks + 1,"
             " highestChunk = max(highestChunk, ?), frames = frames + ?, bytes = bytes + ?,"
-            " durationMillis = durationMillis + ?, events = events + ?, taps = taps + ?,"
+            " durationMillis = durationMillis + ?, timelineBytes = timelineBytes + ?, events = events + ?, "
+            "taps = taps + ?,"
             " rageTaps = rageTaps + ?, deadTaps = deadTaps + ?, errorTaps = errorTaps + ?,"
             " deviceModel = coalesce(nullif(?, ''), deviceModel),"
             " deviceSystem = coalesce(nullif(?, ''), deviceSystem) WHERE place = ?")
@@ -148,6 +168,7 @@ void SqliteStore::addToSums(std::int64_t place, const Chunk& chunk, std::uint64_
         .bind(chunk.frames)
         .bind(static_cast<std::int64_t>(bytes))
         .bind(chunk.durationMillis)
+        .bind(static_cast<std::int64_t>(chunk.timeline.size()))
         .bind(chunk.events)
         .bind(summary.counts.taps)
         .bind(summary.counts.rageTaps)
@@ -161,7 +182,7 @@ void SqliteStore::addToSums(std::int64_t place, const Chunk& chunk, std::uint64_
 
 Stored<PutOutcome> SqliteStore::putChunk(const std::string& sessionId, const Chunk& chunk,
                                          const TimelineSummary& summary, IncomingVideo& video,
-                                         std::int64_t mostChunks) {
+                                         const Limits& limits) {
     auto& file = dynamic_cast<VideoFile&>(video);
     const auto digest = file.digest();
     if (!digest) {
@@ -173,7 +194,7 @@ Stored<PutOutcome> SqliteStore::putChunk(const std::string& sessionId, const Chu
     }
     return guarded("cannot keep a chunk", [&] {
         Transaction transaction(database_, Transaction::Kind::write);
-        const auto outcome = admission(sessionId, chunk.number, *digest, mostChunks);
+        const auto outcome = admission(sessionId, chunk, file, *digest, limits);
         if (outcome == PutOutcome::kept) {
             const auto place = placeOf(database_, sessionId).value();
             insertChunk(place, chunk, file, *digest);
@@ -189,17 +210,22 @@ Stored<PutOutcome> SqliteStore::putChunk(const std::string& sessionId, const Chu
     });
 }
 
-Stored<bool> SqliteStore::addLogLine(const LogLine& line, std::int64_t mostLines) {
+Stored<bool> SqliteStore::addLogLine(const LogLine& line, const Limits& limits) {
+    if (!budget_->hasRoomFor(line.message.size() + rowBytes)) {
+        return false;
+    }
     return guarded("cannot keep a log line", [&] {
         Transaction transaction(database_, Transaction::Kind::write);
         const auto place = line.sessionId ? placeOf(database_, *line.sessionId) : std::nullopt;
         if (line.sessionId && !place) {
             return false;
         }
-        auto count = database_.prepare(place ? "SELECT logLines FROM session WHERE place = ?"
-                                             : "SELECT count(*) FROM logLine WHERE place IS ?");
-        count.bind(place).step();
-        const bool room = count.whole(0) < mostLines;
+        auto kept = database_.prepare(
+            place ? "SELECT logLines, logBytes FROM session WHERE place = ?"
+                  : "SELECT count(*), coalesce(sum(length(message)), 0) FROM logLine WHERE place IS ?");
+        kept.bind(place).step();
+        const auto bytes = static_cast<std::uint64_t>(kept.whole(1)) + line.message.size();
+        const bool room = kept.whole(0) < limits.logLines && bytes <= limits.logBytes;
         if (room) {
             database_
                 .prepare("INSERT INTO logLine(place, receivedMillis, levelName, message) VALUES (?, ?, ?, ?)")
@@ -221,47 +247,6 @@ Stored<bool> SqliteStore::addLogLine(const LogLine& line, std::int64_t mostLines
         }
         return room;
     });
-}
-
-Stored<bool> SqliteStore::removeSession(const std::string& id) {
-    std::vector<std::string> videos;
-    const auto removed = guarded("cannot remove a session", [&] {
-        Transaction transaction(database_, Transaction::Kind::write);
-        const auto place = placeOf(database_, id);
-        if (!place) {
-            return false;
-        }
-        auto rows = database_.prepare("SELECT video FROM chunk WHERE place = ?");
-        rows.bind(*place);
-        while (rows.step()) {
-            videos.push_back(rows.text(0));
-        }
-        auto texts = database_.prepare("DELETE FROM sessionText WHERE place = ? RETURNING textId");
-        std::vector<std::int64_t> textIds;
-        texts.bind(*place);
-        while (texts.step()) {
-            textIds.push_back(texts.whole(0));
-        }
-        for (const auto textId : textIds) {
-            database_
-                .prepare(
-                    "DELETE FROM text WHERE id = ?1"
-                    " AND NOT EXISTS (SELECT 1 FROM sessionText WHERE textId = ?1)")
-                .bind(textId)
-                .run();
-        }
-        for (const auto* const table : {"logLine", "chunk", "session"}) {
-            database_.prepare(std::string("DELETE FROM ") + table + " WHERE place = ?").bind(*place).run();
-        }
-        transaction.commit();
-        ++changes_;
-        return true;
-    });
-    // After the rows: a crash in between leaves orphans, which the next start sweeps.
-    for (const auto& video : videos) {
-        videos_.remove(video);
-    }
-    return removed;
 }
 
 }  // namespace mireth::receiver

@@ -12,8 +12,10 @@
 #include <vector>
 
 #include "ByteSource.hpp"
+#include "Config.hpp"
 #include "Records.hpp"
 #include "SessionQuery.hpp"
+#include "StoreStats.hpp"
 #include "TimelineSummary.hpp"
 
 namespace mireth::receiver {
@@ -26,8 +28,8 @@ using Stored = std::expected<T, std::string>;
 /// it. One thread at a time.
 class IncomingVideo : public ByteSource {
   public:
-    /// Appends; once it has failed it may not be called again.
-    virtual Stored<void> append(std::string_view bytes) = 0;
+    /// Appends; false when there is no room left. Once it has failed it may not be called again.
+    virtual Stored<bool> append(std::string_view bytes) = 0;
 };
 
 enum class PutOutcome {
@@ -36,6 +38,7 @@ enum class PutOutcome {
     conflicting,  ///< another video is there under that number
     notOpen,      ///< the session is unknown or closed
     full,         ///< the session has as many chunks as are allowed
+    tooLarge,     ///< the session would have more bytes than are allowed
 };
 
 enum class CloseOutcome { closed, unknown };
@@ -54,7 +57,8 @@ class Store {
     Store& operator=(const Store&) = delete;
     virtual ~Store() = default;
 
-    virtual Stored<void> addSession(const Session& session) = 0;
+    /// False when there is no room left.
+    virtual Stored<bool> addSession(const Session& session) = 0;
     /// The session, or none when it is unknown.
     virtual Stored<std::optional<Session>> session(const std::string& id) = 0;
     /// Closes the session if it is of that project. Closing a closed one changes nothing and is `closed` too.
@@ -67,10 +71,10 @@ class Store {
     /// the store knows them.
     virtual Stored<PutOutcome> putChunk(const std::string& sessionId, const Chunk& chunk,
                                         const TimelineSummary& summary, IncomingVideo& video,
-                                        std::int64_t mostChunks) = 0;
+                                        const Limits& limits) = 0;
 
-    /// False when the line's session is unknown, or it, or the lines without one, already have `mostLines`.
-    virtual Stored<bool> addLogLine(const LogLine& line, std::int64_t mostLines) = 0;
+    /// False when the line's session is unknown, or it, or the lines without one, have as much as is allowed.
+    virtual Stored<bool> addLogLine(const LogLine& line, const Limits& limits) = 0;
 
     /// One page of the sessions that the query asks for.
     virtual Stored<SessionPage> list(const SessionQuery& query) = 0;
@@ -84,8 +88,14 @@ class Store {
     /// The video of a chunk; none when the session or the chunk is unknown.
     virtual Stored<std::optional<StoredVideo>> openVideo(const std::string& sessionId,
                                                          std::int64_t number) = 0;
-    /// Removes the session with its chunks, videos and log lines; false when it is unknown.
-    virtual Stored<bool> removeSession(const std::string& id) = 0;
+    /// Removes these sessions with their chunks, videos, texts and log lines, and leaves nothing of them
+    /// behind in files; returns how many of them were there.
+    virtual Stored<std::int64_t> removeSessions(const std::vector<std::string>& ids) = 0;
+    /// At most `most` sessions of which nothing was heard since `millis`, the earliest started first.
+    virtual Stored<std::vector<std::string>> quietSince(std::int64_t millis, std::int64_t most) = 0;
+    /// Removes the log lines without a session that came before `millis`.
+    virtual Stored<void> removeStrayLogLines(std::int64_t millis) = 0;
+    virtual Stored<StoreStats> stats() = 0;
     /// The log lines without a session, the earliest first.
     virtual Stored<std::vector<LogLine>> strayLogLines() = 0;
 };

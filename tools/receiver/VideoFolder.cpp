@@ -78,29 +78,40 @@ class VideoFile::Digest {
     bool usable_ = false;
 };
 
-VideoFile::VideoFile(int folder, UniqueFd file, std::string name)
-    : folder_(folder), file_(std::move(file)), name_(std::move(name)), digest_(std::make_unique<Digest>()) {}
+VideoFile::VideoFile(int folder, UniqueFd file, std::string name, DiskBudget& budget)
+    : folder_(folder),
+      budget_(budget),
+      file_(std::move(file)),
+      name_(std::move(name)),
+      digest_(std::make_unique<Digest>()) {}
 
 VideoFile::~VideoFile() {
     if (!kept_) {
         ::unlinkat(folder_, name_.c_str(), 0);
+        budget_.giveBack(size_);
     }
 }
 
-Stored<void> VideoFile::append(std::string_view bytes) {
+Stored<bool> VideoFile::append(std::string_view bytes) {
+    if (!budget_.take(bytes.size())) {
+        return false;
+    }
+    size_ += bytes.size();
     digest_->add(bytes);
     while (!bytes.empty()) {
         const ssize_t written = ::write(file_.get(), bytes.data(), bytes.size());
         if (written < 0 && errno == EINTR) {
             continue;
         }
+        if (written < 0 && (errno == ENOSPC || errno == EDQUOT)) {
+            return false;
+        }
         if (written < 0) {
             return failure("cannot write the video " + name_);
         }
-        size_ += static_cast<std::uint64_t>(written);
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
-    return {};
+    return true;
 }
 
 bool VideoFile::readAt(std::uint64_t offset, std::span<unsigned char> into) {
@@ -119,10 +130,10 @@ Stored<std::string> VideoFile::digest() const {
     return digest_->text();
 }
 
-VideoFolder::VideoFolder(std::string path, UniqueFd folder)
-    : path_(std::move(path)), folder_(std::move(folder)) {}
+VideoFolder::VideoFolder(std::string path, UniqueFd folder, DiskBudget& budget)
+    : path_(std::move(path)), folder_(std::move(folder)), budget_(&budget) {}
 
-Stored<VideoFolder> VideoFolder::open(const std::string& path) {
+Stored<VideoFolder> VideoFolder::open(const std::string& path, DiskBudget& budget) {
     if (::mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) {
         return failure("cannot make the folder " + path);
     }
@@ -130,7 +141,7 @@ Stored<VideoFolder> VideoFolder::open(const std::string& path) {
     if (!folder || ::fchmod(folder.get(), 0700) != 0) {
         return failure("cannot open the folder " + path);
     }
-    return VideoFolder(path, std::move(folder));
+    return VideoFolder(path, std::move(folder), budget);
 }
 
 Stored<std::unique_ptr<VideoFile>> VideoFolder::create(const std::string& identifier) const {
@@ -140,7 +151,7 @@ Stored<std::unique_ptr<VideoFile>> VideoFolder::create(const std::string& identi
     if (!file) {
         return failure("cannot make the video " + pathOf(name));
     }
-    return std::make_unique<VideoFile>(folder_.get(), std::move(file), std::move(name));
+    return std::make_unique<VideoFile>(folder_.get(), std::move(file), std::move(name), *budget_);
 }
 
 Stored<std::unique_ptr<ByteSource>> VideoFolder::read(const std::string& name) const {
@@ -153,7 +164,16 @@ Stored<std::unique_ptr<ByteSource>> VideoFolder::read(const std::string& name) c
 }
 
 void VideoFolder::remove(const std::string& name) const {
-    ::unlinkat(folder_.get(), name.c_str(), 0);
+    const auto size = sizeOf(name);
+    if (::unlinkat(folder_.get(), name.c_str(), 0) == 0) {
+        budget_->giveBack(size);
+    }
+}
+
+std::uint64_t VideoFolder::sizeOf(const std::string& name) const {
+    struct stat facts{};
+    const bool there = ::fstatat(folder_.get(), name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) == 0;
+    return there ? static_cast<std::uint64_t>(facts.st_size) : 0;
 }
 
 Stored<std::int64_t> VideoFolder::sweep(const std::set<std::string>& known) const {
@@ -166,7 +186,9 @@ Stored<std::int64_t> VideoFolder::sweep(const std::set<std::string>& known) cons
     std::int64_t removed = 0;
     while (const dirent* const entry = ::readdir(listing.get())) {
         const std::string name(static_cast<const char*>(entry->d_name));
-        if (name.ends_with(".mp4") && !known.contains(name)) {
+        if (known.contains(name)) {
+            budget_->add(sizeOf(name));
+        } else if (name.ends_with(".mp4")) {
             if (::unlinkat(folder_.get(), name.c_str(), 0) != 0) {
                 return failure("cannot remove the orphan " + pathOf(name));
             }

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "DiskBudget.hpp"
 #include "Store.hpp"
 #include "UniqueFd.hpp"
 
@@ -18,11 +19,11 @@ namespace mireth::receiver {
 /// object unless `keep` was called.
 class VideoFile final : public IncomingVideo {
   public:
-    /// `folder` is the open directory; `file` was created in it as `name`.
-    VideoFile(int folder, UniqueFd file, std::string name);
+    /// `folder` is the open directory; `file` was created in it as `name`. `budget` outlives the file.
+    VideoFile(int folder, UniqueFd file, std::string name, DiskBudget& budget);
     ~VideoFile() override;
 
-    Stored<void> append(std::string_view bytes) override;
+    Stored<bool> append(std::string_view bytes) override;
     std::uint64_t size() const override { return size_; }
     bool readAt(std::uint64_t offset, std::span<unsigned char> into) override;
 
@@ -39,6 +40,7 @@ class VideoFile final : public IncomingVideo {
     class Digest;
 
     const int folder_;
+    DiskBudget& budget_;
     const UniqueFd file_;
     const std::string name_;
     std::unique_ptr<Digest> digest_;
@@ -48,8 +50,8 @@ class VideoFile final : public IncomingVideo {
 
 class VideoFolder {
   public:
-    /// Opens `path`, making it (0700) when it is absent.
-    static Stored<VideoFolder> open(const std::string& path);
+    /// Opens `path`, making it (0700) when it is absent. `budget` outlives the folder.
+    static Stored<VideoFolder> open(const std::string& path, DiskBudget& budget);
 
     /// A new, empty file with mode 0600. It must not outlive the folder.
     Stored<std::unique_ptr<VideoFile>> create(const std::string& identifier) const;
@@ -57,15 +59,19 @@ class VideoFolder {
     Stored<std::unique_ptr<ByteSource>> read(const std::string& name) const;
     /// Removes a file; it is no harm when it is gone already.
     void remove(const std::string& name) const;
-    /// Removes every file that `known` does not name; returns how many.
+    /// Removes every file that `known` does not name and counts those that stay against the budget; returns
+    /// how many it removed. Once, before anything is created.
     Stored<std::int64_t> sweep(const std::set<std::string>& known) const;
     std::string pathOf(const std::string& name) const { return path_ + "/" + name; }
 
   private:
-    VideoFolder(std::string path, UniqueFd folder);
+    VideoFolder(std::string path, UniqueFd folder, DiskBudget& budget);
+
+    std::uint64_t sizeOf(const std::string& name) const;
 
     std::string path_;
     UniqueFd folder_;
+    DiskBudget* budget_;
 };
 
 }  // namespace mireth::receiver

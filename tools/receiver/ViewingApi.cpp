@@ -77,10 +77,15 @@ Answer pieceOf(const RequestHead& head, StoredVideo video, const std::string& et
 
 }  // namespace
 
-std::unique_ptr<Exchange> ViewingApi::begin(const RequestHead& head, const RequestTarget& target) const {
-    return std::make_unique<SmallExchange>(
-        0, errorBody("a request to this address has no body"),
-        [this, head, target](const std::string&) { return answer(head, target); });
+Route ViewingApi::begin(const RequestHead& head, const RequestTarget& target) const {
+    const auto& path = target.segments;
+    const bool list = path.size() == 2 && path[1] == "sessions";
+    return {.endpoint = list              ? "list"
+                        : path.size() > 3 ? "video"
+                                          : "replay",
+            .exchange = std::make_unique<SmallExchange>(
+                0, errorBody("a request to this address has no body"),
+                [this, head, target](const std::string&) { return answer(head, target); })};
 }
 
 Answer ViewingApi::answer(const RequestHead& head, const RequestTarget& target) const {
@@ -90,9 +95,6 @@ Answer ViewingApi::answer(const RequestHead& head, const RequestTarget& target) 
     }
     if (path.size() == 2 && path[1] == "facets") {
         return isGet(head) ? facets(head) : wrongMethodAnswer("GET");
-    }
-    if (path.size() == 2 && path[1] == "viewer") {
-        return isGet(head) ? Answer{.body = R"({"login":"none"})"} : wrongMethodAnswer("GET");
     }
     if (path.size() >= 3 && path[1] == "sessions") {
         return ofSession(head, target);
@@ -198,11 +200,11 @@ Answer ViewingApi::video(const RequestHead& head, const std::string& id, const s
 }
 
 Answer ViewingApi::remove(const std::string& id) const {
-    const auto removed = services_.store.removeSession(id);
+    const auto removed = services_.store.removeSessions({id});
     if (!removed) {
         return failed(removed.error());
     }
-    return *removed ? Answer{.status = 204} : errorAnswer(404, "there is no such session");
+    return *removed > 0 ? Answer{.status = 204} : errorAnswer(404, "there is no such session");
 }
 
 }  // namespace mireth::receiver

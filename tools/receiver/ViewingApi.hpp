@@ -2,11 +2,11 @@
 // docs/receiver-api.md describes it. The router hands every request under "/api" here.
 #pragma once
 
-#include <memory>
 #include <string>
 
 #include "Exchange.hpp"
 #include "RequestTarget.hpp"
+#include "Route.hpp"
 #include "Services.hpp"
 
 namespace mireth::receiver {
@@ -16,8 +16,8 @@ class ViewingApi {
   public:
     explicit ViewingApi(Services services) : services_(services) {}
 
-    /// `target` is the head's, its first segment "api". Never null.
-    std::unique_ptr<Exchange> begin(const RequestHead& head, const RequestTarget& target) const;
+    /// `target` is the head's, its first segment "api".
+    Route begin(const RequestHead& head, const RequestTarget& target) const;
 
   private:
     Answer answer(const RequestHead& head, const RequestTarget& target) const;

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <utility>
 
 #include "ErrorAnswer.hpp"
-#include "FixedExchange.hpp"
 #include "WebFile.hpp"
 
 namespace mireth::receiver {
@@ -49,10 +49,17 @@ std::string contentTypeOf(std::string_view path) {
     return "application/octet-stream";
 }
 
-Answer answerFor(const RequestHead& head, const WebFile& file) {
+}  // namespace
+
+bool isWebPage(const RequestTarget& target) {
+    return find(target) != nullptr;
+}
+
+Answer webPage(const RequestHead& head, const RequestTarget& target) {
     if (head.method != "GET" && head.method != "HEAD") {
         return wrongMethodAnswer("GET");
     }
+    const auto& file = *find(target);
     const std::string etag = "\"" + std::string(file.digest) + "\"";
     Answer answer{.contentType = contentTypeOf(file.path),
                   .headers = {{"ETag", etag}, {"Cache-Control", "no-cache"}}};
@@ -62,16 +69,6 @@ Answer answerFor(const RequestHead& head, const WebFile& file) {
         answer.body = file.bytes;
     }
     return answer;
-}
-
-}  // namespace
-
-bool isWebPage(const RequestTarget& target) {
-    return find(target) != nullptr;
-}
-
-std::unique_ptr<Exchange> beginWebPage(const RequestHead& head, const RequestTarget& target) {
-    return std::make_unique<FixedExchange>(answerFor(head, *find(target)));
 }
 
 }  // namespace mireth::receiver

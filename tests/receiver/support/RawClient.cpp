@@ -91,7 +91,7 @@ RawResponse request(int port, const std::string& method, const std::string& targ
     const RawConnection connection(port);
     const std::string length =
         method == "GET" ? "" : "Content-Length: " + std::to_string(body.size()) + "\r\n";
-    connection.send(method + " " + target + " HTTP/1.1\r\nHost: any.example\r\n" + length + headers + "\r\n" +
+    connection.send(method + " " + target + " HTTP/1.1\r\nHost: localhost\r\n" + length + headers + "\r\n" +
                     body);
     return connection.receive();
 }

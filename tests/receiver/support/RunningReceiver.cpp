@@ -9,11 +9,12 @@
 
 namespace mireth::receiver::test {
 
-RunningReceiver::RunningReceiver(const std::string& configJson, std::optional<TlsFiles> tls)
-    : config_(Config::parse(configJson, "test").value()), tls_(std::move(tls)) {
+RunningReceiver::RunningReceiver(const std::string& configJson, std::optional<TlsFiles> tls,
+                                 AccessRules rules)
+    : config_(Config::parse(configJson, "test").value()), tls_(std::move(tls)), rules_(std::move(rules)) {
     static std::ostringstream unused;
     environment_ = Environment::real(unused);
-    environment_.wallMillis = [] { return wallMillis; };
+    environment_.wallMillis = [this] { return wall_.load(); };
     environment_.steadyNow = [this] {
         const std::lock_guard lock(mutex_);
         return now_;
@@ -26,9 +27,13 @@ RunningReceiver::RunningReceiver(const std::string& configJson, std::optional<Tl
 }
 
 void RunningReceiver::start() {
-    store_ = std::move(SqliteStore::open(data(), environment_.newIdentifier).value());
-    router_ =
-        std::make_unique<Router>(Services{.config = config_, .store = *store_, .environment = environment_});
+    store_ =
+        std::move(SqliteStore::open(data(), environment_.newIdentifier,
+                                    {.most = config_.limits.diskBytes, .keepFree = config_.limits.freeBytes})
+                      .value());
+    router_ = std::make_unique<Router>(
+        Services{.config = config_, .store = *store_, .environment = environment_, .metrics = metrics_},
+        rules_);
     server_ = std::move(HttpServer::start({.host = "127.0.0.1", .port = 0, .tls = tls_}, config_.limits,
                                           *router_, environment_)
                             .value());
@@ -47,8 +52,20 @@ RawResponse RunningReceiver::post(const std::string& target, const std::string& 
                    "Content-Type: application/json; charset=UTF-8\r\n" + headers);
 }
 
-RawResponse RunningReceiver::get(const std::string& target) const {
-    return request(port(), "GET", target);
+RawResponse RunningReceiver::get(const std::string& target, const std::string& headers) const {
+    return request(port(), "GET", target, "", headers);
+}
+
+nlohmann::json RunningReceiver::getJson(const std::string& target) const {
+    const auto response = get(target);
+    if (response.status != 200) {
+        throw std::runtime_error(target + ": " + std::to_string(response.status) + " " + response.body);
+    }
+    return nlohmann::json::parse(response.body);
+}
+
+RawResponse RunningReceiver::remove(const std::string& target, const std::string& headers) const {
+    return request(port(), "DELETE", target, "", "X-Mireth-Request: 1\r\n" + headers);
 }
 
 RawResponse RunningReceiver::put(const Upload& upload) const {

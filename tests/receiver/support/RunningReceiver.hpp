@@ -1,15 +1,18 @@
 // A receiver in the test's own process: a real store in a temporary directory, a real server on a free port.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "Config.hpp"
 #include "HttpServer.hpp"
+#include "Metrics.hpp"
 #include "Router.hpp"
 #include "SqliteStore.hpp"
 #include "support/RawClient.hpp"
@@ -21,7 +24,7 @@ namespace mireth::receiver::test {
 class RunningReceiver {
   public:
     explicit RunningReceiver(const std::string& configJson = R"({"default":{}})",
-                             std::optional<TlsFiles> tls = std::nullopt);
+                             std::optional<TlsFiles> tls = std::nullopt, AccessRules rules = {});
 
     int port() const { return server_->port(); }
     HttpServer& server() { return *server_; }
@@ -32,7 +35,11 @@ class RunningReceiver {
 
     RawResponse post(const std::string& target, const std::string& body,
                      const std::string& headers = {}) const;
-    RawResponse get(const std::string& target) const;
+    RawResponse get(const std::string& target, const std::string& headers = {}) const;
+    /// The JSON of an answer with status 200.
+    nlohmann::json getJson(const std::string& target) const;
+    /// DELETE as the receiver's own page sends it.
+    RawResponse remove(const std::string& target, const std::string& headers = {}) const;
     RawResponse put(const Upload& upload) const;
     /// Creates a session and returns its id.
     std::string createSession(const std::string& brandId = "b1", const std::string& projectId = "p1") const;
@@ -45,6 +52,9 @@ class RunningReceiver {
 
     /// What the operator was told so far; and forgets it.
     std::vector<std::string> takeReports();
+    Services services() { return {config_, *store_, environment_, metrics_}; }
+    /// Sets the wall clock.
+    void setWall(std::int64_t millis) { wall_ = millis; }
     /// Moves the clock for rates.
     void passSeconds(int seconds);
 
@@ -57,6 +67,9 @@ class RunningReceiver {
     const TemporaryDirectory directory_;
     const Config config_;
     const std::optional<TlsFiles> tls_;
+    const AccessRules rules_;
+    Metrics metrics_;
+    std::atomic<std::int64_t> wall_ = wallMillis;
     std::mutex mutex_;
     // Guarded by mutex_.
     std::vector<std::string> reports_;

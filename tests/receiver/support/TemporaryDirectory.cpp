@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 
 namespace mireth::receiver::test {
@@ -25,6 +26,11 @@ std::string TemporaryDirectory::write(const std::string& name, const std::string
     const auto path = file(name);
     std::ofstream(path, std::ios::binary) << text;
     return path;
+}
+
+std::string fileText(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 }  // namespace mireth::receiver::test

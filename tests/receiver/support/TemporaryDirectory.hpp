@@ -21,4 +21,7 @@ class TemporaryDirectory {
     std::string path_;
 };
 
+/// The bytes of a file; none when it cannot be read.
+std::string fileText(const std::string& path);
+
 }  // namespace mireth::receiver::test

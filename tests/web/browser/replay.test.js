@@ -85,7 +85,8 @@ describe('The list of events', () => {
     });
 
     it('holds the client’s log lines on the same clock, with their fields', async () => {
-        await postLog(fixture.receiver.origin, fixture.session, { logTag: 'NETWORK', logMessage: 'Upload was slow', networkType: 'wifi' });
+        const project = { brandId: 'loam', projectId: 'colours' };
+        await postLog(fixture.receiver.origin, fixture.session, { logTag: 'NETWORK', logMessage: 'Upload was slow', networkType: 'wifi' }, project);
         const page = await opened();
         const line = page.locator('.entry.log', { hasText: 'Upload was slow' });
         await line.getByText('Fields').click();

@@ -136,7 +136,7 @@ describe('Texts of a session', () => {
         ]);
         await uploadChunk(origin, id, 0, [start, { timestamp: 1_700_000_000_001, type: 'MetadataCaptured', eventDetails: { metadata } }, ...events], await videoOf(origin, fixture.session, 0), project);
         for (const text of hostileTexts.slice(0, 20)) {
-            await postLog(origin, id, { logTag: text, logMessage: text, [text]: text });
+            await postLog(origin, id, { logTag: text, logMessage: text, [text]: text }, project);
         }
         await closeSession(origin, id, project);
 

@@ -34,9 +34,10 @@ export async function closeSession(origin, sessionId, of = project) {
     }));
 }
 
-export async function postLog(origin, sessionId, fields) {
+export async function postLog(origin, sessionId, fields, of = project) {
     const message = encodeURIComponent(JSON.stringify({ sessionId, ...fields }));
-    const response = await fetch(`${origin}/WRTarrowEngine/Ajax.php?action=ClientLog`, {
+    const query = new URLSearchParams({ action: 'ClientLog', M_ZoneID: of.projectId, M_BID: of.brandId });
+    const response = await fetch(`${origin}/WRTarrowEngine/Ajax.php?${query.toString().replaceAll('+', '%20')}`, {
         method: 'POST', body: `Message=${message}&LevelName=error`, headers: { 'Content-Type': 'application/x-www-form-urlencoded' },
     });
     assert.equal((await response.json()).status, 'Success');
