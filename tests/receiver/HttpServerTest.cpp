@@ -73,6 +73,16 @@ TEST(HttpServer, TwoRequestsHaveDifferentRequestIds) {
     EXPECT_NE(receiver.get(config).header("x-request-id"), receiver.get(config).header("x-request-id"));
 }
 
+TEST(HttpServer, CompressesQuicklyOrNotAtAll) {
+    RunningReceiver receiver;
+    const auto encoding = [&](const std::string& accepted) {
+        return test::request(receiver.port(), "GET", config, "", "Accept-Encoding: " + accepted + "\r\n")
+            .header("content-encoding");
+    };
+    EXPECT_EQ(encoding("gzip, deflate, br, zstd"), "gzip");
+    EXPECT_EQ(encoding("br"), "");
+}
+
 TEST(HttpServer, AnOversizedHeadIsRefused) {
     RunningReceiver receiver;
     const int port = receiver.port();
