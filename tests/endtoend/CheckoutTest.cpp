@@ -165,6 +165,26 @@ TEST_F(EndToEndCheckout, FramesShowTheAppBetweenBlackMargins) {
     }
 }
 
+TEST_F(EndToEndCheckout, TheWholeVideoHasThePicturesOfItsChunksAtTheirTimes) {
+    const auto whole = path("whole.mp4");
+    receiver_->exportVideo(run_.sessionIds()[0], whole);
+    const auto joined = decodeFrames(whole);
+    std::size_t at = 0;
+    for (const Json& chunk : session_.at("chunks")) {
+        for (const auto& frame : decodeFrames(chunk.at("path"))) {
+            ASSERT_LT(at, joined.size());
+            EXPECT_TRUE(std::ranges::equal(joined[at].pixels(), frame.pixels())) << "frame " << at;
+            ++at;
+        }
+    }
+    EXPECT_EQ(at, joined.size());
+    const auto video = probeVideo(whole);
+    for (std::size_t i = 0; i < at; ++i) {
+        EXPECT_EQ(video.times.at(i), static_cast<std::int64_t>(300 * i));
+    }
+    EXPECT_DOUBLE_EQ(std::stod(video.duration), 0.5 * static_cast<double>(at));
+}
+
 class EndToEndTimeline : public EndToEnd {};
 
 TEST_F(EndToEndTimeline, APlainSessionHoldsItsFourEvents) {

@@ -91,6 +91,7 @@ TEST(Mp4Boxes, RefusesWhatIsNoMp4) {
     EXPECT_EQ(errorOf(ftyp + ftyp), "box \"ftyp\" is not the first and only one of its kind");
     EXPECT_EQ(errorOf(ftyp + box("moov", track({})) + box("moov", track({}))), "box \"moov\" stands twice");
     EXPECT_EQ(errorOf(ftyp + box("moov", "")), "there is no video track");
+    EXPECT_EQ(errorOf(mp4() + box("moof", "")), "the video is in fragments");
 }
 
 TEST(Mp4Boxes, RefusesSizesThatLie) {
@@ -119,7 +120,9 @@ TEST(Mp4Boxes, RefusesSampleTablesThatLie) {
     EXPECT_EQ(errorOf(withTable("")), "box \"stsz\" is too short");
     EXPECT_EQ(errorOf(withTable(bigEndian(0, 8) + bigEndian(0xFFFFFFFF, 4))),
               "box \"stsz\" counts 4294967295 samples but its table is of another length");
-    EXPECT_EQ(errorOf(withTable(bigEndian(0, 4) + bigEndian(0xFFFFFFFF, 4) + bigEndian(0xFFFFFFFF, 4))),
+    EXPECT_EQ(errorOf(withTable(bigEndian(0, 4) + bigEndian(1, 4) + bigEndian(65'537, 4))),
+              "there are more than 65536 frames");
+    EXPECT_EQ(errorOf(withTable(bigEndian(0, 4) + bigEndian(0xFFFFFFFF, 4) + bigEndian(65'536, 4))),
               "box \"stsz\" promises more bytes than the file has");
     EXPECT_EQ(errorOf(withTable(bigEndian(0, 8) + bigEndian(1, 4) + bigEndian(0x7FFFFFFF, 4))),
               "box \"stsz\" promises more bytes than the file has");
@@ -128,6 +131,8 @@ TEST(Mp4Boxes, RefusesSampleTablesThatLie) {
 TEST(Mp4Boxes, RefusesHeadersWithoutAUsableDuration) {
     EXPECT_EQ(errorOf(mp4({.timeScale = 0})), "box \"mdhd\" has no usable duration");
     EXPECT_EQ(errorOf(mp4({.duration = ~0ULL, .wideHeader = true})), "box \"mdhd\" has no usable duration");
+    EXPECT_EQ(errorOf(mp4({.timeScale = 1, .duration = 86'400})), "box \"mdhd\" has no usable duration");
+    EXPECT_EQ(errorOf(mp4({.timeScale = 1, .duration = 86'399})), "");
     const auto media = [](const std::string& inside) {
         return ftyp + box("moov", box("trak", box("mdia", inside)));
     };

@@ -9,6 +9,7 @@
 #include <ostream>
 #include <string_view>
 
+#include "ExportCommand.hpp"
 #include "PrintableText.hpp"
 #include "ServeCommand.hpp"
 #include "SessionReports.hpp"
@@ -115,6 +116,11 @@ int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     auto* const showing =
         app.add_subcommand("show", "Print one session: chunks, events, timeline, log lines");
     showing->add_option("SESSION", session, "The session's id")->required();
+    auto* const exporting = app.add_subcommand("export", "Write the video of one session as one MP4 file");
+    ExportOptions exported;
+    exporting->add_option("SESSION", exported.session, "The session's id")->required();
+    exporting->add_option("--output", exported.output, "The file to write")->required();
+    exporting->add_option("--data", serving.data, "Directory of the receiver")->capture_default_str();
     for (auto* const command : {listing, showing}) {
         command->add_option("--data", serving.data, "Directory of the receiver")->capture_default_str();
         command->add_flag("--json", json, "Print everything as JSON");
@@ -132,6 +138,10 @@ int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     }
     if (showing->parsed()) {
         return show(serving.data, session, json, out, errors);
+    }
+    if (exporting->parsed()) {
+        exported.data = serving.data;
+        return exportVideo(exported, errors);
     }
     if (certificate->count() > 0) {
         serving.tls = tls;

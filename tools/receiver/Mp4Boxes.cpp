@@ -18,6 +18,8 @@ using Checked = std::expected<T, std::string>;
 constexpr std::uint64_t largestMovie = std::uint64_t{4} * 1024 * 1024;
 constexpr std::size_t mostTopLevelBoxes = 4096;
 constexpr std::size_t mostChildren = 1024;
+constexpr std::uint64_t mostFrames = 65'536;
+constexpr std::uint64_t longestSeconds = 86'400;
 
 std::uint64_t bigEndian(Bytes bytes, std::size_t at, std::size_t count) {
     std::uint64_t value = 0;
@@ -137,8 +139,7 @@ Checked<std::int64_t> durationOf(Bytes header) {
     }
     const auto scale = bigEndian(header, scaleAt, 4);
     const auto duration = bigEndian(header, scaleAt + 4, durationBytes);
-    constexpr std::uint64_t longest = std::uint64_t{1} << 50U;  // keeps the product below within 64 bits
-    if (scale == 0 || duration > longest) {
+    if (scale == 0 || duration / scale >= longestSeconds) {
         return std::unexpected("box \"mdhd\" has no usable duration");
     }
     return static_cast<std::int64_t>((duration * 1000 + scale / 2) / scale);
@@ -160,6 +161,9 @@ Checked<std::int64_t> framesOf(Bytes sizes, std::uint64_t fileSize) {
         for (std::uint64_t i = 0; i < count; ++i) {
             total += bigEndian(sizes, 12 + static_cast<std::size_t>(i) * 4, 4);
         }
+    }
+    if (count > mostFrames) {
+        return std::unexpected("there are more than " + std::to_string(mostFrames) + " frames");
     }
     if (total > fileSize) {
         return std::unexpected("box \"stsz\" promises more bytes than the file has");
@@ -251,6 +255,10 @@ std::expected<Mp4Facts, std::string> inspectMp4(ByteSource& file) {
         }
         if ((boxes == 0) != (box->type == "ftyp")) {
             return std::unexpected("box \"ftyp\" is not the first and only one of its kind");
+        }
+        // Fragments have samples that no table in "moov" counts.
+        if (box->type == "moof") {
+            return std::unexpected("the video is in fragments");
         }
         if (box->type == "moov") {
             if (movie) {

@@ -18,7 +18,8 @@ struct Mp4Facts {
 
 /// Checks that `file` is a run of boxes that fill it exactly, "ftyp" first and one "moov" among them, that
 /// the boxes within "moov" fill their parents, that there is a video track whose header and sample sizes can
-/// be read, and that those samples fit into the file. The error says what is wrong with which box.
+/// be read, and that those samples fit into the file, are at most 65,536 and last less than a day; nothing
+/// may be in fragments. The error says what is wrong with which box.
 std::expected<Mp4Facts, std::string> inspectMp4(ByteSource& file);
 
 }  // namespace mireth::receiver

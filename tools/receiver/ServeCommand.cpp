@@ -9,6 +9,7 @@
 #include "Housekeeping.hpp"
 #include "JsonText.hpp"
 #include "ListenAddress.hpp"
+#include "ProgramExporter.hpp"
 #include "Retention.hpp"
 #include "Router.hpp"
 #include "SqliteStore.hpp"
@@ -85,9 +86,16 @@ int serve(const ServeOptions& options, std::ostream& out, std::ostream& errors) 
         environment.report("removed " + std::to_string((*store)->sweptVideos()) +
                            " videos that an interrupted upload left behind");
     }
+    const auto exporter = ProgramExporter::create("/proc/self/exe", options.data, environment.newIdentifier);
+    if (!exporter) {
+        return fail(environment, exporter.error());
+    }
     Metrics metrics;
-    const Services services{
-        .config = *config, .store = **store, .environment = environment, .metrics = metrics};
+    const Services services{.config = *config,
+                            .store = **store,
+                            .environment = environment,
+                            .metrics = metrics,
+                            .exporter = **exporter};
     Router router(services, *rules);
     const auto server = HttpServer::start({.host = address->host, .port = address->port, .tls = options.tls},
                                           config->limits, router, environment);
@@ -99,6 +107,7 @@ int serve(const ServeOptions& options, std::ostream& out, std::ostream& errors) 
     address->port = (*server)->port();
     announce(out, *address, options, environment);
     awaitSignal();
+    (*exporter)->end();
     (*server)->stop();
     return 0;
 }

@@ -5,6 +5,7 @@
 #include "Environment.hpp"
 #include "Metrics.hpp"
 #include "Store.hpp"
+#include "VideoExporter.hpp"
 
 namespace mireth::receiver {
 
@@ -14,6 +15,7 @@ struct Services {
     Store& store;
     const Environment& environment;
     Metrics& metrics;
+    VideoExporter& exporter;
 };
 
 }  // namespace mireth::receiver

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ChunkPlaces.hpp"
 #include "JsonText.hpp"
 
 namespace mireth::receiver {
@@ -81,12 +82,11 @@ Json metadataJson(const Facts& facts) {
 
 Json chunksJson(const SessionContents& contents) {
     Json list = Json::array();
-    std::int64_t at = 0;
-    std::int64_t expected = 0;
-    for (const auto& chunk : contents.chunks) {
-        at += (chunk.number - expected) * missingChunkMillis;
+    const auto places = chunkPlaces(contents.chunks);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const auto& chunk = contents.chunks[i];
         list.push_back({{"number", chunk.number},
-                        {"atMillis", at},
+                        {"atMillis", places[i]},
                         {"durationMillis", chunk.durationMillis},
                         {"frames", chunk.frames},
                         {"bytes", chunk.bytes},
@@ -94,8 +94,6 @@ Json chunksJson(const SessionContents& contents) {
                         {"receivedMillis", chunk.receivedMillis},
                         {"url", "/api/sessions/" + contents.summary.session.id + "/chunks/" +
                                     std::to_string(chunk.number) + ".mp4"}});
-        at += chunk.durationMillis;
-        expected = chunk.number + 1;
     }
     return list;
 }
@@ -132,10 +130,6 @@ Json logsJson(const std::vector<LogLine>& lines) {
 }
 
 }  // namespace
-
-std::int64_t replayMillis(const SessionSummary& summary) {
-    return summary.durationMillis + summary.missingChunks * missingChunkMillis;
-}
 
 std::string pageJson(const SessionPage& page) {
     Json sessions = Json::array();

@@ -10,41 +10,14 @@
 #include <cerrno>
 #include <system_error>
 
+#include "OpenFile.hpp"
+
 namespace mireth::receiver {
 namespace {
 
 std::unexpected<std::string> failure(const std::string& what) {
     return std::unexpected(what + ": " + std::generic_category().message(errno));
 }
-
-bool readFully(int file, std::uint64_t offset, std::span<unsigned char> into) {
-    while (!into.empty()) {
-        const ssize_t got = ::pread(file, into.data(), into.size(), static_cast<off_t>(offset));
-        if (got < 0 && errno == EINTR) {
-            continue;
-        }
-        if (got <= 0) {
-            return false;
-        }
-        offset += static_cast<std::uint64_t>(got);
-        into = into.subspan(static_cast<std::size_t>(got));
-    }
-    return true;
-}
-
-class KeptFile final : public ByteSource {
-  public:
-    KeptFile(UniqueFd file, std::uint64_t size) : file_(std::move(file)), size_(size) {}
-
-    std::uint64_t size() const override { return size_; }
-    bool readAt(std::uint64_t offset, std::span<unsigned char> into) override {
-        return readFully(file_.get(), offset, into);
-    }
-
-  private:
-    const UniqueFd file_;
-    const std::uint64_t size_;
-};
 
 }  // namespace
 
@@ -155,12 +128,12 @@ Stored<std::unique_ptr<VideoFile>> VideoFolder::create(const std::string& identi
 }
 
 Stored<std::unique_ptr<ByteSource>> VideoFolder::read(const std::string& name) const {
-    UniqueFd file(::openat(folder_.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
-    struct stat facts{};
-    if (!file || ::fstat(file.get(), &facts) != 0) {
-        return failure("cannot open the video " + pathOf(name));
+    auto open =
+        OpenFile::of(UniqueFd(::openat(folder_.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC)));
+    if (!open) {
+        return std::unexpected("cannot open the video " + pathOf(name) + ": " + open.error());
     }
-    return std::make_unique<KeptFile>(std::move(file), static_cast<std::uint64_t>(facts.st_size));
+    return std::move(*open);
 }
 
 void VideoFolder::remove(const std::string& name) const {

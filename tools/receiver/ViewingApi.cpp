@@ -32,6 +32,12 @@ bool isKnown(const RequestHead& head, const std::string& etag) {
     return head.ifNoneMatch.find(etag) != std::string::npos || head.ifNoneMatch == "*";
 }
 
+// A session only ever grows, so these three tell whether it did.
+std::string tagOf(const SessionSummary& summary) {
+    return quoted(std::to_string(summary.chunks) + "-" + std::to_string(summary.logLines) +
+                  (summary.session.closedMillis ? "-closed" : "-open"));
+}
+
 Answer notModified(const std::string& etag) {
     return {.status = 304, .headers = {{"ETag", etag}, {"Cache-Control", "private, no-cache"}}};
 }
@@ -48,21 +54,18 @@ std::optional<std::int64_t> chunkNumberIn(const std::string& name) {
     return whole ? std::optional(number) : std::nullopt;
 }
 
-Answer pieceOf(const RequestHead& head, StoredVideo video, const std::string& etag) {
-    const auto size = video.bytes->size();
+// The file, or the range of it that the request asks for.
+Answer pieceOf(const RequestHead& head, std::shared_ptr<ByteSource> file) {
+    const auto size = file->size();
     const auto range = byteRange(head.range, size);
     if (!range) {
         auto answer = errorAnswer(416, "the video has no such bytes");
         answer.headers = {{"Content-Range", "bytes */" + std::to_string(size)}};
         return answer;
     }
-    // A video never changes under its address, so a browser may keep it; only this viewer's, for it is
-    // private.
     Answer answer{.contentType = videoType,
-                  .headers = {{"ETag", etag},
-                              {"Accept-Ranges", "bytes"},
-                              {"Cache-Control", "private, max-age=86400, immutable"}},
-                  .piece = FilePiece{.file = std::move(video.bytes), .offset = 0, .size = size}};
+                  .headers = {{"Accept-Ranges", "bytes"}},
+                  .piece = FilePiece{.file = std::move(file), .offset = 0, .size = size}};
     if (*range) {
         const auto& [first, count] = **range;
         answer.status = 206;
@@ -117,6 +120,9 @@ Answer ViewingApi::ofSession(const RequestHead& head, const RequestTarget& targe
     if (path.size() == 4 && path[3] == "timeline.json") {
         return timeline(id);
     }
+    if (path.size() == 4 && path[3] == "video.mp4") {
+        return wholeVideo(head, id);
+    }
     if (path.size() == 5 && path[3] == "chunks") {
         return video(head, id, path[4]);
     }
@@ -159,9 +165,7 @@ Answer ViewingApi::replay(const RequestHead& head, const std::string& id) const 
     if (!*summary) {
         return errorAnswer(404, "there is no such session");
     }
-    // A session only ever grows, so these three tell whether it did.
-    const auto etag = quoted(std::to_string((*summary)->chunks) + "-" + std::to_string((*summary)->logLines) +
-                             ((*summary)->session.closedMillis ? "-closed" : "-open"));
+    const auto etag = tagOf(**summary);
     if (isKnown(head, etag)) {
         return notModified(etag);
     }
@@ -196,7 +200,49 @@ Answer ViewingApi::video(const RequestHead& head, const std::string& id, const s
         return errorAnswer(404, "there is no such chunk");
     }
     const auto etag = "\"" + (*video)->digest + "\"";
-    return isKnown(head, etag) ? notModified(etag) : pieceOf(head, std::move(**video), etag);
+    if (isKnown(head, etag)) {
+        return notModified(etag);
+    }
+    auto answer = pieceOf(head, std::move((*video)->bytes));
+    // A chunk never changes under its address, so a browser may keep it; only this viewer's, for it is
+    // private.
+    answer.headers.emplace_back("ETag", etag);
+    answer.headers.emplace_back("Cache-Control", "private, max-age=86400, immutable");
+    return answer;
+}
+
+Answer ViewingApi::wholeVideo(const RequestHead& head, const std::string& id) const {
+    const auto summary = services_.store.summary(id);
+    if (!summary) {
+        return failed(summary.error());
+    }
+    if (!*summary || (*summary)->chunks == 0) {
+        return errorAnswer(404, "there is no video of such a session");
+    }
+    const auto etag = tagOf(**summary);
+    if (isKnown(head, etag)) {
+        return notModified(etag);
+    }
+    const auto stats = services_.store.stats();
+    const auto needed = static_cast<std::uint64_t>((*summary)->bytes) + services_.config.limits.freeBytes;
+    if (!stats || stats->freeBytes < needed) {
+        return stats ? errorAnswer(507, "there is no room left on the disk") : failed(stats.error());
+    }
+    auto video = services_.exporter.make(id);
+    if (!video && video.error().busy) {
+        auto answer = errorAnswer(503, video.error().why);
+        answer.headers = {{"Retry-After", "5"}};
+        return answer;
+    }
+    if (!video) {
+        services_.environment.report(video.error().why);
+        return errorAnswer(500, "the video could not be made");
+    }
+    auto answer = pieceOf(head, std::move(*video));
+    answer.headers.emplace_back("ETag", etag);
+    answer.headers.emplace_back("Cache-Control", "private, no-cache");
+    answer.headers.emplace_back("Content-Disposition", downloadAs(id, "mp4"));
+    return answer;
 }
 
 Answer ViewingApi::remove(const std::string& id) const {

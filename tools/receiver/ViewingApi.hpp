@@ -27,6 +27,7 @@ class ViewingApi {
     Answer replay(const RequestHead& head, const std::string& id) const;
     Answer timeline(const std::string& id) const;
     Answer video(const RequestHead& head, const std::string& id, const std::string& name) const;
+    Answer wholeVideo(const RequestHead& head, const std::string& id) const;
     Answer remove(const std::string& id) const;
     Answer failed(const std::string& why) const;
 

@@ -46,6 +46,14 @@ Json Receiver::show(const std::string& sessionId) const {
     return report({"show", sessionId});
 }
 
+void Receiver::exportVideo(const std::string& sessionId, const std::string& file) const {
+    const Ended ended =
+        runProcess({MIRETH_RECEIVER_PROGRAM, "export", sessionId, "--data", data_, "--output", file});
+    if (ended.status != 0) {
+        throw std::runtime_error(ended.errors);
+    }
+}
+
 Json Receiver::looseLogLines() const {
     return report({"list"}).at("logLines");
 }

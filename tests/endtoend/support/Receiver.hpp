@@ -30,6 +30,8 @@ class Receiver {
     std::vector<Json> sessions() const;
     /// What `show` prints of a session.
     Json show(const std::string& sessionId) const;
+    /// Writes the video of a whole session.
+    void exportVideo(const std::string& sessionId, const std::string& file) const;
     /// Log lines that belong to no session.
     Json looseLogLines() const;
 

@@ -31,9 +31,9 @@ void RunningReceiver::start() {
         std::move(SqliteStore::open(data(), environment_.newIdentifier,
                                     {.most = config_.limits.diskBytes, .keepFree = config_.limits.freeBytes})
                       .value());
-    router_ = std::make_unique<Router>(
-        Services{.config = config_, .store = *store_, .environment = environment_, .metrics = metrics_},
-        rules_);
+    exporter_ = std::move(
+        ProgramExporter::create(MIRETH_RECEIVER_PROGRAM, data(), environment_.newIdentifier).value());
+    router_ = std::make_unique<Router>(services(), rules_);
     server_ = std::move(HttpServer::start({.host = "127.0.0.1", .port = 0, .tls = tls_}, config_.limits,
                                           *router_, environment_)
                             .value());

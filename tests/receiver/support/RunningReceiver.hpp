@@ -13,6 +13,7 @@
 #include "Config.hpp"
 #include "HttpServer.hpp"
 #include "Metrics.hpp"
+#include "ProgramExporter.hpp"
 #include "Router.hpp"
 #include "SqliteStore.hpp"
 #include "support/RawClient.hpp"
@@ -52,7 +53,7 @@ class RunningReceiver {
 
     /// What the operator was told so far; and forgets it.
     std::vector<std::string> takeReports();
-    Services services() { return {config_, *store_, environment_, metrics_}; }
+    Services services() { return {config_, *store_, environment_, metrics_, *exporter_}; }
     /// Sets the wall clock.
     void setWall(std::int64_t millis) { wall_ = millis; }
     /// Moves the clock for rates.
@@ -77,6 +78,7 @@ class RunningReceiver {
 
     Environment environment_;
     std::unique_ptr<SqliteStore> store_;
+    std::unique_ptr<ProgramExporter> exporter_;
     std::unique_ptr<Router> router_;
     std::unique_ptr<HttpServer> server_;
 };

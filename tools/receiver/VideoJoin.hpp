@@ -1,0 +1,21 @@
+// Joins the chunks of a session into one MP4, without encoding anything again. Used by the export command,
+// which runs in a process of its own: what it reads came from strangers.
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <string>
+#include <vector>
+
+namespace mireth::receiver {
+
+struct VideoPart {
+    std::string path;
+    std::int64_t atMillis = 0;  ///< where it begins in the whole
+};
+
+/// Writes `output`, in order of time; where nothing is, the picture before stays. `parts` must not be empty.
+/// No picture is decoded. The error names the part.
+std::expected<void, std::string> joinVideos(const std::vector<VideoPart>& parts, const std::string& output);
+
+}  // namespace mireth::receiver
