@@ -30,7 +30,6 @@ CurrentTimeProvider wallClock(const std::shared_ptr<platform::Clock>& clock) {
 MirethSRCore::MirethSRCore(MirethLog& log, platform::PlatformServices services,
                            OrchestratorClass orchestratorClass)
     : log_(log),
-      memoryUse_(log, "PublicSide/MirethSR"),
       services_(std::move(services)),
       mainExecutor_(makeMainExecutor(services_.mainQueue)),
       backgroundExecutor_(makeBackgroundExecutor(services_.background)),
@@ -42,7 +41,8 @@ MirethSRCore::MirethSRCore(MirethLog& log, platform::PlatformServices services,
       remoteLogger_(std::make_shared<RemoteLog>(
           log_, remoteLogEnvironment(services_, clientDetails_, backgroundExecutor_))),
       orchestratorClass_(std::move(orchestratorClass)),
-      appearanceDetection_(makeAppearanceDetection()) {
+      appearanceDetection_(makeAppearanceDetection()),
+      memoryUse_(log, "PublicSide/MirethSR") {
     log_.setRemotePoster(remoteLogger_);
 }
 
@@ -52,9 +52,9 @@ MirethSRCore::~MirethSRCore() {
 
 InitializationResult MirethSRCore::initializeProject(const std::string& brandId, const std::string& projectId,
                                                      std::shared_ptr<platform::Window> window) {
+    logErrorInbox_->drain();
     if (hasActiveSession()) {
-        log_.info(LogTag::lifecycle, "Can't initialize. A session is already running");
-        return InitializationResult::sessionAlreadyRunning;
+        return refuseWhileRunning();
     }
     const auto networkState = std::make_shared<NetworkStateProvider>(
         log_, services_.makePathMonitor(),
@@ -83,9 +83,19 @@ InitializationResult MirethSRCore::initializeProject(const std::string& brandId,
                    "Cannot get key window, pass it explicitly to the initializeProject method.");
         return InitializationResult::cannotGetKeyWindow;
     }
-    orchestrator_ = buildGraph(window, apiClient, networkState);
+    auto orchestrator = buildGraph(window, apiClient, networkState);
+    if (hasActiveSession()) {
+        // Started meanwhile by a log listener or by a service of the host.
+        return refuseWhileRunning();
+    }
+    orchestrator_.swap(orchestrator);
     log_.info(LogTag::lifecycle, "Initialized project");
     return InitializationResult::success;
+}
+
+InitializationResult MirethSRCore::refuseWhileRunning() {
+    log_.info(LogTag::lifecycle, "Can't initialize. A session is already running");
+    return InitializationResult::sessionAlreadyRunning;
 }
 
 Async<SessionStartResult> MirethSRCore::startRecording(VexConfiguration vexConfiguration) {

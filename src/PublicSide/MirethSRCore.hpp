@@ -76,6 +76,7 @@ class MirethSRCore {
     template <class T>
     Async<T> run(Task<T> task, T onException) const;
 
+    InitializationResult refuseWhileRunning();
     std::shared_ptr<Orchestrator> buildGraph(const std::shared_ptr<platform::Window>& window,
                                              const std::shared_ptr<MApiClient>& apiClient,
                                              const std::shared_ptr<NetworkStateProvider>& networkState);
@@ -87,7 +88,6 @@ class MirethSRCore {
     void recordLogErrorOnMain(const LogErrorData& error);
 
     MirethLog& log_;
-    const MemoryUseLines memoryUse_;
     const platform::PlatformServices services_;
     const Executor mainExecutor_;
     const Executor backgroundExecutor_;
@@ -105,6 +105,7 @@ class MirethSRCore {
     const std::shared_ptr<LogErrorInbox> logErrorInbox_ = makeLogErrorInbox();
     /// One for every project: the application's screens are intercepted once.
     const std::shared_ptr<AppearanceDetection> appearanceDetection_;
+    const MemoryUseLines memoryUse_;
 
     /// Copied before it is called: a log listener may reset the library from within the call.
     std::shared_ptr<Orchestrator> orchestrator_;

@@ -25,6 +25,7 @@ std::shared_ptr<Orchestrator> MirethSRCore::buildGraph(
         log_, apiClient, remoteLogger_,
         [random = services_.random](double low, double high) { return random->uniformReal(low, high); });
     parts.appearanceDetection = appearanceDetection_;
+    parts.takeWaitingLogErrors = [inbox = logErrorInbox_] { inbox->drain(); };
     return orchestratorClass_(log_, std::move(parts), mainExecutor_, currentTimeProvider_);
 }
 
@@ -57,7 +58,8 @@ std::shared_ptr<SessionRecorder> MirethSRCore::buildSessionRecorder(
         log_, window,
         std::make_unique<MirethGestureRecognizer>(log_, std::make_shared<GestureRecognizerObserver>()),
         TimelineEventDetector::Environment{services_.mainQueue, currentTimeProvider_,
-                                           DevicePerformanceEvaluator(*services_.device)});
+                                           DevicePerformanceEvaluator(*services_.device),
+                                           [inbox = logErrorInbox_] { inbox->drain(); }});
     parts.metadataDetector = std::make_shared<MetadataDetector>(log_, clientDetails_, services_.information,
                                                                 services_.information, services_.device);
     parts.windowDimensionsDetector = std::make_shared<WindowDimensionsDetector>(log_, dimensionConverter);

@@ -63,6 +63,7 @@ void LibraryModel::resumeRecording() {
 
 void LibraryModel::beginSession() {
     session_.emplace(Session{TimelineModel("S" + std::to_string(++sessions_), outcome_.events)});
+    lastTap_.reset();
     record(surroundings_.wallMillis(), "SessionStartMarker", nullptr);
     record(surroundings_.wallMillis(), "MetadataCaptured", metadataOf(scenario_));
     scheduleFrame(due_.takePlace());
@@ -160,8 +161,8 @@ void LibraryModel::touchEnded(const Finger& finger) {
 
 void LibraryModel::singleTap(const Tap& tap) {
     lastTap_ = {tap.point, surroundings_.wallMillis()};
-    due_.after(wait(), [this, tap, before = surroundings_.picture()] {
-        if (looksTheSame(before, surroundings_.picture(), rules_.frameTolerance)) {
+    due_.after(wait(), [this, tap, session = sessions_, before = surroundings_.picture()] {
+        if (session == sessions_ && looksTheSame(before, surroundings_.picture(), rules_.frameTolerance)) {
             recordSignal(tap, "DeadTap");
         }
     });

@@ -11,6 +11,7 @@ TimelineEventDetector::TimelineEventDetector(MirethLog& log, const std::shared_p
       window_(window),
       mainQueue_(environment.mainQueue),
       mirethGestureRecognizer_(std::move(gestureRecognizer)),
+      errorSignalPublisher_(environment.takeWaitingErrors),
       errorTapSignalListener_(log, *mirethGestureRecognizer_, errorSignalPublisher_,
                               environment.currentTimeProvider),
       deadTapListener_(
@@ -34,6 +35,8 @@ TimelineEventDetector::~TimelineEventDetector() {
 }
 
 void TimelineEventDetector::startDetection(SessionEventCallback sessionEventCallback) {
+    errorTapSignalListener_.forget();
+    deadTapListener_.forget();
     delivery_->eventCallback = std::move(sessionEventCallback);
     attachGestureRecoginzers();
 }

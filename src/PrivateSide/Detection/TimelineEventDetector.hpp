@@ -35,6 +35,7 @@ class TimelineEventDetector {
         std::shared_ptr<platform::MainQueue> mainQueue;
         CurrentTimeProvider currentTimeProvider;
         DevicePerformanceEvaluator devicePerformanceEvaluator;
+        ErrorSignalPublisher::TakeWaiting takeWaitingErrors = [] {};
     };
 
     /// `window` is not owned; one that goes away ends the touches and nothing else. Touches are watched only
@@ -47,7 +48,8 @@ class TimelineEventDetector {
     TimelineEventDetector(const TimelineEventDetector&) = delete;
     TimelineEventDetector& operator=(const TimelineEventDetector&) = delete;
 
-    /// The callback gets whatever is found, each once, in the order in which it happened.
+    /// The callback gets whatever is found, each once, in the order in which it happened; nothing of what was
+    /// tapped before.
     void startDetection(SessionEventCallback sessionEventCallback);
     /// Also ends what `observe` began.
     void stopDetection();

@@ -55,10 +55,12 @@ Task<SessionStartResult> Orchestrator::start(Self self, VexConfiguration vexConf
     // Nothing may leave the machine in `starting`, out of which no call leads, nor half a session running.
     self->appMovedToBackgroundSubscription_.cancel();
     if (self->state_.session() != nullptr) {
+        // Leaves the machine stopped, or in the next session when one was started while this one was closed.
         auto stopping = stop(self);
         (void)co_await std::move(stopping);
+    } else {
+        self->state_.value = SessionState::Stopped{};
     }
-    self->state_.value = SessionState::Stopped{};
     co_return self->failedStart(reason);
 }
 
@@ -141,6 +143,10 @@ Task<SessionCloseResult> Orchestrator::stop(Self self) {
     const SetOnExit closed(closing->done);
     self->closing_ = closing;
     try {
+        // What was logged before the end belongs to this session, on whichever thread that was.
+        if (self->parts_.takeWaitingLogErrors) {
+            self->parts_.takeWaitingLogErrors();
+        }
         self->disableAutomaticScreenChangeTracking();
         self->appMovedToBackgroundSubscription_.cancel();
         auto closingSession = closeSession(self, info);

@@ -34,6 +34,9 @@ class Orchestrator : public std::enable_shared_from_this<Orchestrator> {
         std::shared_ptr<ChunkPusher> chunkPusher;
         std::shared_ptr<DeviceDetector> deviceDetector;
         std::shared_ptr<AppearanceDetection> appearanceDetection;
+        /// Called before a session ends, whatever ends it: hands over the errors that other threads logged
+        /// until then. May be empty.
+        std::function<void()> takeWaitingLogErrors;
     };
 
     Orchestrator(MirethLog& log, Collaborators collaborators, Executor mainExecutor,

@@ -8,7 +8,10 @@ namespace mireth {
 
 AppearanceDetection::AppearanceDetection(MirethLog& log, std::shared_ptr<platform::Application> application,
                                          ReportScreenChange reportScreenChange)
-    : log_(log), application_(std::move(application)), reportScreenChange_(std::move(reportScreenChange)) {}
+    : log_(log),
+      application_(std::move(application)),
+      reportScreenChange_(std::move(reportScreenChange)),
+      memoryUse_(log, "PrivateSide/Detection/Navigation/AppearanceDetection") {}
 
 void AppearanceDetection::enableSwizzle() {
     if (!isInstalled() && !install()) {

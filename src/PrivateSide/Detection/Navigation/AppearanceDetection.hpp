@@ -48,6 +48,7 @@ class AppearanceDetection : public std::enable_shared_from_this<AppearanceDetect
     std::optional<bool> shouldReportChange_;
     AnyCancellable appearInterception_;
     AnyCancellable disappearInterception_;
+    const MemoryUseLines memoryUse_;
 };
 
 }  // namespace mireth

@@ -12,7 +12,9 @@ enum class InitializationResult {
     success,
     /// The brand or the project identifier is empty.
     paramsRequired,
-    /// No window was passed and the application has no key window.
+    /// No window was passed and the application has no key window. Also the answer when a service of the
+    /// platform
+    /// threw meanwhile; a log line tells.
     cannotGetKeyWindow,
     /// A session is starting, running or paused; it goes on.
     sessionAlreadyRunning

@@ -16,28 +16,30 @@ DeadTapListener::DeadTapListener(MirethLog& log, const MirethGestureRecognizer& 
                                  std::shared_ptr<ViewAnalyzer> viewAnalyzer)
     : viewAnalyzer_(std::move(viewAnalyzer)),
       signalData_(std::make_shared<SignalData>()),
+      session_(std::make_shared<std::uint64_t>(0)),
       recognizedGestureSubscription_(
           mirethGestureRecognizer.recognizedGestures()
               .filter([](const GestureEvent& gesture) { return gesture.isSingleTap(); })
               .sink([&log, analyzer = std::weak_ptr(viewAnalyzer_),
-                     signalData = std::weak_ptr(signalData_)](const GestureEvent& gesture) {
+                     judgement = Judgement{signalData_, session_}](const GestureEvent& gesture) {
                   if (const auto strong = analyzer.lock()) {
-                      handleGesture(log, *strong, signalData, gesture);
+                      handleGesture(log, *strong, judgement, gesture);
                   }
               })),
       memoryUse_(log, "PrivateSide/Detection/Signals/SignalListeners/DeadTapListener") {}
 
-void DeadTapListener::handleGesture(MirethLog& log, ViewAnalyzer& viewAnalyzer,
-                                    const std::weak_ptr<SignalData>& signalData,
+void DeadTapListener::handleGesture(MirethLog& log, ViewAnalyzer& viewAnalyzer, const Judgement& judgement,
                                     const GestureEvent& gesture) {
-    viewAnalyzer.analyzeView([&log, signalData, gesture](const ViewAnalyzer::ComparisonResult& result) {
+    viewAnalyzer.analyzeView([&log, judgement, gesture,
+                              session = *judgement.session](const ViewAnalyzer::ComparisonResult& result) {
         using Kind = ViewAnalyzer::ComparisonResult::Kind;
         if (result.kind == Kind::error) {
             log.error(LogTag::signal, "Error during analysis: " + result.message);
             return;
         }
-        const auto published = signalData.lock();
-        if (result.kind == Kind::equal && published && gesture.getTouchData()) {
+        const auto published = judgement.signalData.lock();
+        if (result.kind == Kind::equal && published && session == *judgement.session &&
+            gesture.getTouchData()) {
             *published = toDeadTapSignalData(*gesture.getTouchData());
         }
     });

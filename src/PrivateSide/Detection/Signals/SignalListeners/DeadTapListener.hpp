@@ -1,6 +1,7 @@
 // Turns a single tap after which nothing on screen changes into a dead tap.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 
@@ -21,6 +22,9 @@ class DeadTapListener {
     DeadTapListener(MirethLog& log, const MirethGestureRecognizer& mirethGestureRecognizer,
                     std::shared_ptr<ViewAnalyzer> viewAnalyzer);
 
+    /// The taps whose wait is not over are judged no more: they belong to the session before.
+    void forget() const { ++*session_; }
+
     /// The last dead tap; nothing before the first.
     AnyPublisher<std::optional<DeadTapSignalData>> signalData() const {
         return signalData_->eraseToAnyPublisher();
@@ -29,11 +33,19 @@ class DeadTapListener {
   private:
     using SignalData = Published<std::optional<DeadTapSignalData>>;
 
-    static void handleGesture(MirethLog& log, ViewAnalyzer& viewAnalyzer,
-                              const std::weak_ptr<SignalData>& signalData, const GestureEvent& gesture);
+    /// What a judgement works on, so that one which waits survives the end of the listener.
+    struct Judgement {
+        std::weak_ptr<SignalData> signalData;
+        std::shared_ptr<const std::uint64_t> session;
+    };
+
+    static void handleGesture(MirethLog& log, ViewAnalyzer& viewAnalyzer, const Judgement& judgement,
+                              const GestureEvent& gesture);
 
     const std::shared_ptr<ViewAnalyzer> viewAnalyzer_;
     const std::shared_ptr<SignalData> signalData_;
+    /// Counts the sessions.
+    const std::shared_ptr<std::uint64_t> session_;
     AnyCancellable recognizedGestureSubscription_;
     const MemoryUseLines memoryUse_;
 };

@@ -25,14 +25,17 @@ bool evaluateForErrorSignal(std::int64_t currentTimestamp, std::int64_t lastTouc
 
 class ErrorTapSignalListener::Pairing {
   public:
-    explicit Pairing(CurrentTimeProvider currentTimeProvider)
-        : currentTimeProvider_(std::move(currentTimeProvider)) {}
+    Pairing(CurrentTimeProvider currentTimeProvider, ErrorSignalPublisher::TakeWaiting takeWaitingErrors)
+        : currentTimeProvider_(std::move(currentTimeProvider)),
+          takeWaitingErrors_(std::move(takeWaitingErrors)) {}
 
     void handleGesture(const GestureEvent& gesture) {
         const auto& touchData = gesture.getTouchData();
         if (!wasTapped(gesture) || !touchData) {
             return;
         }
+        // What was logged before this tap belongs to the one before it, on whichever thread that was.
+        takeWaitingErrors_();
         // Errors carry the wall clock, a touch the uptime clock: only one clock can be compared with itself.
         lastDetectedTouch_ =
             TouchData{touchData->x, touchData->y, currentTimeProvider_().toTimestampMillis()};
@@ -47,12 +50,15 @@ class ErrorTapSignalListener::Pairing {
                                                        error.message.value_or("")));
     }
 
+    void forget() noexcept { lastDetectedTouch_.reset(); }
+
     AnyPublisher<std::optional<ErrorTapSignalData>> signalData() const {
         return signalData_.eraseToAnyPublisher();
     }
 
   private:
     const CurrentTimeProvider currentTimeProvider_;
+    const ErrorSignalPublisher::TakeWaiting takeWaitingErrors_;
     Published<std::optional<ErrorTapSignalData>> signalData_;
     /// With the wall-clock time at which it was recognised as its time.
     std::optional<TouchData> lastDetectedTouch_;
@@ -62,7 +68,7 @@ ErrorTapSignalListener::ErrorTapSignalListener(MirethLog& log,
                                                const MirethGestureRecognizer& mirethGestureRecognizer,
                                                const ErrorSignalPublisher& errorSignalPublisher,
                                                CurrentTimeProvider currentTimeProvider)
-    : pairing_(std::make_shared<Pairing>(std::move(currentTimeProvider))),
+    : pairing_(std::make_shared<Pairing>(std::move(currentTimeProvider), errorSignalPublisher.takeWaiting())),
       recognizedGestureSubscription_(mirethGestureRecognizer.recognizedGestures().sink(
           [weak = std::weak_ptr(pairing_)](const GestureEvent& gesture) {
               if (const auto pairing = weak.lock()) {
@@ -77,6 +83,10 @@ ErrorTapSignalListener::ErrorTapSignalListener(MirethLog& log,
               }
           })),
       memoryUse_(log, "PrivateSide/Detection/Signals/SignalListeners/ErrorTapSignalListener") {}
+
+void ErrorTapSignalListener::forget() const {
+    pairing_->forget();
+}
 
 AnyPublisher<std::optional<ErrorTapSignalData>> ErrorTapSignalListener::signalData() const {
     return pairing_->signalData();

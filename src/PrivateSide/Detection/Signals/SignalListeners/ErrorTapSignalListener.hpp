@@ -23,6 +23,9 @@ class ErrorTapSignalListener {
                            const ErrorSignalPublisher& errorSignalPublisher,
                            CurrentTimeProvider currentTimeProvider);
 
+    /// Forgets the latest tap: an error of a session belongs to no tap of the session before.
+    void forget() const;
+
     /// The last error tap; nothing before the first.
     AnyPublisher<std::optional<ErrorTapSignalData>> signalData() const;
 
