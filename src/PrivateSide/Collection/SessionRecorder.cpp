@@ -47,9 +47,9 @@ void SessionRecorder::startRecording(const RemoteSessionInfo& session,
     session_ = session;
     onRecordingErrorCallback_ = std::move(onRecordingErrorCallback);
     cleanupExistingData();
-    // A log listener may report a screen as soon as the first event is recorded.
-    startNavigationTracking();
+    // Before any screen change is taken: a log listener that reports one must not get between the two.
     recordInitialSessionData(session);
+    startNavigationTracking();
     startRecorders(vexConfiguration);
 }
 
