@@ -46,7 +46,8 @@ class WriterInput {
     virtual ~WriterInput() = default;
     virtual bool isReadyForMoreMediaData() const = 0;
     /// Runs `callback` through `post` whenever the input becomes ready, and at once when it is; again and
-    /// again until `markAsFinished`.
+    /// again until `markAsFinished`. Then, and when the writer has failed or is gone, the input lets go of
+    /// the callback: that is how whoever waits for it learns that it takes no frame any more.
     virtual void requestMediaDataWhenReady(std::function<void(Work)> post,
                                            std::function<void()> callback) = 0;
     /// No frame follows.

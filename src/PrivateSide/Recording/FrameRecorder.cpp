@@ -1,8 +1,8 @@
 #include "PrivateSide/Recording/FrameRecorder.hpp"
 
-#include <exception>
 #include <utility>
 
+#include "Platform/Async/Task.hpp"
 #include "PrivateSide/Extensions/CALayerExtensions/LayerOperations.hpp"
 
 namespace mireth {
@@ -49,7 +49,7 @@ FrameRecorder::FrameRecorder(MirethLog& log, std::shared_ptr<const platform::Vie
       window_(std::move(window)),
       graphics_(std::move(graphics)),
       blackImageRenderAction_(std::move(blackImageRenderAction)),
-      replicator_(std::make_unique<LayerReplicator>()),
+      replicator_(std::make_shared<LayerReplicator>()),
       imageRenderer_(makeRenderer(*graphics_, window_->frame().size())),
       memoryUse_(log, "PrivateSide/Recording/FrameRecorder") {}
 
@@ -63,7 +63,7 @@ void FrameRecorder::startFrameRecording(const PlaybackConfiguration& playbackCon
     recordingPlaybackCallback_ = std::move(recordingPlaybackCallback);
     isBlackedOut_ = false;
     maskingIsEnabled_ = !vexConfiguration.disableMasking;
-    replicator_ = std::make_unique<LayerReplicator>(vexConfiguration.additionalViewTypesToMask);
+    replicator_ = std::make_shared<LayerReplicator>(vexConfiguration.additionalViewTypesToMask);
     failureIsReported_ = false;
     startTimer(getSecondsDelayBasedOnFps(playbackConfiguration.fps));
     log_.info(LogTag::playback, "Frames recorder started");
@@ -108,13 +108,20 @@ void FrameRecorder::dropTimer() {
 }
 
 void FrameRecorder::renderFrame() {
-    // A copy: the callback may stop the recording, and so drop itself.
-    const auto callback = recordingPlaybackCallback_;
-    if (!callback) {
+    if (!recordingPlaybackCallback_) {
         log_.error(LogTag::playback, "Callback is nil in viewImage callback");
         return;
     }
     Image image = isBlackedOut_ ? renderBlackImage() : renderScreenImage();
+    // The host, whose views were just asked what they show, may have paused or stopped the recording.
+    if (isBlackedOut_) {
+        image = renderBlackImage();
+    }
+    // A copy: the callback may stop the recording, and so drop itself.
+    const auto callback = recordingPlaybackCallback_;
+    if (!callback) {
+        return;
+    }
     if (image.hasBitmap()) {
         lastImageSize_ = {image.pixelWidth(), image.pixelHeight()};
     } else if (lastImageSize_) {
@@ -134,17 +141,17 @@ Image FrameRecorder::renderScreenImage() {
             return image;
         }
         reportFailedRendering("The picture could not be drawn to its end.");
-    } catch (const std::exception& error) {
-        reportFailedRendering(error.what());
     } catch (...) {
-        reportFailedRendering("An error of an unknown kind.");
+        reportFailedRendering(describeCurrentException());
     }
     // Better no picture than one that lacks a mask.
     return renderBlackImage();
 }
 
 Image FrameRecorder::renderMaskedCopy() {
-    const auto layers = replicator_->replicateLayerTree(*window_, maskingIsEnabled_);
+    // A copy: the views may start another recording, and so drop this one's.
+    const auto replicator = replicator_;
+    const auto layers = replicator->replicateLayerTree(*window_, maskingIsEnabled_);
     const FlushOnExit flush(*layers);
     bool isComplete = false;
     const Image image = imageRenderer().image([&layers, &isComplete](GraphicsContext& context) {
@@ -156,11 +163,17 @@ Image FrameRecorder::renderMaskedCopy() {
 }
 
 Image FrameRecorder::renderBlackImage() {
-    return imageRenderer().image([this](GraphicsContext& context) {
-        if (blackImageRenderAction_) {
-            blackImageRenderAction_(context);
-        }
-    });
+    try {
+        return imageRenderer().image([this](GraphicsContext& context) {
+            if (blackImageRenderAction_) {
+                blackImageRenderAction_(context);
+            }
+        });
+    } catch (...) {
+        // The window itself may be what throws.
+        reportFailedRendering(describeCurrentException());
+        return {};
+    }
 }
 
 OptimizedImageRenderer& FrameRecorder::imageRenderer() {

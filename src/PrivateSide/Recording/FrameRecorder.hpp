@@ -77,7 +77,7 @@ class FrameRecorder : public std::enable_shared_from_this<FrameRecorder> {
     bool failureIsReported_ = false;
     /// In pixels; of the last picture that could be drawn.
     std::optional<std::pair<std::size_t, std::size_t>> lastImageSize_;
-    std::unique_ptr<LayerReplicator> replicator_;
+    std::shared_ptr<LayerReplicator> replicator_;
     std::unique_ptr<OptimizedImageRenderer> imageRenderer_;
     const MemoryUseLines memoryUse_;
 };

@@ -12,15 +12,36 @@ namespace mireth {
 
 /// Touched on `queue` only, but for the constants.
 struct AssetWriterInput::State : std::enable_shared_from_this<State> {
+    /// Lives as long as the readiness callback. When the input lets go of that, because its writer has failed
+    /// for instance, nobody else would end the wait.
+    struct Witness {
+        Witness(std::weak_ptr<State> theState, Executor theQueue)
+            : state(std::move(theState)), queue(std::move(theQueue)) {}
+        Witness(const Witness&) = delete;
+        Witness& operator=(const Witness&) = delete;
+        ~Witness() {
+            if (auto self = state.lock()) {
+                queue.execute([self = std::move(self)] {
+                    self->isLetGo = true;
+                    self->resumeWaiting();
+                });
+            }
+        }
+
+        const std::weak_ptr<State> state;
+        const Executor queue;
+    };
+
     State(std::shared_ptr<platform::WriterInput> writerInput, const Executor& executor)
         : input(std::move(writerInput)), queue(makeSerialExecutor(executor)) {}
 
     /// Weak, since the input holds the callback for as long as it likes.
     void requestMediaData() {
         const Executor neverInline = asio::prefer(queue, asio::execution::blocking_t::never);
+        const auto witness = std::make_shared<const Witness>(weak_from_this(), neverInline);
         input->requestMediaDataWhenReady([neverInline](Work work) { neverInline.execute(std::move(work)); },
-                                         [weakSelf = weak_from_this()] {
-                                             if (const auto self = weakSelf.lock()) {
+                                         [witness] {
+                                             if (const auto self = witness->state.lock()) {
                                                  self->resumeWaiting();
                                              }
                                          });
@@ -36,12 +57,13 @@ struct AssetWriterInput::State : std::enable_shared_from_this<State> {
     const Executor queue;
     std::optional<AsyncEvent> waiting;
     bool requested = false;
+    bool isLetGo = false;
 };
 
 AssetWriterInput::AssetWriterInput(std::shared_ptr<platform::WriterInput> input, const Executor& executor)
     : state_(std::make_shared<State>(std::move(input), executor)) {}
 
-Task<void> AssetWriterInput::readyForMoreMediaData() const {
+Task<bool> AssetWriterInput::readyForMoreMediaData() const {
     return runOn(state_->queue, awaitReadiness(state_));
 }
 
@@ -49,9 +71,12 @@ Task<void> AssetWriterInput::markAsFinished() const {
     return runOn(state_->queue, finish(state_));
 }
 
-Task<void> AssetWriterInput::awaitReadiness(std::shared_ptr<State> state) {
+Task<bool> AssetWriterInput::awaitReadiness(std::shared_ptr<State> state) {
     // Again after waking up: the input may have been ready for one frame that came before this one.
     while (!state->requested || !state->input->isReadyForMoreMediaData()) {
+        if (state->isLetGo) {
+            co_return false;
+        }
         const AsyncEvent ready;
         state->waiting = ready;
         if (!std::exchange(state->requested, true)) {
@@ -59,6 +84,7 @@ Task<void> AssetWriterInput::awaitReadiness(std::shared_ptr<State> state) {
         }
         co_await ready.wait();
     }
+    co_return true;
 }
 
 Task<void> AssetWriterInput::finish(std::shared_ptr<State> state) {

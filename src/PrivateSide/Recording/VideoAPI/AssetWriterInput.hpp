@@ -21,14 +21,15 @@ class AssetWriterInput {
     /// `executor`: the background, on which the serial executor is made.
     AssetWriterInput(std::shared_ptr<platform::WriterInput> input, const Executor& executor);
 
-    /// Completes when the input is ready for a frame.
-    Task<void> readyForMoreMediaData() const;
+    /// Completes when the input is ready for a frame; with false when it has let go of its readiness callback
+    /// and takes none any more.
+    Task<bool> readyForMoreMediaData() const;
     /// Tells the input that no frame follows, and wakes nobody any more.
     Task<void> markAsFinished() const;
 
   private:
     struct State;
-    static Task<void> awaitReadiness(std::shared_ptr<State> state);
+    static Task<bool> awaitReadiness(std::shared_ptr<State> state);
     static Task<void> finish(std::shared_ptr<State> state);
     std::shared_ptr<State> state_;
 };

@@ -40,9 +40,7 @@ Task<void> ImageToVideoConverter::render() {
     co_await finishWriting();
     const auto& writer = mediaDataInput_->getVideoWriter();
     if (writer.status() != platform::AssetWriterStatus::completed) {
-        const std::string reason = writer.errorDescription();
-        throw RecordingError("Invalid videoWriter status: " + std::string(toString(writer.status())) +
-                             (reason.empty() ? "" : " (" + reason + ")"));
+        throw RecordingError("Invalid videoWriter status: " + std::string(toString(writer.status())));
     }
 }
 
@@ -60,9 +58,9 @@ Task<void> ImageToVideoConverter::tryAppendingAllFramesToBuffer() {
     const AssetWriterInput input(mediaDataInput_->getVideoWriterInput(), executor_);
     std::int64_t frameNum = 0;
     for (Frame& waiting : frames_) {
-        co_await input.readyForMoreMediaData();
+        const bool isReady = co_await input.readyForMoreMediaData();
         const Frame frame = std::exchange(waiting, Frame());
-        if (!addFrame(frame, frameNum)) {
+        if (!isReady || !addFrame(frame, frameNum)) {
             // The writer has failed and takes no more; its status tells at the end.
             break;
         }

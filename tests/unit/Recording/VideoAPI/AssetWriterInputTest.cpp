@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "tests/support/AsyncPhone.hpp"
 #include "tests/support/ScriptedAssetWriter.hpp"
@@ -13,9 +14,17 @@ namespace {
 
 class AssetWriterInputTest : public ::testing::Test {
   protected:
+    std::shared_ptr<test::TaskOutcome> awaitReadiness() {
+        return phone_.start(keepAnswer(input_.readyForMoreMediaData(), takesFrames_));
+    }
+    static Task<void> keepAnswer(Task<bool> task, std::shared_ptr<std::optional<bool>> answer) {
+        *answer = co_await std::move(task);
+    }
+
     test::AsyncPhone phone_;
     std::shared_ptr<test::WriterScript> script_ = std::make_shared<test::WriterScript>();
     AssetWriterInput input_{std::make_shared<test::ScriptedInput>(script_), phone_.background};
+    std::shared_ptr<std::optional<bool>> takesFrames_ = std::make_shared<std::optional<bool>>();
 };
 
 TEST_F(AssetWriterInputTest, QueueBearsTheLibrarysName) {
@@ -24,15 +33,27 @@ TEST_F(AssetWriterInputTest, QueueBearsTheLibrarysName) {
 }
 
 TEST_F(AssetWriterInputTest, ReadyInputLetsPass) {
-    const auto outcome = phone_.start(input_.readyForMoreMediaData());
+    const auto outcome = awaitReadiness();
     EXPECT_FALSE(outcome->isDone) << "asked for on its own executor";
     phone_.runUntilIdle();
     EXPECT_TRUE(outcome->succeeded());
+    EXPECT_EQ(*takesFrames_, true);
+}
+
+TEST_F(AssetWriterInputTest, InputThatLetsGoOfItsCallbackEndsTheWait) {
+    script_->ready = false;
+    const auto outcome = awaitReadiness();
+    phone_.runUntilIdle();
+    EXPECT_FALSE(outcome->isDone);
+    script_->askForMore = nullptr;
+    phone_.runUntilIdle();
+    EXPECT_TRUE(outcome->succeeded());
+    EXPECT_EQ(*takesFrames_, false);
 }
 
 TEST_F(AssetWriterInputTest, BusyInputIsWaitedFor) {
     script_->ready = false;
-    const auto outcome = phone_.start(input_.readyForMoreMediaData());
+    const auto outcome = awaitReadiness();
     phone_.runUntilIdle();
     EXPECT_FALSE(outcome->isDone);
     script_->askForMore();
@@ -42,7 +63,7 @@ TEST_F(AssetWriterInputTest, BusyInputIsWaitedFor) {
 
 TEST_F(AssetWriterInputTest, CallbacksAreRequestedOnce) {
     for (int i = 0; i < 3; ++i) {
-        const auto outcome = phone_.start(input_.readyForMoreMediaData());
+        const auto outcome = awaitReadiness();
         phone_.runUntilIdle();
         EXPECT_TRUE(outcome->succeeded());
     }
@@ -51,7 +72,7 @@ TEST_F(AssetWriterInputTest, CallbacksAreRequestedOnce) {
 
 TEST_F(AssetWriterInputTest, CallbackThatComesTooEarlyIsNotMistakenForReadiness) {
     script_->ready = false;
-    const auto outcome = phone_.start(input_.readyForMoreMediaData());
+    const auto outcome = awaitReadiness();
     phone_.runUntilIdle();
     script_->askForMore();
     script_->ready = false;
@@ -63,7 +84,7 @@ TEST_F(AssetWriterInputTest, CallbackThatComesTooEarlyIsNotMistakenForReadiness)
 }
 
 TEST_F(AssetWriterInputTest, CallbackAfterTheEndDoesNothing) {
-    (void)phone_.start(input_.readyForMoreMediaData());
+    (void)awaitReadiness();
     phone_.runUntilIdle();
     const auto finished = phone_.start(input_.markAsFinished());
     phone_.runUntilIdle();
@@ -76,7 +97,7 @@ TEST_F(AssetWriterInputTest, CallbackAfterTheEndDoesNothing) {
 TEST_F(AssetWriterInputTest, CallbackAfterTheInputIsDroppedDoesNothing) {
     {
         const AssetWriterInput dropped(std::make_shared<test::ScriptedInput>(script_), phone_.background);
-        (void)phone_.start(dropped.readyForMoreMediaData());
+        (void)phone_.start(keepAnswer(dropped.readyForMoreMediaData(), takesFrames_));
         phone_.runUntilIdle();
     }
     script_->askForMore();

@@ -189,8 +189,7 @@ TEST_F(ImageToVideoConverterTest, RealEncoderThatCannotStoreFails) {
         factory(std::vector<Frame>(2, frameOf(0xFF3366CCU)), "/videos/s-0.mp4", PlaybackConfiguration());
     const auto outcome = phone_.start(phone_.background, converter->render());
     phone_.runUntilIdle();
-    EXPECT_EQ(outcome->message(),
-              "Invalid videoWriter status: failed (/videos/s-0.mp4: commit /videos/s-0.mp4: disk full)");
+    EXPECT_EQ(outcome->message(), "Invalid videoWriter status: failed");
     EXPECT_TRUE(files->files.empty());
 }
 
