@@ -60,6 +60,12 @@ std::shared_ptr<View> View::hitTest(Point point) {
     return deepestViewAt(shared_from_this(), point);
 }
 
+void View::setViewController(std::weak_ptr<ViewController> controller) {
+    viewController_ = std::move(controller);
+    wasDeclarative_ =
+        dynamic_cast<const AnyUIHostingViewController*>(viewController_.lock().get()) != nullptr;
+}
+
 void View::touchesBegan(const std::vector<Touch>& /*touches*/, const TouchEvent& /*event*/) {}
 void View::touchesMoved(const std::vector<Touch>& /*touches*/, const TouchEvent& /*event*/) {}
 void View::touchesEnded(const std::vector<Touch>& /*touches*/, const TouchEvent& /*event*/) {}

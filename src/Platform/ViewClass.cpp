@@ -21,6 +21,9 @@ class ViewClassRegistry {
         const std::lock_guard lock(mutex_);
         const auto found = classes_.find(name);
         if (found != classes_.end()) {
+            if (conforms) {
+                found->second->conformsToTextInput_ = true;
+            }
             return *found->second;
         }
         // The constructor is private, out of std::make_unique's reach.
@@ -66,10 +69,16 @@ struct BuiltInClasses {
 }  // namespace
 
 ViewClass::ViewClass(std::string_view name, const ViewClass* superclass, bool conformsToTextInput)
-    : name_(name),
-      superclass_(superclass),
-      conformsToTextInput_(conformsToTextInput ||
-                           (superclass != nullptr && superclass->conformsToTextInput())) {}
+    : name_(name), superclass_(superclass), conformsToTextInput_(conformsToTextInput) {}
+
+bool ViewClass::conformsToTextInput() const noexcept {
+    for (const ViewClass* candidate = this; candidate != nullptr; candidate = candidate->superclass_) {
+        if (candidate->conformsToTextInput_) {
+            return true;
+        }
+    }
+    return false;
+}
 
 const ViewClass& ViewClass::registerClass(std::string_view name, const ViewClass* superclass,
                                           TextInput textInput) {

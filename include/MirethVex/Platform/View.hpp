@@ -38,9 +38,10 @@ class MIRETH_EXPORT View : public std::enable_shared_from_this<View> {
 
     Layer& mutableLayer() noexcept { return layer_; }
     void setPresentationLayer(std::shared_ptr<const Layer> layer) { presentationLayer_ = std::move(layer); }
-    void setViewController(std::weak_ptr<ViewController> controller) {
-        viewController_ = std::move(controller);
-    }
+    void setViewController(std::weak_ptr<ViewController> controller);
+    /// True when the last controller that was set hosts declarative content, also when it is gone by now:
+    /// what it left on screen is no less private.
+    bool wasDeclarative() const noexcept { return wasDeclarative_; }
 
     std::shared_ptr<View> superview() const { return superview_.lock(); }
     /// In front of the others. A view that has a superview is moved. A view is never added below itself:
@@ -75,6 +76,7 @@ class MIRETH_EXPORT View : public std::enable_shared_from_this<View> {
     Layer layer_;
     std::shared_ptr<const Layer> presentationLayer_;
     std::weak_ptr<ViewController> viewController_;
+    bool wasDeclarative_ = false;
     std::weak_ptr<View> superview_;
     std::vector<std::shared_ptr<View>> subviews_;
 };

@@ -1,6 +1,7 @@
 // The run-time class of a view: its name and its superclass.
 #pragma once
 
+#include <atomic>
 #include <string>
 #include <string_view>
 
@@ -22,7 +23,7 @@ class MIRETH_EXPORT ViewClass {
 
     /// The class called `name`; registers it below `superclass` when there is none yet. Registering a name
     /// again with another superclass is refused: the class registered first is returned. `conforms` marks
-    /// a class of text-entry views; its subclasses are marked too.
+    /// a class of text-entry views, also one that was registered without it; its subclasses are marked too.
     static const ViewClass& registerClass(std::string_view name, const ViewClass* superclass,
                                           TextInput textInput = TextInput::inherited);
 
@@ -31,7 +32,7 @@ class MIRETH_EXPORT ViewClass {
 
     const std::string& name() const noexcept { return name_; }
     const ViewClass* superclass() const noexcept { return superclass_; }
-    bool conformsToTextInput() const noexcept { return conformsToTextInput_; }
+    bool conformsToTextInput() const noexcept;
 
     /// True for the class itself and for every subclass of it.
     bool isKindOf(const ViewClass& other) const noexcept;
@@ -52,7 +53,8 @@ class MIRETH_EXPORT ViewClass {
 
     const std::string name_;
     const ViewClass* const superclass_;
-    const bool conformsToTextInput_;
+    /// Of the class itself; set when it is registered as such, be it later than first. Never cleared.
+    mutable std::atomic<bool> conformsToTextInput_;
 };
 
 }  // namespace mireth::platform

@@ -13,13 +13,15 @@ namespace mireth::platform {
 /// application's AppearanceDelivery, so that others may listen in. Always owned by std::shared_ptr.
 class MIRETH_EXPORT ViewController : public std::enable_shared_from_this<ViewController> {
   public:
-    /// `className` is what log lines and screen names call the controller.
-    explicit ViewController(std::string className = "ViewController");
+    /// `className` is what log lines and screen names call the controller; empty: the name of its C++ class.
+    explicit ViewController(std::string className = {});
     virtual ~ViewController();
     ViewController(const ViewController&) = delete;
     ViewController& operator=(const ViewController&) = delete;
 
-    const std::string& className() const noexcept { return className_; }
+    /// Of the C++ class without its namespaces, unless another was given. Not from a constructor, where the
+    /// class is not complete yet.
+    std::string className() const;
 
     const std::shared_ptr<View>& view() const noexcept { return view_; }
     /// The view answers `viewController()` with this controller from then on. Not from a constructor: the

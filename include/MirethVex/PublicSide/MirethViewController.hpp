@@ -15,7 +15,7 @@ namespace mireth {
 class MIRETH_EXPORT MirethViewController : public platform::ViewController {
   public:
     /// Reports to `MirethSR::shared()`, which is first asked for when a screen appears or disappears.
-    explicit MirethViewController(std::string className = "MirethViewController");
+    explicit MirethViewController(std::string className = {});
     /// `library` outlives the controller.
     MirethViewController(std::string className, MirethSR& library);
 

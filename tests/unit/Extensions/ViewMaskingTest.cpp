@@ -152,9 +152,20 @@ TEST(ViewMasking, SecureEntryPlaysNoPart) {
 }
 
 TEST(ViewMasking, NoControllerHostsNothing) {
-    EXPECT_FALSE(hostsDeclarativeContent(nullptr));
-    EXPECT_FALSE(hostsDeclarativeContent(std::make_shared<ViewController>().get()));
-    EXPECT_TRUE(hostsDeclarativeContent(std::make_shared<HostingController>().get()));
+    const auto view = std::make_shared<View>();
+    EXPECT_EQ(showsDeclarativeContent(*view), std::nullopt);
+    const auto plain = std::make_shared<ViewController>();
+    plain->setView(view);
+    EXPECT_EQ(showsDeclarativeContent(*view), false);
+    auto hosting = std::make_shared<HostingController>();
+    hosting->setView(view);
+    EXPECT_EQ(showsDeclarativeContent(*view), true);
+    hosting.reset();
+    EXPECT_EQ(showsDeclarativeContent(*view), true) << "what it left on screen";
+    EXPECT_TRUE(isSwiftUIView(*view));
+    plain->setView(nullptr);
+    plain->setView(view);
+    EXPECT_EQ(showsDeclarativeContent(*view), false);
 }
 
 }  // namespace

@@ -44,14 +44,13 @@ class LayerReplicator::Walk {
     /// `declarative`: whether the nearest controller above the view hosts declarative content. It is carried
     /// down, since looking for it from every view would climb the whole tree each time.
     std::shared_ptr<Layer> copy(const View& view, bool declarative) {
-        // Held while it is read: the next call on the view may put another in its place.
-        const auto presentation = withEnabledAnimations_ ? view.presentationLayer() : nullptr;
-        const Layer& source = presentation != nullptr ? *presentation : view.layer();
-        if (walk_.isEndless(view) || isMasked(view, declarative)) {
-            return makeMaskBlock(source);
+        const auto verdict = masking_.verdict(view);
+        const bool isBlock = walk_.isEndless(view) || isMasked(view, verdict, declarative);
+        auto layer = copyLayer(view, isBlock);
+        if (isBlock) {
+            return layer;
         }
-        auto layer = copyProperties(source);
-        if (masking_.verdict(view).isImageView) {
+        if (verdict.isImageView) {
             copyImageViewProperties(view, *layer);
         }
         addSubviews(view, *layer, declarative);
@@ -60,18 +59,21 @@ class LayerReplicator::Walk {
 
   private:
     /// `declarative` is brought up to the view's own controller, if it has one.
-    bool isMasked(const View& view, bool& declarative) {
-        if (!withEnabledMasking_) {
-            return false;
+    bool isMasked(const View& view, const ViewMasking::Verdict& verdict, bool& declarative) const {
+        return withEnabledMasking_ && verdict.masks([&view, &declarative] {
+            declarative = showsDeclarativeContent(view).value_or(declarative);
+            return declarative;
+        });
+    }
+
+    std::shared_ptr<Layer> copyLayer(const View& view, bool isBlock) const {
+        const auto copy = isBlock ? makeMaskBlock : copyProperties;
+        // Read at once, and the pointer held meanwhile: the next call on the view may put another in its
+        // place.
+        if (const auto presentation = withEnabledAnimations_ ? view.presentationLayer() : nullptr) {
+            return copy(*presentation);
         }
-        const auto verdict = masking_.verdict(view);
-        if (verdict.maskedAsBuiltIn) {
-            return true;
-        }
-        if (const auto controller = view.viewController()) {
-            declarative = hostsDeclarativeContent(controller.get());
-        }
-        return declarative || verdict.maskedByHost;
+        return copy(view.layer());
     }
 
     void addSubviews(const View& view, Layer& layer, bool declarative) {

@@ -17,8 +17,7 @@ namespace {
 
 /// By class, as toolkits register their widgets, and by type: a host may well build a Label under a class
 /// that it did not register below the label's, and its text is no less private for that.
-bool isTextOrImage(const View& view) {
-    const ViewClass& viewClass = view.viewClass();
+bool isTextOrImage(const View& view, const ViewClass& viewClass) {
     return viewClass.isKindOf(ViewClass::label()) || viewClass.conformsToTextInput() ||
            viewClass.isKindOf(ViewClass::imageView()) ||
            dynamic_cast<const platform::Label*>(&view) != nullptr ||
@@ -40,35 +39,41 @@ bool isSystemAlertActionView(const ViewClass& viewClass) {
     return matches(viewClass.name(), RegexValue::systemAlertActionRegex);
 }
 
-bool hostsDeclarativeContent(const platform::ViewController* controller) {
-    return dynamic_cast<const platform::AnyUIHostingViewController*>(controller) != nullptr;
+std::optional<bool> showsDeclarativeContent(const View& view) {
+    if (const auto controller = view.viewController()) {
+        return dynamic_cast<const platform::AnyUIHostingViewController*>(controller.get()) != nullptr;
+    }
+    return view.wasDeclarative() ? std::optional(true) : std::nullopt;
 }
 
 bool isSwiftUIView(const View& view) {
-    return hostsDeclarativeContent(view.parentViewController().get());
+    auto shows = showsDeclarativeContent(view);
+    for (auto above = view.superview(); above && !shows; above = above->superview()) {
+        shows = showsDeclarativeContent(*above);
+    }
+    return shows.value_or(false);
 }
 
 ViewMasking::ViewMasking(std::vector<const ViewClass*> additionalViewTypesToMask)
     : additionalViewTypesToMask_(std::move(additionalViewTypesToMask)) {}
 
 bool ViewMasking::shouldBeMasked(const View& view) {
-    const Verdict& byClass = verdict(view);
-    return byClass.maskedAsBuiltIn || isSwiftUIView(view) || byClass.maskedByHost;
+    return verdict(view).masks([&view] { return isSwiftUIView(view); });
 }
 
 const ViewMasking::Verdict& ViewMasking::verdict(const View& view) {
-    const Key key{&view.viewClass(), &typeid(view)};
+    const ViewClass& viewClass = view.viewClass();
+    const Key key{&viewClass, &typeid(view)};
     const auto known = verdicts_.find(key);
     if (known != verdicts_.end()) {
         return known->second;
     }
-    return verdicts_.emplace(key, classify(view)).first->second;
+    return verdicts_.emplace(key, classify(view, viewClass)).first->second;
 }
 
-ViewMasking::Verdict ViewMasking::classify(const View& view) const {
-    const ViewClass& viewClass = view.viewClass();
+ViewMasking::Verdict ViewMasking::classify(const View& view, const ViewClass& viewClass) const {
     Verdict verdict;
-    verdict.maskedAsBuiltIn = (isTextOrImage(view) && !isRectShadowView(viewClass)) ||
+    verdict.maskedAsBuiltIn = (isTextOrImage(view, viewClass) && !isRectShadowView(viewClass)) ||
                               isSystemAlertActionView(viewClass) || isSystemInterfaceView(viewClass);
     verdict.maskedByHost = std::ranges::any_of(
         additionalViewTypesToMask_,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <typeinfo>
 #include <unordered_map>
 #include <vector>
@@ -17,10 +18,12 @@ bool isRectShadowView(const platform::ViewClass& viewClass);
 bool isSystemInterfaceView(const platform::ViewClass& viewClass);
 bool isSystemAlertActionView(const platform::ViewClass& viewClass);
 
-/// True for a controller that hosts declarative content; false for null.
-bool hostsDeclarativeContent(const platform::ViewController* controller);
+/// Whether the controller whose root view this is hosts declarative content; nothing for a view that is no
+/// controller's, which goes by the views above it. A view that once showed such content shows it still when
+/// its controller is gone.
+std::optional<bool> showsDeclarativeContent(const platform::View& view);
 
-/// True when the nearest controller that owns the view hosts declarative content.
+/// True when the view, or the nearest above it that is a controller's, shows declarative content.
 bool isSwiftUIView(const platform::View& view);
 
 /// The masking decision, with what follows from a view's class remembered: a screen has thousands of views of
@@ -35,6 +38,12 @@ class ViewMasking {
         bool maskedByHost = false;
         /// Can be cast to ImageView.
         bool isImageView = false;
+
+        /// The masking decision. `isDeclarative` is asked only when the class does not decide already.
+        template <class IsDeclarative>
+        bool masks(IsDeclarative isDeclarative) const {
+            return maskedAsBuiltIn || isDeclarative() || maskedByHost;
+        }
     };
 
     /// `additionalViewTypesToMask`: classes masked beside the built-in ones; null entries are ignored.
@@ -56,7 +65,7 @@ class ViewMasking {
         std::size_t operator()(const Key& key) const noexcept;
     };
 
-    Verdict classify(const platform::View& view) const;
+    Verdict classify(const platform::View& view, const platform::ViewClass& viewClass) const;
 
     const std::vector<const platform::ViewClass*> additionalViewTypesToMask_;
     std::unordered_map<Key, Verdict, KeyHash> verdicts_;
