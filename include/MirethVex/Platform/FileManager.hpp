@@ -38,8 +38,8 @@ class FileManager {
     /// The directory whose contents the system may purge. It need not exist.
     virtual FileResult<std::filesystem::path> userCachesDirectory() = 0;
     virtual bool itemExists(const std::filesystem::path& path) = 0;
-    /// Creates the directory and the missing ones above it, 0700 whatever the umask. An existing directory is
-    /// no error.
+    /// Creates the directory and the missing ones above it, 0700 whatever the umask. An existing directory of
+    /// this user's becomes 0700 too; another user's is an error.
     virtual FileResult<void> createDirectory(const std::filesystem::path& path) = 0;
     /// The full paths of the entries, sorted by name, without "." and "..".
     virtual FileResult<std::vector<std::filesystem::path>> contentsOfDirectory(

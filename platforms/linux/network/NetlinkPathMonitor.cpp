@@ -110,10 +110,23 @@ class NetlinkPathMonitor::Watcher {
 
     void watch() {
         threadId_ = std::this_thread::get_id();
+        while (!stopping_) {
+            runGuarded([this] { follow(); }, "the path monitor", onEscapedError_);
+            // A process may be out of descriptors or memory for a while; nothing is known until it is not.
+            report(NetworkPath{});
+            if (!stopEvent_) {
+                return;
+            }
+            pollfd stop{.fd = stopEvent_.get(), .events = POLLIN, .revents = 0};
+            poll(&stop, 1, static_cast<int>(retryTime.count()));
+        }
+    }
+
+    /// Reports every change until the end, or until the kernel or the classifier fails.
+    void follow() {
         // Subscribed before the first reading: a change in between is then noticed.
         const NetlinkSocket socket = stopEvent_ ? subscribe() : nullptr;
         if (!socket) {
-            report(NetworkPath{});
             return;
         }
         const int descriptor = nl_socket_get_fd(socket.get());
@@ -122,9 +135,6 @@ class NetlinkPathMonitor::Watcher {
             const auto path = readNetworkPath(classify_);
             report(path.value_or(reported_.value_or(NetworkPath{})));
             event = waitForChange(descriptor, path ? forEver : retryTime);
-        }
-        if (event == Event::failure) {
-            report(NetworkPath{});
         }
     }
 

@@ -86,6 +86,21 @@ int makeDirectories(const std::string& path) {
     return above == 0 ? makeDirectory(path) : above;
 }
 
+/// Makes a directory that was there before as private as a new one. 0, or the errno why it cannot be: whoever
+/// else owns it could put other files in the place of ours.
+int claimDirectory(const std::string& path) {
+    const FileDescriptor directory(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    struct stat status{};
+    if (!directory || fstat(directory.get(), &status) != 0) {
+        return errno;
+    }
+    if (status.st_uid != geteuid()) {
+        return EPERM;
+    }
+    const bool isPrivate = (status.st_mode & 07777) == ownerOnly;
+    return isPrivate || fchmod(directory.get(), ownerOnly) == 0 ? 0 : errno;
+}
+
 class DirectoryStream {
   public:
     explicit DirectoryStream(FileDescriptor directory) : stream_(fdopendir(directory.get())) {
@@ -133,7 +148,11 @@ FileResult<void> PosixFileManager::createDirectory(const std::filesystem::path& 
     if (!name) {
         return std::unexpected(name.error());
     }
-    if (const int error = makeDirectories(*name)) {
+    int error = makeDirectories(*name);
+    if (error == 0) {
+        error = claimDirectory(*name);
+    }
+    if (error != 0) {
         return fileFailure(operation, *name, error);
     }
     return {};

@@ -68,13 +68,26 @@ TEST_P(FileManagerContract, DirectoriesAreTheOwnersOnlyWhateverTheUmask) {
     }
 }
 
-TEST_P(FileManagerContract, AnExistingDirectoryIsNoErrorAndKeepsItsMode) {
+TEST_P(FileManagerContract, AnExistingDirectoryIsNoErrorAndBecomesTheOwnersOnly) {
     const TemporaryDirectory root;
     ASSERT_EQ(mkdir((root / "open").c_str(), 0755), 0);
     chmod((root / "open").c_str(), 0755);
     EXPECT_TRUE(harness_->files().createDirectory(root / "open"));
     EXPECT_TRUE(harness_->files().createDirectory(root / "open/"));
-    EXPECT_EQ(modeOf(root / "open"), 0755u);
+    EXPECT_EQ(modeOf(root / "open"), 0700u);
+}
+
+TEST_P(FileManagerContract, TheDirectoryOfAnotherUserIsRefused) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can give a directory away";
+    }
+    const TemporaryDirectory root;
+    constexpr uid_t nobody = 65534;
+    ASSERT_EQ(mkdir((root / "foreign").c_str(), 0777), 0);
+    ASSERT_EQ(chown((root / "foreign").c_str(), nobody, nobody), 0);
+    const auto made = harness_->files().createDirectory(root / "foreign");
+    ASSERT_FALSE(made);
+    EXPECT_NE(made.error().description.find("foreign"), std::string::npos) << made.error().description;
 }
 
 TEST_P(FileManagerContract, ADirectoryBelowAFileCannotBeCreated) {
