@@ -1,6 +1,7 @@
 // The token of a subscription: cancelling it or dropping it ends the subscription.
 #pragma once
 
+#include <cstdio>
 #include <functional>
 #include <utility>
 
@@ -32,10 +33,17 @@ class [[nodiscard]] AnyCancellable {
     AnyCancellable& operator=(const AnyCancellable&) = delete;
     ~AnyCancellable() { cancel(); }
 
-    /// Ends the subscription. A second call does nothing.
+    /// Ends the subscription. A second call does nothing. What the action throws ends here, with a line on
+    /// standard error: tokens are dropped in destructors, where nobody could take it.
     void cancel() noexcept {
-        if (auto action = std::exchange(cancelAction_, nullptr)) {
+        auto action = std::exchange(cancelAction_, nullptr);
+        if (!action) {
+            return;
+        }
+        try {
             action();
+        } catch (...) {
+            std::fputs("M-VEX: the end of a subscription threw\n", stderr);
         }
     }
 

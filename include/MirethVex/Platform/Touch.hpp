@@ -23,7 +23,8 @@ struct Touch {
     Point locationInWindow;
     /// How many taps in a row this one completes, by the rules of the toolkit: 1 for a tap by itself.
     int tapCount = 1;
-    /// When it happened, in seconds on the uptime clock.
+    /// When it happened, in seconds on the uptime clock. Finite, and small enough that its milliseconds fit
+    /// 64 bits: a tap at any other time is a binding's mistake, and ends the process.
     double timestamp = 0;
     /// What was touched when the touch began (`View::hitTest` of the window finds it); not owned. Expired
     /// when there was none or it is gone.

@@ -26,6 +26,19 @@ OSLoggers::MakeLogger sinksOf(const std::shared_ptr<platform::SystemLog>& system
     };
 }
 
+/// The system log may be the host's own; what it throws costs neither the listeners nor the remote log the
+/// line.
+template <class Write>
+void guardSink(const Write& write) {
+    try {
+        write();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "M-VEX: the system log threw: %s\n", error.what());
+    } catch (...) {
+        std::fputs("M-VEX: the system log threw something that is not an exception\n", stderr);
+    }
+}
+
 /// True while this thread is inside a listener. A thread's own flag, not shared state.
 thread_local bool insideListener = false;
 
@@ -99,7 +112,7 @@ void MirethLog::info(LogTag logTag, const std::string& message, const Additional
         return;
     }
     const std::string line = lineText(message, additionalInfo);
-    osLoggers_.info(logTag, line);
+    guardSink([&] { osLoggers_.info(logTag, line); });
     logListeners_.logToAll(logTag, LogLevel::info, line);
 }
 
@@ -173,7 +186,7 @@ bool MirethLog::isAllowed(LogTag logTag) const noexcept {
 
 void MirethLog::writeError(LogTag logTag, const std::string& message, const AdditionalInfo& additionalInfo) {
     const std::string line = lineText(message, additionalInfo);
-    osLoggers_.error(logTag, line);
+    guardSink([&] { osLoggers_.error(logTag, line); });
     logListeners_.logToAll(logTag, LogLevel::error, line);
 }
 
