@@ -19,11 +19,27 @@ async function phoneColour(page) {
     return colour;
 }
 
+function onStage(page, text) {
+    return page.locator('.stage-words', { hasText: text });
+}
+
 function playUntil(page, seconds) {
     return page.waitForFunction((until) => {
         const parts = document.querySelector('.position .now').textContent.split(':').map(Number);
         return parts[0] * 60 + parts[1] >= until;
     }, seconds);
+}
+
+// Keeps what the clock of a video said last, whenever one is given another file.
+function watchSources(page) {
+    return page.addInitScript(() => {
+        window.leftVideos = [];
+        const source = Object.getOwnPropertyDescriptor(HTMLMediaElement.prototype, 'src');
+        Object.defineProperty(HTMLMediaElement.prototype, 'src', { ...source, set(value) {
+            window.leftVideos.push({ file: this.src, at: this.currentTime });
+            source.set.call(this, value);
+        } });
+    });
 }
 
 describe('A replay', () => {
@@ -53,16 +69,19 @@ describe('A replay', () => {
     });
 
     it('plays over the border of two chunks without a gap', async () => {
-        const page = await fixture.openReplay('#t=8.5');
+        const page = await fixture.openReplay('#t=8.5', { before: watchSources });
         await untilPicture(page);
+        // What the entering video's own clock says at the very moment at which it takes the other's place.
         await page.evaluate(() => {
-            window.seen = [];
-            const look = () => {
-                const video = document.querySelector('video.front');
-                window.seen.push({ file: video.src, at: video.currentTime, ready: video.readyState, now: performance.now() });
-                requestAnimationFrame(look);
-            };
-            look();
+            window.entered = new Promise((resolve) => {
+                const leaving = document.querySelector('video.front');
+                new MutationObserver(() => {
+                    const video = document.querySelector('video.front');
+                    if (video !== leaving) {
+                        resolve({ file: video.src, at: video.currentTime, ready: video.readyState, seeking: video.seeking });
+                    }
+                }).observe(document.querySelector('.phone'), { subtree: true, attributeFilter: ['class'] });
+            });
         });
         const colours = [];
         await page.getByRole('button', { name: 'Play', exact: true }).click();
@@ -72,13 +91,22 @@ describe('A replay', () => {
         colours.forEach((colour) => assert.ok(isNear(colour, red) || isNear(colour, green), `something else was on screen: ${colour}`));
         assert.ok(isNear(await phoneColour(page), green));
 
-        const seen = await page.evaluate(() => window.seen);
-        const border = seen.findIndex((look, index) => index > 0 && look.file !== seen[index - 1].file);
-        assert.ok(border > 0, 'the border was not crossed');
-        seen.forEach((look) => assert.ok(look.ready >= 2, 'a video was shown before it had a picture'));
-        assert.ok(seen[border - 1].at > 9.7, `the first chunk was left at ${seen[border - 1].at}`);
-        assert.ok(seen[border].at < 0.5, `the second chunk was entered at ${seen[border].at}`);
+        const entered = await page.evaluate(() => window.entered);
+        assert.match(entered.file, /chunks\/1\.mp4$/);
+        const left = await page.evaluate(() => window.leftVideos.find(({ file }) => file.endsWith('/chunks/0.mp4')));
+        assert.ok(left.at > 9.9, `the first chunk was left at ${left.at}`);
+        assert.ok(entered.at < 0.1, `the second chunk was entered at ${entered.at}`);
+        assert.ok(entered.ready >= 2 && !entered.seeking, 'the second chunk was shown before it had a picture');
         page.expectQuiet();
+    });
+
+    it('plays and pauses where the picture is pressed', async () => {
+        const page = await fixture.openReplay();
+        await untilPicture(page);
+        await page.locator('.phone').click();
+        await page.getByRole('button', { name: 'Pause' }).waitFor();
+        await page.locator('.phone').click();
+        await page.getByRole('button', { name: 'Play', exact: true }).waitFor();
     });
 
     it('stops at its end, and begins again from there', async () => {
@@ -112,8 +140,9 @@ describe('A gap', () => {
     it('is shown and named where a chunk never arrived', async () => {
         const session = await fixture.seed([{ number: 0, events: [start] }, { number: 3, events: [] }]);
         const page = await fixture.open(`/sessions/${session}#t=15`);
-        await page.getByText('Chunks 1 to 2 never arrived').waitFor();
-        const [gap, line] = await Promise.all([page.locator('.gap').boundingBox(), page.locator('.scrubber').boundingBox()]);
+        await onStage(page, 'Chunks 1 to 2 never arrived').waitFor();
+        await page.locator('.entry.gap', { hasText: 'Chunks 1 to 2 never arrived 20 seconds' }).waitFor();
+        const [gap, line] = await Promise.all([page.locator('.track .gap').boundingBox(), page.locator('.scrubber').boundingBox()]);
         assert.ok(Math.abs(gap.x - line.x - line.width * 0.25) < 2);
         assert.ok(Math.abs(gap.width - line.width * 0.5) < 2);
         await page.getByText('2 chunks, ').waitFor();
@@ -127,10 +156,21 @@ describe('A gap', () => {
         await untilPicture(page);
         await page.getByRole('combobox', { name: 'Speed' }).selectOption('8');
         await page.getByRole('button', { name: 'Play', exact: true }).click();
-        await page.getByText('Chunks 1 to 2 never arrived').waitFor();
+        await onStage(page, 'Chunks 1 to 2 never arrived').waitFor();
         await playUntil(page, 31);
         await untilPicture(page);
         assert.ok(isNear(await phoneColour(page), green));
+        page.expectQuiet();
+    });
+
+    it('is told about when the replay comes to it', async () => {
+        const session = await fixture.seed([{ number: 0, events: [start] }, { number: 2, events: [] }]);
+        const page = await fixture.open(`/sessions/${session}#t=9`);
+        await untilPicture(page);
+        await page.getByRole('button', { name: 'Play', exact: true }).click();
+        await page.locator('#announcer', { hasText: 'Chunk 1 never arrived: 10 seconds' }).waitFor({ state: 'attached' });
+        await page.locator('.scrubber').hover();
+        await page.locator('.tip', { hasText: 'Chunk 1 never arrived' }).waitFor();
         page.expectQuiet();
     });
 
@@ -147,7 +187,7 @@ describe('A gap', () => {
     it('at the beginning does not keep the rest from being seen', async () => {
         const session = await fixture.seed([{ number: 1, events: [] }]);
         const page = await fixture.open(`/sessions/${session}`);
-        await page.getByText('Chunk 0 never arrived').waitFor();
+        await onStage(page, 'Chunk 0 never arrived').waitFor();
         await page.keyboard.press('End');
         await untilPicture(page);
         assert.ok(isNear(await phoneColour(page), green));

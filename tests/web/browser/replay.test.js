@@ -128,6 +128,31 @@ describe('A mark', () => {
     });
 });
 
+describe('A touch of which the moment is uncertain', () => {
+    it('says so in the list, on the scrubber and on the video', async () => {
+        const stamps = { wall: 1_700_000_000_000, uptime: 5_000_000 };
+        const target = { xNormalizedTo1: 0.5, yNormalizedTo1: 0.5, xOriginalPx: 585, yOriginalPx: 1266 };
+        const session = await fixture.seed([{ number: 0, events: [
+            { timestamp: stamps.wall, type: 'SessionStartMarker' },
+            { timestamp: stamps.wall + 2500, type: 'WindowDimensions', eventDetails: { windowWidthPx: 1170, windowHeightPx: 2532, mode: 'Regular' } },
+            { timestamp: stamps.uptime, type: 'UserInteraction', eventDetails: { interactionId: 'Tap', target } },
+            { timestamp: stamps.wall + 6000, type: 'ScreenChange', eventDetails: { changeType: 'appear', detectionType: 'manual', screenHierarchy: [{ depth: 0, screenName: 'Next', screenType: 'Screen' }] } },
+        ] }]);
+        const page = await fixture.open(`/sessions/${session}`);
+        await untilPicture(page);
+        // The tap was made after the first frame and up to 3.5 s later: its neighbours allow no more to be said.
+        const row = page.locator('.entry.tap');
+        assert.match(await row.textContent(), /^0:01\.\d.*± 1\.\d s$/);
+        await page.locator('.facts').getByText(/^placed to ± 1\.\d s$/).waitFor();
+        const [spread, line] = await Promise.all([page.locator('.track .spread').boundingBox(), page.locator('.scrubber').boundingBox()]);
+        assert.ok(spread.width / line.width > 0.3 && spread.width / line.width < 0.4, `a span of ${spread.width / line.width}`);
+        await row.locator('button').click();
+        await page.locator('.mark.tap.uncertain').waitFor();
+        assert.equal(await page.locator('.mark').evaluate((node) => getComputedStyle(node).borderTopStyle), 'dotted');
+        page.expectQuiet();
+    });
+});
+
 describe('Keys', () => {
     it('play and pause', async () => {
         const page = await opened();
@@ -232,7 +257,7 @@ describe('The scrubber', () => {
 describe('A session', () => {
     it('is described', async () => {
         const page = await opened();
-        for (const text of ['loam / colours', '4.2.0', 'iOS 17.4', 'phone14,2', '1,170 × 2,532 px', '3 chunks']) {
+        for (const text of ['loam / colours', '4.2.0', 'iOS 17.4', 'phone14,2', '1170 × 2532 px', '3 chunks']) {
             await page.locator('.facts').getByText(text).first().waitFor();
         }
     });
@@ -261,9 +286,18 @@ describe('A session', () => {
     it('offers its video and its timeline for download', async () => {
         const page = await opened();
         const address = async (name) => new URL(await page.getByRole('link', { name }).getAttribute('href'), page.url());
-        assert.equal((await address('Video')).pathname, `/api/sessions/${fixture.session}/video.mp4`);
         const timeline = await page.request.get((await address('Timeline')).href);
         assert.equal((await timeline.json())[0].type, 'SessionStartMarker');
+        const video = await page.request.get((await address('Video')).href);
+        assert.match(video.headers()['content-disposition'], /^attachment/);
+        // What was downloaded is one video of all chunks, which the browser itself can play.
+        const length = await page.evaluate((source) => new Promise((resolve, reject) => {
+            const player = document.createElement('video');
+            player.addEventListener('durationchange', () => resolve(player.duration));
+            player.addEventListener('error', () => reject(new Error(player.error.message)));
+            player.src = source;
+        }), (await address('Video')).href);
+        assert.ok(Math.abs(length - 28) < 0.1, `it is ${length} s long`);
     });
 
     it('obeys the rules of accessibility, light, dark and narrow', async () => {

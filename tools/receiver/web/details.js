@@ -17,7 +17,7 @@ export function detailsList(model) {
         ['Length', model.chunks.length > 0 && `${clockTime(model.length)}${session.state === 'open' ? ', not closed' : ''}`],
         ['Project', foreign(`${session.brandId} / ${session.projectId}`)],
         ...metadata.map((entry) => [names[entry.id] ?? entry.id, foreign(entry.value)]),
-        ['Window', session.window ? `${number(session.window.widthPx)} × ${number(session.window.heightPx)} px` : 'not known'],
+        ['Window', session.window && `${session.window.widthPx} × ${session.window.heightPx} px`],
         ['Video', model.chunks.length > 0 && `${counted(model.chunks.length, 'chunk')}, ${bytes(session.bytes)}${missing(model)}`],
         ['Touches', precision(model)],
         ['Session', foreign(session.id, { class: 'mono' })],

@@ -1,14 +1,8 @@
 // What happened, in order: scrolls along with the replay, and seeks where it is told to.
-import { el, foreign, setText } from './dom.js';
-import { clockTime, counted } from './format.js';
-import { kinds, sign } from './kinds.js';
-
-const filters = [
-    ['tap', 'Taps', ['tap']],
-    ['signals', 'Signals', ['rage', 'dead', 'error']],
-    ['screens', 'Screens', ['screen', 'note']],
-    ['log', 'Log', ['log']],
-];
+import { el, setText } from './dom.js';
+import { eventRow } from './eventrow.js';
+import { counted } from './format.js';
+import { KindChips } from './kindchips.js';
 
 /** No session that a person made has more. */
 const mostRows = 10000;
@@ -22,14 +16,13 @@ export class EventList {
     #current = -1;
     #chosen = null;
     #following = true;
-    #hidden = new Set();
+    #chips = new KindChips(() => this.#filter());
     #list = el('ol', { class: 'entries' });
     #empty = el('p', { class: 'faint nothing', hidden: true });
     #follow = el('button', { type: 'button', class: 'follow', hidden: true }, 'Follow the replay');
-    #chips = el('div', { class: 'chips', role: 'group', 'aria-label': 'Kinds shown' });
     #scroller = el('div', { class: 'scroller' }, this.#list, this.#empty);
     element = el('section', { class: 'events', 'aria-label': 'What happened' },
-        el('header', {}, el('h2', {}, 'What happened'), this.#chips), this.#scroller, this.#follow);
+        el('header', {}, el('h2', {}, 'What happened'), this.#chips.element), this.#scroller, this.#follow);
 
     /** `onSeek` gets the seconds of the entry that was chosen. */
     constructor(onSeek) {
@@ -51,10 +44,10 @@ export class EventList {
         const focused = document.activeElement?.closest('li')?.dataset.entry;
         this.#entries = model.entries.slice(0, mostRows);
         this.#more = model.entries.length - this.#entries.length;
-        this.#rows = this.#entries.map((entry) => this.#rowOf(entry));
+        this.#rows = this.#entries.map((entry) => eventRow(entry, () => this.#choose(entry)));
         this.#list.replaceChildren(...this.#rows);
         this.#current = -1;
-        this.#chips.replaceChildren(...filters.map((filter) => this.#chip(filter)));
+        this.#chips.show(this.#entries);
         this.#filter();
         if (focused) {
             this.#rows.find((row) => row.dataset.entry === focused)?.querySelector('button').focus();
@@ -112,20 +105,6 @@ export class EventList {
         }
     }
 
-    #rowOf(entry) {
-        const row = el('li', { class: entry.level === 'error' ? `entry ${entry.kind} failed` : `entry ${entry.kind}`, 'data-entry': entry.id },
-            el('button', { type: 'button', tabindex: -1, on: { click: () => this.#choose(entry) } },
-                el('span', { class: 'at' }, clockTime(entry.at, true)),
-                sign(entry.kind),
-                el('span', { class: 'what' }, ...wordsOf(entry))));
-        const fields = Object.entries(entry.fields ?? {});
-        if (fields.length > 0) {
-            row.append(el('details', {}, el('summary', {}, 'Fields'), el('dl', {}, fields.flatMap(([name, value]) => [
-                el('dt', {}, foreign(name)), el('dd', {}, foreign(typeof value === 'string' ? value : JSON.stringify(value)))]))));
-        }
-        return row;
-    }
-
     #choose(entry) {
         this.#chosen = entry;
         this.#onSeek(entry.at);
@@ -154,20 +133,6 @@ export class EventList {
         }
     }
 
-    #chip([name, label, members]) {
-        const count = this.#entries.filter((entry) => members.includes(entry.kind)).length;
-        const chip = el('button', { type: 'button', class: 'chip', 'aria-pressed': String(!this.#hidden.has(name)) }, `${label} `, el('span', {}, String(count)));
-        chip.addEventListener('click', () => {
-            const shown = this.#hidden.delete(name);
-            if (!shown) {
-                this.#hidden.add(name);
-            }
-            chip.setAttribute('aria-pressed', String(shown));
-            this.#filter();
-        });
-        return chip;
-    }
-
     #words(any) {
         if (this.#more > 0) {
             return `${counted(this.#more, 'more entry', 'more entries')} are in the timeline, too many to list.`;
@@ -176,26 +141,10 @@ export class EventList {
     }
 
     #filter() {
-        const hidden = new Set(filters.filter(([name]) => this.#hidden.has(name)).flatMap(([, , members]) => members));
-        this.#entries.forEach((entry, index) => { this.#rows[index].hidden = hidden.has(entry.kind); });
+        this.#entries.forEach((entry, index) => { this.#rows[index].hidden = this.#chips.hides(entry.kind); });
         const any = this.#rows.some((row) => !row.hidden);
         this.#empty.hidden = any && this.#more === 0;
         setText(this.#empty, this.#words(any));
         this.#makeStop(this.#rows[this.#current]?.hidden === false ? this.#rows[this.#current] : this.#rows.find((row) => !row.hidden));
     }
-}
-
-function wordsOf(entry) {
-    const words = [el('span', { class: 'title' }, foreign(entry.title))];
-    if (entry.kind === 'screen' || entry.kind === 'log') {
-        words.unshift(el('span', { class: 'unseen' }, `${kinds[entry.kind].name}: `));
-    }
-    if (entry.text) {
-        words.push(' ', foreign(entry.text, { class: 'text' }));
-    }
-    if (entry.spread) {
-        const { low, high } = entry.spread;
-        words.push(' ', el('span', { class: 'spread', title: `Between ${clockTime(low, true)} and ${clockTime(high, true)}` }, `± ${((high - low) / 2).toFixed(1)} s`));
-    }
-    return words;
 }

@@ -10,6 +10,7 @@ export const kinds = {
     screen: { name: 'Screen', plural: 'Screens' },
     note: { name: 'Note', plural: 'Notes' },
     log: { name: 'Log line', plural: 'Log' },
+    gap: { name: 'Gap', plural: 'Gaps' },
 };
 
 const shapes = {
@@ -20,6 +21,7 @@ const shapes = {
     screen: () => [svg('rect', { x: 4, y: 1.5, width: 8, height: 13, rx: 1.5 })],
     note: () => [svg('path', { d: 'M8 7v4.5M8 4.3v.6' })],
     log: () => [svg('path', { d: 'M3 4.5h10M3 8h10M3 11.5h6' })],
+    gap: () => [svg('path', { d: 'M2.5 8.5 8.5 2.5M4 13 13 4M8 14.5l6-6' })],
 };
 
 /** The sign of a kind, for those who see; what it says has to be said in words beside it. */
@@ -30,10 +32,13 @@ export function sign(kind) {
 const drawings = {
     play: ['M5 3v10l8-5z'],
     pause: ['M4.5 3h2.6v10H4.5zM8.9 3h2.6v10H8.9z'],
-    back: ['M10.5 3v10L5 8zM3.5 3H5v10H3.5z'],
-    forward: ['M5.5 3v10L11 8zM11 3h1.5v10H11z'],
-    previous: ['M8 3v10L2.5 8zM14 3v10L8.5 8z'],
-    next: ['M8 3v10l5.5-5zM2 3v10l5.5-5z'],
+    back: ['M9.5 3v10L4 8zM10.8 3h1.7v10h-1.7z'],
+    forward: ['M6.5 3v10L12 8zM3.5 3h1.7v10H3.5z'],
+    previous: ['M13 3v10L5.5 8zM3 3h1.8v10H3z'],
+    next: ['M3 3v10l7.5-5zM11.2 3H13v10h-1.8z'],
+    download: ['M7.1 2h1.8v6h2.6L8 11.6 4.5 8h2.6zM3 12.6h10v1.6H3z'],
+    remove: ['M6 2h4v1.2h3v1.6H3V3.2h3zM4 5.8h8l-.6 8.2H4.6z'],
+    video: ['M2 4h8.5v8H2zM11.5 7l3-2v6l-3-2z'],
 };
 
 /** A drawing for a button. */

@@ -95,7 +95,7 @@ class SessionList {
     }
 
     #show(page) {
-        setText(this.#count, page.total === null ? '' : counted(page.total, 'session'));
+        setText(this.#count, page.total ? counted(page.total, 'session') : '');
         if (page.sessions.length === 0) {
             this.#shown.clear();
             this.#content.replaceChildren(this.#nothing());
@@ -129,14 +129,19 @@ class SessionList {
 
     #nothing() {
         if (this.#cursors.length > 1) {
-            return notice('Nothing further', ['The sessions of this page have been removed meanwhile.'], [{ text: 'Back to the newest', act: () => this.#turn([null]) }]);
+            return notice('screen', 'Nothing further', ['The sessions of this page have been removed meanwhile.'], [{ text: 'Back to the newest', act: () => this.#turn([null]) }]);
         }
         if (Object.keys(this.#filters).length > 0) {
-            return notice('No session fits', ['Fewer filters show more. Free text is looked for in screen names and error messages.']);
+            return notice('screen', 'No session fits', ['Fewer filters show more. Free text is looked for in screen names and error messages.']);
         }
-        return notice('No sessions yet',
-            ['Sessions appear here by themselves as soon as a client starts recording. Nothing on this page has to be reloaded.',
-                'To see one right away, run scripts/demo, or point mireth-phone’s --sr-endpoint and --kelda-endpoint at this receiver.']);
+        const { origin } = window.location;
+        const command = `mireth-phone examples/scenarios/checkout.json \\\n    --sr-endpoint ${origin} \\\n    --kelda-endpoint ${origin}`;
+        return notice('screen', 'No sessions yet', [
+            'Sessions appear here by themselves as soon as a client starts recording. Nothing has to be reloaded.',
+            'To see one right away, have the scripted phone record one:',
+            el('pre', { tabindex: 0 }, el('code', {}, command)),
+            'If this receiver takes uploads only with a token, both addresses go on with /t/ and the token.',
+        ]);
     }
 
     #page({ sessions, total, next }) {

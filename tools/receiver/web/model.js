@@ -1,32 +1,29 @@
 // A session as the replay shows it: the receiver's answer, put in order on the one clock of the video, in seconds.
-import { chunkMillis, frameMillis, videoClock } from './videoclock.js';
+import { filmOf, wordsOfGap } from './film.js';
+import { counted } from './format.js';
+import { frameMillis, videoClock } from './videoclock.js';
 import { logClock } from './logclock.js';
 import { placeEvents } from './placement.js';
 import { sectionsOf } from './sections.js';
 import { carriesUptime } from './touchbounds.js';
 
-/** A gap shorter than this is a matter of rounding. */
-const shortestGap = 0.25;
 /** A touch whose moment is less certain than this is shown with its bounds. */
 const noticeableSpread = 0.5;
 
 /**
- * `chunks` ({number, from, to, url}), `gaps` ({from, to, first, last}: chunk numbers that are missing, or null where a chunk is
- * only short), `length`, `entries` (what happened, by time), `sections` (screens), `session`, `metadata`, and
- * `widestSpread`, the seconds that the least certain touch may be off by, or null without one. An
+ * The `film` with its `chunks`, `gaps` and `length`, and beside it `entries` (what happened, by time), `sections` (screens),
+ * `session`, `metadata`, and `widestSpread`, the seconds that the least certain touch may be off by, or null without one. An
  * entry has `id`, `kind`, `at`, `spread` ({low, high}, or null where the moment is certain enough), `point` ({x, y} as parts of
  * the frame, or null), `title`, `text` and `fields`.
  */
-export function buildModel(answer) {
-    const chunks = chunksOf(answer.chunks);
-    const length = chunks.length > 0 ? chunks.at(-1).to : 0;
+export function buildModel(answer, film = filmOf(answer.chunks)) {
+    const { chunks, gaps, length } = film;
     const places = placeEvents(answer.timeline, answer.chunks);
     const seconds = (millis) => Math.min(Math.max(millis / 1000, 0), length);
     const events = answer.timeline
         .map((event, index) => entryOf(event, index, places[index], seconds))
         .filter((entry) => entry !== null);
-    const gaps = gapsOf(chunks);
-    const entries = [...events, ...logEntries(answer, places, seconds)].sort((a, b) => a.at - b.at);
+    const entries = [...events, ...logEntries(answer, places, seconds), ...gaps.map(gapEntry)].sort((a, b) => a.at - b.at);
     return {
         session: answer.session,
         chunks,
@@ -39,31 +36,17 @@ export function buildModel(answer) {
     };
 }
 
+// What is not there has its line too.
+function gapEntry(gap) {
+    return {
+        id: `g${gap.from}`, kind: 'gap', at: gap.from, spread: null, point: null,
+        title: wordsOfGap(gap), text: counted(Math.round(gap.to - gap.from), 'second'), fields: null,
+    };
+}
+
 function widestSpread(timeline, places) {
     const spreads = timeline.flatMap((event, index) => (carriesUptime(event) ? [(places[index].high - places[index].low) / 1000] : []));
     return spreads.length > 0 ? Math.max(...spreads) : null;
-}
-
-function chunksOf(chunks) {
-    return chunks.map((chunk) => {
-        const from = (chunk.number * chunkMillis) / 1000;
-        return { number: chunk.number, from, to: from + Math.min(chunk.durationMillis, chunkMillis) / 1000, url: chunk.url };
-    });
-}
-
-function gapsOf(chunks) {
-    const gaps = [];
-    let end = 0;
-    let expected = 0;
-    for (const chunk of chunks) {
-        if (chunk.from - end >= shortestGap) {
-            const missing = chunk.number > expected;
-            gaps.push({ from: end, to: chunk.from, first: missing ? expected : null, last: missing ? chunk.number - 1 : null });
-        }
-        end = chunk.to;
-        expected = chunk.number + 1;
-    }
-    return gaps;
 }
 
 const signalKinds = { RageTap: 'rage', DeadTap: 'dead', ErrorTap: 'error' };

@@ -1,11 +1,16 @@
 // What the page says when there is nothing to show, or when something is broken.
 import { el } from './dom.js';
+import { sign } from './kinds.js';
 
-/** A heading, a few sentences, and what can be done: links as `{text, href}`, buttons as `{text, act}`. */
-export function notice(title, sentences, actions = []) {
+/**
+ * A heading under the sign of a kind, a few sentences (texts or elements), and what can be done: links as `{text, href}`,
+ * buttons as `{text, act}`.
+ */
+export function notice(kind, title, sentences, actions = []) {
     return el('section', { class: 'notice' },
+        sign(kind),
         el('h1', {}, title),
-        ...sentences.map((sentence) => el('p', {}, sentence)),
+        ...sentences.map((sentence) => (typeof sentence === 'string' ? el('p', {}, sentence) : sentence)),
         actions.length > 0 && el('p', { class: 'actions' }, ...actions.map(({ text, href, act }) => href
             ? el('a', { href }, text)
             : el('button', { type: 'button', on: { click: act } }, text))));
@@ -15,15 +20,15 @@ export function notice(title, sentences, actions = []) {
 export function failureNotice(failure, what, again) {
     const retry = { text: 'Try again', act: again };
     if (failure.kind === 'unreachable') {
-        return notice('The receiver does not answer',
+        return notice('error', 'The receiver does not answer',
             [`${what} cannot be loaded: the receiver is not running, or the network to it is down. This page keeps trying.`], [retry]);
     }
     if (failure.kind === 'missing') {
-        return notice('This session is not here',
+        return notice('dead', 'This session is not here',
             ['It may have been deleted, or removed because it was older than sessions are kept. Sessions that were never received have no address either.'],
             [{ text: 'All sessions', href: '/' }]);
     }
-    return notice('Something is broken on the receiver',
+    return notice('error', 'Something is broken on the receiver',
         [`${what} cannot be loaded. The receiver’s own output says more; it called this “${failure.detail || 'an error'}”.`], [retry]);
 }
 

@@ -1,37 +1,12 @@
 // Plays chunks as one video: two video elements take turns, and while one plays, the other holds the next chunk ready
 // at its first frame. The old one stays in place until the new one has a picture, so that nothing flashes in between.
 // Where a chunk is missing, time goes on without a picture.
-import { el } from './dom.js';
+import { Cell } from './cell.js';
 
 /** Time without a picture advances by no more than this in one go, however long the page was not drawn. */
 const longestStep = 0.25;
 /** Nearer to a chunk's end than this there is no further frame. */
 const edge = 0.002;
-
-class Cell {
-    chunk = null;
-    failed = false;
-    video = el('video', { muted: true, playsinline: true, preload: 'auto', disablepictureinpicture: true, tabindex: -1, 'aria-hidden': 'true' });
-
-    constructor(failure) {
-        this.video.muted = true;
-        this.video.addEventListener('error', () => {
-            this.failed = true;
-            failure(this.chunk);
-        });
-    }
-
-    load(chunk, offset) {
-        this.chunk = chunk;
-        this.failed = false;
-        this.video.src = chunk.url;
-        this.video.currentTime = offset;
-    }
-
-    get ready() {
-        return this.video.readyState >= HTMLMediaElement.HAVE_CURRENT_DATA && !this.video.seeking;
-    }
-}
 
 export class Reel {
     #stage;
@@ -42,29 +17,31 @@ export class Reel {
     #wanted = null;
     #rate = 1;
     #last = null;
-    #onFailure;
-    /** Seconds from the first frame. */
-    time = 0;
+    #time = 0;
     playing = false;
 
     /** Puts its elements into `stage`. `onFailure` gets a chunk that cannot be played. */
     constructor(stage, onFailure = () => {}) {
         this.#stage = stage;
-        this.#onFailure = onFailure;
-        this.#cells = [0, 1].map(() => new Cell((chunk) => this.#onFailure(chunk)));
+        this.#cells = [0, 1].map(() => new Cell(onFailure));
         stage.prepend(...this.#cells.map((cell) => cell.video));
     }
 
-    /** The chunks there are, in order; those that are shown stay as they are. */
-    show(chunks, length) {
+    /** The chunks there are, in order, from `seconds` on; those that are on screen stay as they are. */
+    show({ chunks, length }, seconds = this.#time) {
         this.#chunks = chunks;
         this.#length = length;
         this.#cells.forEach((cell) => {
             cell.chunk = chunks.find((chunk) => chunk.number === cell.chunk?.number) ?? null;
         });
-        if (this.chunk === null) {
-            this.seek(this.time);
+        if (this.chunk === null || seconds !== this.#time) {
+            this.seek(seconds);
         }
+    }
+
+    /** Seconds from the first frame. */
+    get time() {
+        return this.#time;
     }
 
     get length() {
@@ -82,7 +59,7 @@ export class Reel {
     }
 
     get atEnd() {
-        return this.time >= this.#length;
+        return this.#time >= this.#length;
     }
 
     get rate() {
@@ -108,7 +85,7 @@ export class Reel {
     }
 
     seek(seconds) {
-        this.time = Math.min(Math.max(0, seconds), this.#length);
+        this.#time = Math.min(Math.max(0, seconds), this.#length);
         this.#last = null;
         this.#aim();
         this.#present();
@@ -123,8 +100,8 @@ export class Reel {
             return;
         }
         const chunk = this.chunk;
-        if (chunk === null || this.#wanted.video.ended || this.time >= chunk.to - edge) {
-            this.#roll(this.time + step);
+        if (chunk === null || this.#wanted.video.ended || this.#time >= chunk.to - edge) {
+            this.#roll(this.#time + step);
         } else {
             this.#follow(chunk);
         }
@@ -137,8 +114,8 @@ export class Reel {
     #follow(chunk) {
         const { video } = this.#wanted;
         this.#run();
-        this.time = Math.min(Math.max(this.time, chunk.from + video.currentTime), chunk.to);
-        if (video.ended || this.time >= chunk.to - edge) {
+        this.#time = Math.min(Math.max(this.#time, chunk.from + video.currentTime), chunk.to);
+        if (video.ended || this.#time >= chunk.to - edge) {
             this.#roll(chunk.to);
         }
     }
@@ -146,27 +123,27 @@ export class Reel {
     // Time goes on over the end of a chunk, or without one.
     #roll(seconds) {
         const before = this.#wanted?.chunk ?? null;
-        const next = this.#chunks.find((chunk) => chunk.from > this.time - edge && chunk !== before);
+        const next = this.#chunks.find((chunk) => chunk.from > this.#time - edge && chunk !== before);
         const crossed = next !== undefined && seconds >= next.from - edge;
-        this.time = Math.min(crossed ? next.from : seconds, this.#length);
+        this.#time = Math.min(crossed ? next.from : seconds, this.#length);
         if (crossed) {
             this.#aim();
             this.#present();
-        } else if (before !== null && this.time > before.to + edge) {
+        } else if (before !== null && this.#time > before.to + edge) {
             this.#aim();
         }
     }
 
     // Finds the chunk of the present time and gets a cell ready for it.
     #aim() {
-        const chunk = this.#chunkAt(this.time);
+        const chunk = this.#chunkAt(this.#time);
         if (chunk === null) {
             this.#wanted = null;
             this.#front?.video.pause();
-            this.#prepare(this.#chunks.find((each) => each.from > this.time));
+            this.#prepare(this.#chunks.find((each) => each.from > this.#time));
             return;
         }
-        const offset = Math.min(this.time - chunk.from, chunk.to - chunk.from - edge);
+        const offset = Math.min(this.#time - chunk.from, chunk.to - chunk.from - edge);
         const holder = this.#cells.find((cell) => cell.chunk?.number === chunk.number && !cell.failed);
         const cell = holder ?? this.#idle();
         if (!holder) {

@@ -4,7 +4,9 @@ import { deleteSession, sessionResource, timelineAddress, videoAddress } from '.
 import { detailsList } from './details.js';
 import { confirmDelete } from './dialogs.js';
 import { el, foreign } from './dom.js';
+import { filmOf } from './film.js';
 import { fullDate, when } from './format.js';
+import { icon } from './kinds.js';
 import { liveSign } from './livesign.js';
 import { buildModel } from './model.js';
 import { failureNotice, notice, strip } from './notice.js';
@@ -47,13 +49,44 @@ class Replay {
     async #read() {
         const answer = await this.#resource.read();
         if (answer !== null) {
-            const fresh = this.#model === null;
-            this.#model = buildModel(answer);
-            this.#show(fresh);
+            await this.#take(answer);
         }
         // A session that is closed gets nothing more.
         if (this.#model.session.state === 'closed') {
             this.#poll.stop();
+        }
+    }
+
+    // The picture first, for it is what one waits for; then what happened, which takes longer to work out.
+    async #take(answer) {
+        const film = filmOf(answer.chunks);
+        const watchable = film.chunks.length > 0;
+        this.#arrange(watchable, answer.session);
+        if (watchable && this.#model === null) {
+            await this.#player.begin(film, secondOf(window.location.hash) ?? 0);
+        } else if (watchable) {
+            this.#player.begin(film);
+        }
+        this.#model = buildModel(answer, film);
+        this.#describe();
+        if (watchable) {
+            this.#player.show(this.#model);
+        }
+    }
+
+    #describe() {
+        const { session, chunks } = this.#model;
+        document.title = `${session.projectId}, ${when(session.startMillis)} · MirethVex`;
+        this.#heading.replaceChildren(...this.#headingOf(session, chunks));
+        this.#facts.replaceChildren(el('h2', {}, 'Session'), detailsList(this.#model));
+    }
+
+    #arrange(watchable, session) {
+        if (!watchable) {
+            this.#main.replaceChildren(this.#trouble.element, nothingYet(session), this.#facts);
+        } else if (!this.#player.element.isConnected) {
+            this.#player.element.append(this.#facts);
+            this.#main.replaceChildren(this.#trouble.element, this.#player.element);
         }
     }
 
@@ -75,34 +108,15 @@ class Replay {
         }
     }
 
-    #show(fresh) {
-        const { session, chunks } = this.#model;
-        document.title = `${session.projectId}, ${when(session.startMillis)} · MirethVex`;
-        this.#heading.replaceChildren(...this.#headingOf(session, chunks));
-        this.#facts.replaceChildren(el('h2', {}, 'Session'), detailsList(this.#model));
-        if (chunks.length === 0) {
-            this.#main.replaceChildren(this.#trouble.element, nothingYet(session), this.#facts);
-            return;
-        }
-        if (!this.#player.element.isConnected) {
-            this.#player.element.append(this.#facts);
-            this.#main.replaceChildren(this.#trouble.element, this.#player.element);
-        }
-        this.#player.show(this.#model);
-        if (fresh) {
-            this.#goToAddress();
-        }
-    }
-
     #headingOf(session, chunks) {
         return [
             el('a', { href: '/', class: 'up' }, 'Sessions'),
             el('h1', { title: fullDate(session.startMillis) }, foreign(session.projectId), ' ', el('span', { class: 'faint' }, when(session.startMillis))),
             liveSign(session) ?? '',
             el('div', { class: 'actions' },
-                chunks.length > 0 && el('a', { class: 'button', href: videoAddress(this.#id), download: true, title: 'Download the whole session as one MP4' }, 'Video'),
-                el('a', { class: 'button', href: timelineAddress(this.#id), download: true, title: 'Download the timeline as JSON' }, 'Timeline'),
-                el('button', { type: 'button', class: 'quiet danger', on: { click: () => this.#askToDelete() } }, 'Delete')),
+                chunks.length > 0 && el('a', { class: 'button', href: videoAddress(this.#id), download: true, title: 'Download the whole session as one MP4' }, icon('video'), words('Video')),
+                el('a', { class: 'button', href: timelineAddress(this.#id), download: true, title: 'Download the timeline as JSON' }, icon('download'), words('Timeline')),
+                el('button', { type: 'button', class: 'quiet danger', title: 'Delete this session', on: { click: () => this.#askToDelete() } }, icon('remove'), words('Delete'))),
         ];
     }
 
@@ -121,8 +135,13 @@ class Replay {
     }
 }
 
+// On a phone's width the drawing has to do.
+function words(text) {
+    return el('span', { class: 'words' }, text);
+}
+
 function nothingYet(session) {
     return session.state === 'open'
-        ? notice('Nothing to watch yet', ['The recording has begun. Its first ten seconds appear here as soon as they arrive.'])
-        : notice('Nothing to watch', ['This session was closed before any of its video arrived. What is known of it is below.']);
+        ? notice('screen', 'Nothing to watch yet', ['The recording has begun. Its first ten seconds appear here as soon as they arrive.'])
+        : notice('screen', 'Nothing to watch', ['This session was closed before any of its video arrived. What is known of it is below.']);
 }

@@ -47,13 +47,15 @@ export function sectionAt(sections, seconds) {
 const quietBefore = 2;
 const quietAfter = 1;
 const shortestQuiet = 3;
+/** Kinds of entries that nobody did. */
+const unmoved = new Set(['log', 'note', 'gap']);
 
 /**
  * Stretches `{from, to}` worth skipping: nobody touched anything and no screen changed, but for a while after the last and
  * before the next such moment.
  */
 export function quietStretches(entries, length) {
-    const moments = entries.filter((entry) => entry.kind !== 'log' && entry.kind !== 'note').map((entry) => entry.at);
+    const moments = entries.filter((entry) => !unmoved.has(entry.kind)).map((entry) => entry.at);
     const stretches = [];
     let from = 0;
     for (const moment of [...moments, length + quietAfter]) {

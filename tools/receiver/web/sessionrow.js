@@ -21,7 +21,7 @@ export function sessionRow(session) {
         cell('length', el('span', { 'aria-hidden': 'true' }, clockTime(session.durationMillis / 1000)),
             el('span', { class: 'unseen' }, spokenTime(session.durationMillis / 1000)), missing(session)),
         cell('project', foreign(session.projectId), ' ', foreign(session.brandId, { class: 'faint' })),
-        cell('device', ...device(session.device)),
+        cell('device', ...device(session.device, session.state === 'open')),
         cell('screens', ...screens(session.screens)),
         count('tap', counts.taps, 'tap'),
         count('rage', counts.rageTaps, 'rage tap'),
@@ -38,9 +38,9 @@ function missing(session) {
         el('span', { class: 'missing', title: `${counted(session.missingChunks, 'chunk')} of the video never arrived` }, ' gaps');
 }
 
-function device({ model, system }) {
+function device({ model, system }, open) {
     if (!model && !system) {
-        return [el('span', { class: 'faint' }, 'not known yet')];
+        return [el('span', { class: 'faint' }, open ? 'not known yet' : 'not known')];
     }
     return [foreign(model || 'Unknown'), ' ', foreign(system || '', { class: 'faint' })];
 }
@@ -52,8 +52,6 @@ function screens(names) {
 }
 
 function count(kind, value, thing) {
-    return el('td', { role: 'cell', class: `count ${value > 0 ? kind : 'none'}` },
-        sign(kind),
-        el('span', { 'aria-hidden': 'true' }, number(value)),
-        el('span', { class: 'unseen' }, counted(value, thing)));
+    const shown = value > 0 ? el('span', { class: 'pill', 'aria-hidden': 'true' }, sign(kind), number(value)) : el('span', { 'aria-hidden': 'true' }, '–');
+    return el('td', { role: 'cell', class: `count ${value > 0 ? kind : 'none'}` }, shown, el('span', { class: 'unseen' }, counted(value, thing)));
 }

@@ -1,5 +1,6 @@
 // The phone's picture: the reel, the marks on it, and words where there is no picture.
 import { el, setText } from './dom.js';
+import { wordsOfGap } from './film.js';
 import { Overlay } from './overlay.js';
 import { Reel } from './reel.js';
 
@@ -16,10 +17,15 @@ export class Stage {
     element = el('section', { class: 'stage', 'aria-label': 'Video' }, this.phone);
     reel = new Reel(this.phone, () => { this.#failed = true; });
 
-    show(model) {
-        this.#gaps = model.gaps;
-        this.reel.show(model.chunks, model.length);
-        this.overlay.entries = model.entries;
+    /** `onPress` is called when the picture is pressed. */
+    constructor(onPress) {
+        this.phone.addEventListener('click', onPress);
+    }
+
+    /** Puts `film` on screen at `seconds`, or where it stands. */
+    show(film, seconds = this.reel.time) {
+        this.#gaps = film.gaps;
+        this.reel.show(film, seconds);
     }
 
     render(now) {
@@ -39,11 +45,8 @@ export class Stage {
             return '';
         }
         const gap = this.#gaps.find((each) => each.from <= time && time < each.to);
-        if (gap && gap.first !== null) {
-            return gap.first === gap.last ? `Chunk ${gap.first} never arrived` : `Chunks ${gap.first} to ${gap.last} never arrived`;
-        }
         if (gap) {
-            return 'No frames were recorded here';
+            return wordsOfGap(gap);
         }
         return this.#failed ? 'This part cannot be played' : '';
     }
