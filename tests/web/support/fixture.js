@@ -4,11 +4,14 @@ import { launch, openPage } from './browser.js';
 import { closeSession, createSession, uploadChunk, videoOf } from './client.js';
 import { record, startReceiver } from './programs.js';
 
-/** Begins before the file's tests and ends after them. `open` is openPage on its receiver. */
-export function useReceiver({ recorded = true } = {}) {
+/**
+ * Begins before the file's tests and ends after them. `open` is openPage on its receiver. Without `recorded` it is empty;
+ * for `strangers` it asks for tokens.
+ */
+export function useReceiver({ recorded = true, strangers = false } = {}) {
     const fixture = {};
     before(async () => {
-        [fixture.receiver, fixture.browser] = await Promise.all([startReceiver(), launch()]);
+        [fixture.receiver, fixture.browser] = await Promise.all([startReceiver({ strangers }), launch()]);
         if (recorded) {
             fixture.session = await record(fixture.receiver, 'colours');
         }

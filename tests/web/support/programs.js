@@ -1,6 +1,6 @@
 // Runs the receiver and the scripted phone.
 import { execFile, spawn } from 'node:child_process';
-import { mkdtemp, rm } from 'node:fs/promises';
+import { mkdtemp, rm, writeFile } from 'node:fs/promises';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { createInterface } from 'node:readline';
@@ -11,9 +11,27 @@ const built = new URL('../../../build/dev/bin/', import.meta.url);
 const receiverProgram = process.env.MIRETH_RECEIVER_PROGRAM ?? fileURLToPath(new URL('mireth-receiver', built));
 const phoneProgram = process.env.MIRETH_PHONE_PROGRAM ?? fileURLToPath(new URL('mireth-phone', built));
 
-/** A receiver on a free port, with a data folder of its own: `{origin, stop, resume}`. `more` are further arguments. */
-export async function startReceiver(...more) {
+/** What a receiver for strangers is started with in tests. */
+export const tokens = { upload: 'upload-token-of-the-tests', viewing: 'viewing-token-of-the-tests' };
+
+/** Arguments that make a receiver ask for both. Their files are in `folder`. */
+async function askForTokens(folder) {
+    const more = [];
+    for (const [name, token] of Object.entries(tokens)) {
+        const file = join(folder, name);
+        await writeFile(file, token, { mode: 0o600 });
+        more.push(`--${name}-token-file`, file);
+    }
+    return more;
+}
+
+/**
+ * A receiver on a free port, with a data folder of its own: `{origin, stop, pause, resume}`. With `strangers` it asks for tokens;
+ * `uploads` is the address that clients are given.
+ */
+export async function startReceiver({ strangers = false } = {}) {
     const data = await mkdtemp(join(tmpdir(), 'mireth-web-'));
+    const more = strangers ? await askForTokens(data) : [];
     const receiver = { data };
     const run = async (listen) => {
         const child = spawn(receiverProgram, ['--listen', listen, '--data', data, '--print-ready', ...more], { stdio: ['ignore', 'pipe', 'pipe'] });
@@ -28,6 +46,7 @@ export async function startReceiver(...more) {
             throw new Error(`the receiver did not begin: ${complaint}`);
         }
         receiver.origin = JSON.parse(line).sr;
+        receiver.uploads = strangers ? `${receiver.origin}/t/${tokens.upload}` : receiver.origin;
         receiver.end = () => new Promise((resolve) => {
             child.once('exit', resolve);
             child.kill('SIGTERM');
@@ -50,7 +69,7 @@ export async function record(receiver, scenario) {
     try {
         const file = fileURLToPath(new URL(`../scenarios/${scenario}.json`, import.meta.url));
         const { stdout } = await promisify(execFile)(phoneProgram, [
-            '--speed', 'max', '--caches', caches, '--sr-endpoint', receiver.origin, '--kelda-endpoint', receiver.origin, file]);
+            '--speed', 'max', '--caches', caches, '--sr-endpoint', receiver.uploads, '--kelda-endpoint', receiver.uploads, file]);
         const started = stdout.split('\n').filter(Boolean).map((line) => JSON.parse(line)).find((line) => line.sessionId);
         return started.sessionId;
     } finally {
