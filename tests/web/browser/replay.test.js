@@ -251,6 +251,10 @@ describe('The scrubber', () => {
         await slider.focus();
         await page.keyboard.press('ArrowRight');
         await page.waitForFunction(() => document.querySelector('.scrubber').getAttribute('aria-valuenow') === '17');
+        for (const [key, time] of [['ArrowUp', '0:22.0'], ['ArrowDown', '0:17.0'], ['PageUp', '0:28.0'], ['PageDown', '0:00.0']]) {
+            await page.keyboard.press(key);
+            await untilTime(page, time);
+        }
     });
 });
 

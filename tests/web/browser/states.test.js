@@ -27,8 +27,11 @@ describe('A session without video', () => {
     });
 
     it('that is closed says what is known', async () => {
-        const page = await fixture.open(`/sessions/${await fixture.seed([])}`);
+        const id = await fixture.seed([]);
+        await postLog(fixture.receiver.origin, id, { logTag: 'NETWORK', logMessage: 'Failed to push chunk.' });
+        const page = await fixture.open(`/sessions/${id}`);
         await page.getByRole('heading', { name: 'Nothing to watch', exact: true }).waitFor();
+        await page.getByText('Failed to push chunk.').waitFor();
         await page.getByText('brand / project').waitFor();
         await assertAccessible(page);
         page.expectQuiet();

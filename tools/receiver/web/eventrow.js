@@ -5,18 +5,28 @@ import { kinds, sign } from './kinds.js';
 
 /** A list item for `entry`; its button calls `choose`. */
 export function eventRow(entry, choose) {
+    return row(entry, el('button', { type: 'button', tabindex: -1, on: { click: choose } },
+        el('span', { class: 'at' }, clockTime(entry.at, true)), ...wordsWithSign(entry)));
+}
+
+/** One for an entry that has no place in any video. */
+export function placelessRow(entry) {
+    return row(entry, el('div', { class: 'placeless' }, ...wordsWithSign(entry)));
+}
+
+function row(entry, content) {
     const classes = ['entry', entry.kind, entry.level === 'error' && 'failed'].filter(Boolean).join(' ');
-    const row = el('li', { class: classes, 'data-entry': entry.id },
-        el('button', { type: 'button', tabindex: -1, on: { click: choose } },
-            el('span', { class: 'at' }, clockTime(entry.at, true)),
-            sign(entry.kind),
-            el('span', { class: 'what' }, ...wordsOf(entry))));
+    const item = el('li', { class: classes, 'data-entry': entry.id }, content);
     const fields = Object.entries(entry.fields ?? {});
     if (fields.length > 0) {
-        row.append(el('details', {}, el('summary', {}, 'Fields'), el('dl', {}, fields.flatMap(([name, value]) => [
+        item.append(el('details', {}, el('summary', {}, 'Fields'), el('dl', {}, fields.flatMap(([name, value]) => [
             el('dt', {}, foreign(name)), el('dd', {}, foreign(typeof value === 'string' ? value : JSON.stringify(value)))]))));
     }
-    return row;
+    return item;
+}
+
+function wordsWithSign(entry) {
+    return [sign(entry.kind), el('span', { class: 'what' }, ...wordsOf(entry))];
 }
 
 function wordsOf(entry) {

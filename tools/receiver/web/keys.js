@@ -17,6 +17,9 @@ const actions = new Map([
     ['p', 'previous'], ['n', 'next'], ['<', 'slower'], ['>', 'faster'], ['Home', 'start'], ['End', 'end'], ['s', 'skip'], ['?', 'help'],
 ]);
 
+// What a slider's users expect of it besides.
+const sliderActions = new Map([['ArrowUp', 'forward'], ['ArrowDown', 'back'], ['PageUp', 'farForward'], ['PageDown', 'farBack']]);
+
 /** What a key means here, or null where it belongs to what has the focus, or to the browser. */
 export function actionOf(event) {
     if (event.ctrlKey || event.metaKey || event.altKey || event.defaultPrevented) {
@@ -25,6 +28,9 @@ export function actionOf(event) {
     const target = event.target instanceof Element ? event.target : document.body;
     if (target.closest('dialog, textarea, select, input:not([type="checkbox"])')) {
         return null;
+    }
+    if (target.role === 'slider' && sliderActions.has(event.key)) {
+        return sliderActions.get(event.key);
     }
     if (event.key === ' ' && target.closest('button, a, summary, input')) {
         return null;

@@ -1,6 +1,7 @@
 // Asks for the token that allows viewing.
 import { logIn, logOut, viewer } from './api.js';
 import { el } from './dom.js';
+import { sign } from './kinds.js';
 
 const complaints = {
     unauthorised: 'The receiver does not know this token.',
@@ -27,6 +28,7 @@ export function showLogin(main, done) {
         }
     };
     const form = el('form', { class: 'notice login', on: { submit } },
+        sign('screen'),
         el('h1', {}, 'Who is there?'),
         el('p', {}, 'Sessions show what people did, so this receiver asks for its viewing token. Whoever runs it has it.'),
         el('label', { for: 'token' }, 'Viewing token'),

@@ -4,6 +4,7 @@ import { deleteSession, sessionResource, timelineAddress, videoAddress } from '.
 import { detailsList } from './details.js';
 import { confirmDelete } from './dialogs.js';
 import { el, foreign } from './dom.js';
+import { placelessRow } from './eventrow.js';
 import { filmOf } from './film.js';
 import { fullDate, when } from './format.js';
 import { icon } from './kinds.js';
@@ -78,7 +79,7 @@ class Replay {
         const { session, chunks } = this.#model;
         document.title = `${session.projectId}, ${when(session.startMillis)} · MirethVex`;
         this.#heading.replaceChildren(...this.#headingOf(session, chunks));
-        this.#facts.replaceChildren(el('h2', {}, 'Session'), detailsList(this.#model));
+        this.#facts.replaceChildren(el('h2', {}, 'Session'), detailsList(this.#model), ...(chunks.length > 0 ? [] : logOf(this.#model)));
     }
 
     #arrange(watchable, session) {
@@ -133,6 +134,12 @@ class Replay {
             this.#player.goTo(seconds);
         }
     }
+}
+
+// Without a video to stand beside, the log may still say why there is none.
+function logOf({ entries }) {
+    const lines = entries.filter((entry) => entry.kind === 'log');
+    return lines.length > 0 ? [el('h2', {}, 'Log'), el('ol', { class: 'entries' }, lines.map(placelessRow))] : [];
 }
 
 // On a phone's width the drawing has to do.

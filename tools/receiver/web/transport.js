@@ -9,6 +9,7 @@ import { frameMillis } from './videoclock.js';
 
 const frame = frameMillis / 1000;
 const leap = 5;
+const farLeap = 30;
 /** Nearer than this one is at a signal already. */
 const there = 0.05;
 /** Playing, one goes back to the signal before the one that just passed. */
@@ -24,6 +25,8 @@ export class Transport {
         toggle: () => (this.#reel.playing ? this.#pause() : this.#play()),
         back: () => this.seek(this.#reel.time - leap),
         forward: () => this.seek(this.#reel.time + leap),
+        farBack: () => this.seek(this.#reel.time - farLeap),
+        farForward: () => this.seek(this.#reel.time + farLeap),
         frameBack: () => this.#step(-1),
         frameForward: () => this.#step(1),
         previous: () => this.#toSignal(-1),
