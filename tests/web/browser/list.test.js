@@ -72,6 +72,15 @@ describe('The list', () => {
         page.expectQuiet();
     });
 
+    it('no longer calls a session live of which nothing has come for a minute', async () => {
+        const id = await createSession(fixture.receiver.origin);
+        const page = await fixture.open('/');
+        await rowOf(page, id).getByText('live').waitFor();
+        await page.clock.setSystemTime(Date.now() + 61000);
+        await rowOf(page, id).getByText('not closed').waitFor();
+        page.expectQuiet();
+    });
+
     it('leaves the focus where it is when a row changes', async () => {
         const { origin } = fixture.receiver;
         const id = await createSession(origin);

@@ -49,6 +49,15 @@ describe('The viewing token', () => {
         page.expectQuiet(refused);
     });
 
+    it('is asked for again when the login has run out while a session is watched', async () => {
+        const page = await fixture.openReplay();
+        await logIn(page);
+        await untilPicture(page);
+        await page.context().clearCookies();
+        await page.keyboard.press('End');
+        await page.getByRole('heading', { name: 'Who is there?' }).waitFor();
+    });
+
     it('is out of reach of the page’s scripts afterwards', async () => {
         const page = await fixture.open('/');
         await logIn(page);

@@ -228,6 +228,21 @@ describe('The scrubber', () => {
         }
     });
 
+    it('has a sign for an event by itself, and bars where signs would cover each other', async () => {
+        const wall = 1_700_000_000_000;
+        const target = { xNormalizedTo1: 0.5, yNormalizedTo1: 0.5, xOriginalPx: 585, yOriginalPx: 1266 };
+        const error = (millis) => ({ timestamp: wall + millis, type: 'SignalCaptured', eventDetails: { signalId: 'ErrorTap', target, error: { message: 'Failed' } } });
+        const session = await fixture.seed([{ number: 0, events: [
+            { timestamp: wall, type: 'SessionStartMarker' }, error(2000), error(6000), error(6050), error(6100)] }]);
+        const page = await fixture.open(`/sessions/${session}`);
+        await untilPicture(page);
+        await page.locator('.marker.error').first().waitFor();
+        assert.equal(await page.locator('.marker.error').count(), 4);
+        assert.equal(await page.locator('.marker.error .sign').count(), 1);
+        assert.equal(await page.locator('.marker.error.bar').count(), 3);
+        page.expectQuiet();
+    });
+
     it('seeks to where it is pressed and dragged', async () => {
         const page = await opened();
         const line = await page.locator('.scrubber').boundingBox();

@@ -82,6 +82,24 @@ describe('A receiver that fails', () => {
         await page.getByText('The receiver does not answer.').waitFor({ state: 'hidden' });
     });
 
+    it('keeps what has been loaded of a replay, and goes on with it when it answers again', async () => {
+        const page = await fixture.openReplay();
+        await untilPicture(page);
+        await fixture.receiver.pause();
+        try {
+            await page.keyboard.press('End');
+            await page.getByText('What has been loaded can still be watched').waitFor();
+            await page.keyboard.press('Home');
+            await untilPicture(page);
+            await page.keyboard.press('End');
+        } finally {
+            await fixture.receiver.resume();
+        }
+        await page.getByText('What has been loaded can still be watched').waitFor({ state: 'hidden' });
+        await page.locator('.without-picture').waitFor({ state: 'detached' });
+        await untilPicture(page);
+    });
+
     it('that is not there at all says so, and is found again', async () => {
         let there = false;
         const page = await fixture.open('/', { before: (opening) => opening.route('**/api/**', (route) => (there ? route.continue() : route.abort())) });

@@ -25,6 +25,7 @@ class SessionList {
     #resource = null;
     #poll = null;
     #requests = 0;
+    #page = null;
     #shown = new Map();
     #form;
     #pager = new Pager();
@@ -72,8 +73,11 @@ class SessionList {
 
     async #read(aloud) {
         const request = ++this.#requests;
-        const page = await this.#resource.read();
-        if (page !== null && request === this.#requests) {
+        const answer = await this.#resource.read();
+        if (request === this.#requests) {
+            // What is live and what was today changes without a word of the receiver.
+            const page = answer ?? this.#page;
+            this.#page = page;
             this.#show(page);
             if (aloud) {
                 announce(page.total === null ? 'The list has changed' : `${counted(page.total, 'session')} found`);
@@ -108,7 +112,7 @@ class SessionList {
         } else {
             this.#content.replaceChildren(table(rows), this.#pager.element);
         }
-        this.#page(page);
+        this.#showPager(page);
     }
 
     // A session that did not change keeps its row, and so the focus and the selection in it.
@@ -116,9 +120,10 @@ class SessionList {
         const known = this.#shown;
         this.#shown = new Map();
         return sessions.map((session) => {
-            const text = JSON.stringify(session);
+            const row = sessionRow(session);
+            const text = JSON.stringify(session) + row.textContent;
             const before = known.get(session.id);
-            const entry = before?.text === text ? before : { text, row: sessionRow(session) };
+            const entry = before?.text === text ? before : { text, row };
             if (before && before !== entry && before.row.contains(document.activeElement)) {
                 requestAnimationFrame(() => entry.row.querySelector('a').focus());
             }
@@ -144,7 +149,7 @@ class SessionList {
         ]);
     }
 
-    #page({ sessions, total, next }) {
+    #showPager({ sessions, total, next }) {
         const first = (this.#cursors.length - 1) * pageSize + 1;
         const of = total === null ? '' : ` of ${number(total)}`;
         this.#pager.show(`${number(first)}–${number(first + sessions.length - 1)}${of}`,

@@ -20,8 +20,8 @@ export class Player {
     #drawing = false;
     #resumeAfterDrag = false;
     #narrator = new Narrator();
-    #stage = new Stage(() => this.#act('toggle'));
-    #reel = this.#stage.reel;
+    #stage;
+    #reel;
     #scrubber = new Scrubber((seconds) => this.#transport.seek(seconds), (dragging) => this.#drag(dragging));
     #list = new EventList((seconds) => this.#transport.seek(seconds));
     #controls = new Controls({
@@ -29,13 +29,16 @@ export class Player {
         setRate: (rate) => { this.#transport.rate = rate; },
         setSkip: (skip) => { this.#transport.skip = skip; },
     });
-    #transport = new Transport(this.#reel, {
-        seek: () => this.#moved(), play: () => this.#began(), pause: () => this.#rested(), change: () => this.#changed(),
-    });
+    #transport;
     element;
 
-    /** `facts` is an element that has its place beside the video. */
-    constructor(facts) {
+    /** `facts` is an element that has its place beside the video; `onFailure` is called when a chunk cannot be played. */
+    constructor(facts, onFailure) {
+        this.#stage = new Stage({ onPress: () => this.#act('toggle'), onFailure });
+        this.#reel = this.#stage.reel;
+        this.#transport = new Transport(this.#reel, {
+            seek: () => this.#moved(), play: () => this.#began(), pause: () => this.#rested(), change: () => this.#changed(),
+        });
         this.element = el('div', { class: 'replay' }, this.#stage.element,
             el('div', { class: 'deck' }, this.#scrubber.element, this.#controls.element), this.#list.element, facts);
         this.#changed();
@@ -77,6 +80,12 @@ export class Player {
     goTo(seconds) {
         this.#reel.seek(seconds);
         this.#arrived();
+    }
+
+    /** Asks once more for a picture that could not be had. */
+    retry() {
+        this.#reel.retry();
+        this.#draw();
     }
 
     stop() {

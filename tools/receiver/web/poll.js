@@ -13,12 +13,13 @@ export class Poll {
     #timer = null;
     #stopped = false;
     #running = false;
+    #look = () => this.now();
 
     constructor(ask, { onSuccess = () => {}, onFailure = () => {} } = {}) {
         this.#ask = ask;
         this.#onSuccess = onSuccess;
         this.#onFailure = onFailure;
-        document.addEventListener('visibilitychange', () => this.now());
+        document.addEventListener('visibilitychange', this.#look);
     }
 
     start() {
@@ -28,6 +29,7 @@ export class Poll {
 
     stop() {
         this.#stopped = true;
+        document.removeEventListener('visibilitychange', this.#look);
         clearTimeout(this.#timer);
     }
 

@@ -91,6 +91,13 @@ export class Reel {
         this.#present();
     }
 
+    /** Asks once more for a picture that could not be had. */
+    retry() {
+        if (this.#wanted?.failed) {
+            this.seek(this.#time);
+        }
+    }
+
     /** Moves on to `now`, in milliseconds; called for every picture that the screen draws. */
     advance(now) {
         const step = this.#last === null ? 0 : Math.min((now - this.#last) / 1000, longestStep) * this.#rate;

@@ -25,26 +25,39 @@ class Replay {
     #id;
     #logIn;
     #resource;
-    #poll;
+    #poll = null;
     #model = null;
     #trouble = strip();
     #heading = document.getElementById('heading');
     #facts = el('section', { class: 'facts', 'aria-label': 'Session', tabindex: 0 });
-    #player = new Player(this.#facts);
+    #said = '';
+    #player = new Player(this.#facts, () => this.#watch());
 
     constructor(main, id, logIn) {
         this.#main = main;
         this.#id = id;
         this.#logIn = logIn;
         this.#resource = sessionResource(id);
-        this.#poll = new Poll(() => this.#read(), {
-            onSuccess: () => this.#trouble.say(''), onFailure: (failure) => this.#fail(failure),
-        });
     }
 
     begin() {
         window.addEventListener('hashchange', () => this.#goToAddress());
+        this.#watch();
+    }
+
+    // Asks until all of a closed session is here; again when a chunk cannot be had, to find out why.
+    #watch() {
+        this.#poll?.stop();
+        this.#poll = new Poll(() => this.#read(), { onSuccess: () => this.#answered(), onFailure: (failure) => this.#fail(failure) });
         this.#poll.now();
+    }
+
+    #answered() {
+        this.#head();
+        if (!this.#trouble.element.hidden) {
+            this.#trouble.say('');
+            this.#player.retry();
+        }
     }
 
     async #read() {
@@ -69,17 +82,23 @@ class Replay {
             this.#player.begin(film);
         }
         this.#model = buildModel(answer, film);
-        this.#describe();
+        this.#head();
+        this.#facts.replaceChildren(el('h2', {}, 'Session'), detailsList(this.#model), ...(watchable ? [] : logOf(this.#model)));
         if (watchable) {
             this.#player.show(this.#model);
         }
     }
 
-    #describe() {
+    // The header says the same again only where it has changed, so that what has the focus in it keeps it.
+    #head() {
         const { session, chunks } = this.#model;
-        document.title = `${session.projectId}, ${when(session.startMillis)} · MirethVex`;
-        this.#heading.replaceChildren(...this.#headingOf(session, chunks));
-        this.#facts.replaceChildren(el('h2', {}, 'Session'), detailsList(this.#model), ...(chunks.length > 0 ? [] : logOf(this.#model)));
+        const children = this.#headingOf(session, chunks);
+        const said = children.map((child) => child.textContent ?? child).join();
+        if (said !== this.#said) {
+            this.#said = said;
+            document.title = `${session.projectId}, ${when(session.startMillis)} · MirethVex`;
+            this.#heading.replaceChildren(...children);
+        }
     }
 
     #arrange(watchable, session) {
@@ -101,8 +120,9 @@ class Replay {
             this.#player.stop();
             this.#model = null;
             this.#resource = sessionResource(this.#id);
+            this.#said = '';
             this.#heading.replaceChildren(el('a', { href: '/', class: 'up' }, 'Sessions'));
-            this.#main.replaceChildren(failureNotice(failure, 'This session', () => this.#poll.now()));
+            this.#main.replaceChildren(failureNotice(failure, 'This session', () => this.#watch()));
             if (failure.kind === 'missing') {
                 this.#poll.stop();
             }

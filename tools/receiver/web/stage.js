@@ -15,10 +15,14 @@ export class Stage {
     overlay = new Overlay();
     phone = el('div', { class: 'phone' }, this.#words, this.overlay.element);
     element = el('section', { class: 'stage', 'aria-label': 'Video' }, this.phone);
-    reel = new Reel(this.phone, () => { this.#failed = true; });
+    reel;
 
-    /** `onPress` is called when the picture is pressed. */
-    constructor(onPress) {
+    /** `onPress` is called when the picture is pressed, `onFailure` when a chunk cannot be played. */
+    constructor({ onPress, onFailure }) {
+        this.reel = new Reel(this.phone, () => {
+            this.#failed = true;
+            onFailure();
+        });
         this.phone.addEventListener('click', onPress);
     }
 
