@@ -5,6 +5,7 @@ import { describe, it } from 'node:test';
 import { shownTime, untilPicture } from '../support/browser.js';
 import { useReceiver } from '../support/fixture.js';
 import { coloursAt, isNear } from '../support/pixels.js';
+import { keepScreenshot } from '../support/screenshots.js';
 
 const red = [192, 32, 32];
 const green = [32, 160, 64];
@@ -145,6 +146,7 @@ describe('A gap', () => {
         const [gap, line] = await Promise.all([page.locator('.track .gap').boundingBox(), page.locator('.scrubber').boundingBox()]);
         assert.ok(Math.abs(gap.x - line.x - line.width * 0.25) < 2);
         assert.ok(Math.abs(gap.width - line.width * 0.5) < 2);
+        await keepScreenshot(page, 'replay-gap');
         await page.getByText('2 chunks, ').waitFor();
         await page.getByText('2 missing').waitFor();
         page.expectQuiet();

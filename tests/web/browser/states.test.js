@@ -3,14 +3,34 @@ import assert from 'node:assert/strict';
 import { describe, it } from 'node:test';
 
 import { assertAccessible } from '../support/accessibility.js';
-import { untilPicture } from '../support/browser.js';
+import { openPage, untilPicture } from '../support/browser.js';
 import { closeSession, createSession, postLog, uploadChunk, videoOf } from '../support/client.js';
 import { useReceiver } from '../support/fixture.js';
 import { hostileTexts } from '../support/hostiletexts.js';
+import { startReceiver } from '../support/programs.js';
+import { keepScreenshot } from '../support/screenshots.js';
 
 const fixture = useReceiver();
 
 const start = { timestamp: 1_700_000_000_000, type: 'SessionStartMarker' };
+
+describe('An empty receiver', () => {
+    it('says how a session gets there, and shows the first one when it comes', async () => {
+        const receiver = await startReceiver();
+        try {
+            const page = await openPage(fixture.browser, receiver.origin, '/');
+            await page.getByRole('heading', { name: 'No sessions yet' }).waitFor();
+            await page.getByText(`--sr-endpoint ${receiver.origin}`).waitFor();
+            await assertAccessible(page);
+            await keepScreenshot(page, 'list-empty');
+            const id = await createSession(receiver.origin);
+            await page.locator(`tr[data-id="${id}"]`).waitFor();
+            page.expectQuiet();
+        } finally {
+            await receiver.stop();
+        }
+    });
+});
 
 describe('A session without video', () => {
     it('that is still open says what it waits for, and shows it when it comes', async () => {
