@@ -60,6 +60,7 @@ FrameRecorder::~FrameRecorder() {
 void FrameRecorder::startFrameRecording(const PlaybackConfiguration& playbackConfiguration,
                                         const VexConfiguration& vexConfiguration,
                                         RecordingPlaybackCallback recordingPlaybackCallback) {
+    ++recording_;
     recordingPlaybackCallback_ = std::move(recordingPlaybackCallback);
     isBlackedOut_ = false;
     maskingIsEnabled_ = !vexConfiguration.disableMasking;
@@ -112,14 +113,16 @@ void FrameRecorder::renderFrame() {
         log_.error(LogTag::playback, "Callback is nil in viewImage callback");
         return;
     }
+    const std::uint64_t recording = recording_;
     Image image = isBlackedOut_ ? renderBlackImage() : renderScreenImage();
-    // The host, whose views were just asked what they show, may have paused or stopped the recording.
+    // The host, whose views were just asked what they show, may have paused or stopped the recording, or
+    // begun another with other masks.
     if (isBlackedOut_) {
         image = renderBlackImage();
     }
     // A copy: the callback may stop the recording, and so drop itself.
     const auto callback = recordingPlaybackCallback_;
-    if (!callback) {
+    if (!callback || recording != recording_) {
         return;
     }
     if (image.hasBitmap()) {

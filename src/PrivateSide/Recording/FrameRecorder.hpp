@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -71,6 +72,8 @@ class FrameRecorder : public std::enable_shared_from_this<FrameRecorder> {
     const BlackImageRenderAction blackImageRenderAction_;
 
     std::unique_ptr<platform::Timer> viewImageTimer_;
+    /// Counts the recordings: a picture belongs to the one in which it was begun.
+    std::uint64_t recording_ = 0;
     RecordingPlaybackCallback recordingPlaybackCallback_;
     bool isBlackedOut_ = false;
     bool maskingIsEnabled_ = true;

@@ -1,18 +1,5 @@
 // The capture timer, its pictures, and its log lines.
-#include "PrivateSide/Recording/FrameRecorder.hpp"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <new>
-#include <stdexcept>
-
-#include "MirethVex/Platform/TextViews.hpp"
-#include "MirethVex/Platform/Window.hpp"
-#include "platforms/linux/media/CairoGraphics.hpp"
-#include "tests/support/LogCapture.hpp"
-#include "tests/support/ManualMainQueue.hpp"
-#include "tests/support/RecordingGraphics.hpp"
+#include "RecordedWindow.hpp"
 
 namespace mireth {
 namespace {
@@ -24,61 +11,9 @@ using platform::ViewClass;
 using test::errorLine;
 using test::infoLine;
 
-constexpr std::uint32_t black = 0xFF000000U;
 constexpr std::uint32_t white = 0xFFFFFFFFU;
 constexpr std::uint32_t maskGrey = 0xFFBCBCBCU;
-
-/// Throws whatever it is told when its layer is asked for.
-class Breakable final : public View {
-  public:
-    const platform::Layer& layer() const override {
-        if (fail) {
-            fail();
-        }
-        return View::layer();
-    }
-    std::function<void()> fail;
-};
-
-class FrameRecorderTest : public ::testing::Test {
-  protected:
-    FrameRecorderTest() {
-        window_->mutableLayer().appearance.backgroundColor = Color{1, 1, 1, 1};
-        label_->setFrame({0, 0, 20, 20});
-        label_->mutableLayer().appearance.backgroundColor = Color{1, 0, 0, 1};
-        window_->addSubview(label_);
-    }
-
-    void makeRecorder(FrameRecorder::BlackImageRenderAction blackAction = {}) {
-        recorder_ =
-            std::make_shared<FrameRecorder>(capture_.log(), window_, graphics_,
-                                            FrameRecorder::scheduleOn(mainQueue_), std::move(blackAction));
-    }
-    void start(VexConfiguration configuration = {}, PlaybackConfiguration playback = {}) {
-        if (recorder_ == nullptr) {
-            makeRecorder();
-        }
-        recorder_->startFrameRecording(playback, configuration,
-                                       [this](const Image& image) { images_.push_back(image); });
-    }
-    void expectStarted() { capture_.expectLines({infoLine(LogTag::playback, "Frames recorder started")}); }
-
-    std::uint32_t lastPixel(std::size_t x, std::size_t y) const {
-        const Image& image = images_.back();
-        return image.pixels()[y * image.pixelWidth() + x];
-    }
-    bool lastIsBlank() const {
-        return std::ranges::all_of(images_.back().pixels(), [](std::uint32_t p) { return p == black; });
-    }
-
-    test::LogCapture capture_;
-    std::shared_ptr<test::ManualMainQueue> mainQueue_ = std::make_shared<test::ManualMainQueue>();
-    std::shared_ptr<platform::Graphics> graphics_ = std::make_shared<platform::CairoGraphics>();
-    std::shared_ptr<platform::Window> window_ = std::make_shared<platform::Window>(Size{100, 60}, 3);
-    std::shared_ptr<platform::Label> label_ = std::make_shared<platform::Label>();
-    std::vector<Image> images_;
-    std::shared_ptr<FrameRecorder> recorder_;
-};
+using FrameRecorderTest = test::RecordedWindow;
 
 TEST_F(FrameRecorderTest, TwoFramesASecondAreHalfASecondApart) {
     start();
@@ -192,14 +127,6 @@ TEST_F(FrameRecorderTest, PausedPicturesAreBlankUntilResumed) {
     expectStarted();
 }
 
-TEST_F(FrameRecorderTest, ResumeWithoutACallbackLeavesPicturesBlank) {
-    makeRecorder();
-    recorder_->pauseFrameRecording();
-    recorder_->resumePlaybackRecording();
-    capture_.expectLines(
-        {errorLine(LogTag::playback, "Callback is nil while trying to resume playback recording")});
-}
-
 TEST_F(FrameRecorderTest, StartEndsAnEarlierPause) {
     start();
     recorder_->pauseFrameRecording();
@@ -230,19 +157,8 @@ TEST_F(FrameRecorderTest, StartingTwiceKeepsOneTimer) {
                           infoLine(LogTag::playback, "Frames recorder started")});
 }
 
-/// Keeps the tick, as a run loop that fires once more than it should.
-struct StrayTimer {
-    std::shared_ptr<Work> tick = std::make_shared<Work>();
-    FrameRecorder::ScheduleTimer schedule() const {
-        return [tick = tick](Seconds, bool, Work work) -> std::unique_ptr<platform::Timer> {
-            *tick = std::move(work);
-            return nullptr;
-        };
-    }
-};
-
 TEST_F(FrameRecorderTest, TickAfterTheRecorderIsGoneIsLogged) {
-    const StrayTimer timer;
+    const test::StrayTimer timer;
     auto recorder = std::make_shared<FrameRecorder>(capture_.log(), window_, graphics_, timer.schedule());
     recorder->startFrameRecording({}, {}, [](const Image&) {});
     recorder.reset();
@@ -252,7 +168,7 @@ TEST_F(FrameRecorderTest, TickAfterTheRecorderIsGoneIsLogged) {
 }
 
 TEST_F(FrameRecorderTest, TickWithoutACallbackIsLogged) {
-    const StrayTimer timer;
+    const test::StrayTimer timer;
     const auto recorder =
         std::make_shared<FrameRecorder>(capture_.log(), window_, graphics_, timer.schedule());
     recorder->startFrameRecording({}, {}, [](const Image&) {});
@@ -261,6 +177,25 @@ TEST_F(FrameRecorderTest, TickWithoutACallbackIsLogged) {
     capture_.expectLines({infoLine(LogTag::playback, "Frames recorder started"),
                           infoLine(LogTag::playback, "Frames recorder stopped"),
                           errorLine(LogTag::playback, "Callback is nil in viewImage callback")});
+}
+
+TEST_F(FrameRecorderTest, ResumeWithoutACallbackDeliversNoPictureAnyMore) {
+    const test::StrayTimer timer;
+    recorder_ = std::make_shared<FrameRecorder>(capture_.log(), window_, graphics_, timer.schedule());
+    start();
+    recorder_->pauseFrameRecording();
+    (*timer.tick)();
+    ASSERT_EQ(images_.size(), 1U);
+    EXPECT_TRUE(lastIsBlank());
+    recorder_->stopFrameRecording();
+    recorder_->resumePlaybackRecording();
+    (*timer.tick)();
+    EXPECT_EQ(images_.size(), 1U);
+    capture_.expectLines(
+        {infoLine(LogTag::playback, "Frames recorder started"),
+         infoLine(LogTag::playback, "Frames recorder stopped"),
+         errorLine(LogTag::playback, "Callback is nil while trying to resume playback recording"),
+         errorLine(LogTag::playback, "Callback is nil in viewImage callback")});
 }
 
 TEST_F(FrameRecorderTest, DroppingTheRecorderEndsItsTimer) {
@@ -309,70 +244,6 @@ TEST_F(FrameRecorderTest, CopyLetsGoOfPicturesRightAfterDrawing) {
     mainQueue_->advance(Seconds(0.5));
     EXPECT_EQ(mask.use_count(), 2) << "the test and the view";
     expectStarted();
-}
-
-TEST_F(FrameRecorderTest, WhatCannotBeMaskedIsABlankFrame) {
-    const std::vector<std::function<void()>> failures{
-        [] { throw std::runtime_error("widget is gone"); },
-        [] { throw std::bad_alloc(); },
-        [] { throw 42; },
-    };
-    const auto breakable = std::make_shared<Breakable>();
-    window_->addSubview(breakable);
-    for (const auto& failure : failures) {
-        start();
-        breakable->fail = failure;
-        mainQueue_->advance(Seconds(0.5));
-        EXPECT_TRUE(lastIsBlank());
-        breakable->fail = nullptr;
-        mainQueue_->advance(Seconds(0.5));
-        EXPECT_FALSE(lastIsBlank()) << "the next frame is a new attempt";
-        recorder_->stopFrameRecording();
-    }
-    const auto lines = capture_.take();
-    ASSERT_EQ(lines.size(), 9U);
-    EXPECT_EQ(lines[1], errorLine(LogTag::playback,
-                                  R"(Failed to render the frame ["errorDetails": "widget is gone"])"));
-}
-
-TEST_F(FrameRecorderTest, FailedRenderingIsLoggedOnceARecording) {
-    const auto breakable = std::make_shared<Breakable>();
-    breakable->fail = [] { throw std::runtime_error("gone"); };
-    window_->addSubview(breakable);
-    start();
-    mainQueue_->advance(Seconds(2));
-    EXPECT_EQ(images_.size(), 4U);
-    capture_.expectLines(
-        {infoLine(LogTag::playback, "Frames recorder started"),
-         errorLine(LogTag::playback, R"(Failed to render the frame ["errorDetails": "gone"])")});
-}
-
-TEST_F(FrameRecorderTest, FailingRendererGivesABlankFrame) {
-    const auto recording = std::make_shared<test::RecordingGraphics>();
-    graphics_ = recording;
-    recording->failures = 1;
-    start();
-    mainQueue_->advance(Seconds(0.5));
-    EXPECT_TRUE(lastIsBlank());
-    EXPECT_TRUE(recording->log.empty());
-    capture_.expectLines(
-        {infoLine(LogTag::playback, "Frames recorder started"),
-         errorLine(LogTag::playback,
-                   R"(Failed to render the frame ["errorDetails": "no memory for the surface"])")});
-}
-
-TEST_F(FrameRecorderTest, PictureThatAnErrorCutShortIsBlank) {
-    const auto recording = std::make_shared<test::RecordingGraphics>();
-    graphics_ = recording;
-    recording->contextsAreValid = false;
-    start();
-    mainQueue_->advance(Seconds(0.5));
-    EXPECT_TRUE(lastIsBlank());
-    capture_.expectLines(
-        {infoLine(LogTag::playback, "Frames recorder started"),
-         errorLine(
-             LogTag::playback,
-             R"(Failed to render the frame ["errorDetails": "The picture could not be drawn to its end."])")});
 }
 
 TEST_F(FrameRecorderTest, WindowThatNeverHadASizeGivesNoPictures) {

@@ -1,18 +1,12 @@
 // Draws trees whose private views glow in canary colours, and finds not one such pixel in the frame.
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <numbers>
+#include <string>
 
+#include "CanaryFrames.hpp"
 #include "MirethVex/Platform/ImageView.hpp"
 #include "MirethVex/Platform/TextViews.hpp"
-#include "MirethVex/Platform/ViewController.hpp"
-#include "MirethVex/Platform/Window.hpp"
-#include "PrivateSide/Recording/FrameRecorder.hpp"
-#include "platforms/linux/media/CairoGraphics.hpp"
-#include "tests/support/LogCapture.hpp"
-#include "tests/support/ManualMainQueue.hpp"
 
 namespace mireth {
 namespace {
@@ -21,32 +15,11 @@ using platform::Image;
 using platform::Layer;
 using platform::View;
 using platform::ViewClass;
-
-constexpr Color canary{1, 0, 1, 1};
-
-/// Anything with a touch of magenta: the rest of the screens is grey and green.
-bool isCanary(std::uint32_t pixel) {
-    const auto red = static_cast<int>(pixel >> 16U & 0xFFU);
-    const auto green = static_cast<int>(pixel >> 8U & 0xFFU);
-    const auto blue = static_cast<int>(pixel & 0xFFU);
-    return std::min(red, blue) > green + 2;
-}
-
-std::ptrdiff_t canaryPixels(const Image& image) {
-    return std::ranges::count_if(image.pixels(), isCanary);
-}
-
-void paint(Layer& layer) {
-    layer.appearance.backgroundColor = canary;
-    layer.appearance.borderColor = canary;
-    layer.appearance.borderWidth = 3;
-    layer.appearance.shadowColor = canary;
-    layer.appearance.shadowOpacity = 1;
-    layer.content.contents = Image::filled(4, 4, 0xFFFF00FFU);
-}
-
-class HostingController final : public platform::ViewController,
-                                public platform::AnyUIHostingViewController {};
+using test::canary;
+using test::canaryPixels;
+using test::HostingController;
+using test::isCanary;
+using test::paint;
 
 /// One way in which a view is private.
 struct Kind {
@@ -149,6 +122,13 @@ std::vector<Situation> situations() {
         {"Scrolled", [](View&, View& container) { container.mutableLayer().geometry.bounds.y = 35; }},
         {"UpsideDown",
          [](View&, View& container) { container.mutableLayer().rendering.isGeometryFlipped = true; }},
+        {"BehindAMask",
+         [](View& view, View&) {
+             const auto mask = std::make_shared<Layer>();
+             mask->setFrame({0, 0, 50, 30});
+             paint(*mask);
+             view.mutableLayer().appearance.mask = mask;
+         }},
         {"Raised", [](View& view, View&) { view.mutableLayer().geometry.zPosition = 10; }},
         {"SubPixel", [](View& view, View&) { view.setFrame({10.37, 20.81, 33.3, 21.9}); }},
         {"RoundAndBelowAnother",
@@ -173,7 +153,7 @@ std::vector<Situation> situations() {
     };
 }
 
-class MaskedFrame : public ::testing::Test {
+class MaskedFrame : public test::CanaryFrames {
   protected:
     /// A picture of a window with a private view, `depth` containers deep.
     Image capture(const Kind& kind, const Situation& situation, int depth, bool disableMasking) {
@@ -195,25 +175,8 @@ class MaskedFrame : public ::testing::Test {
         }
         container->addSubview(view);
         situation.arrange(*view, *container);
-        return capture(window, kind, disableMasking);
+        return CanaryFrames::capture(window, disableMasking, kind.additional);
     }
-
-    Image capture(const std::shared_ptr<View>& window, const Kind& kind, bool disableMasking) {
-        const auto mainQueue = std::make_shared<test::ManualMainQueue>();
-        const auto recorder =
-            std::make_shared<FrameRecorder>(log_.log(), window, std::make_shared<platform::CairoGraphics>(),
-                                            FrameRecorder::scheduleOn(mainQueue));
-        VexConfiguration configuration;
-        configuration.disableMasking = disableMasking;
-        configuration.additionalViewTypesToMask = kind.additional;
-        Image captured;
-        recorder->startFrameRecording({}, configuration,
-                                      [&captured](const Image& image) { captured = image; });
-        mainQueue->advance(platform::Seconds(0.5));
-        return captured;
-    }
-
-    test::LogCapture log_{{}};
 };
 
 TEST_F(MaskedFrame, NoPrivatePixelIsDrawnInAnySituation) {
@@ -270,37 +233,11 @@ TEST_F(MaskedFrame, MaskBlockCoversWhatTheViewCovered) {
                                       }};
         const Rect view = covered(capture(card, withoutShadow, 0, true), isCanary);
         const Rect block = covered(capture(card, withoutShadow, 0, false),
-                                   [](std::uint32_t pixel) { return pixel == 0xFFBCBCBCU; });
+                                   [](std::uint32_t pixel) { return pixel == test::maskGrey; });
         EXPECT_NEAR(view.x, block.x, 1.0) << situation.name;
         EXPECT_NEAR(view.y, block.y, 1.0) << situation.name;
         EXPECT_NEAR(view.width, block.width, 0.15 * view.width) << situation.name;
     }
-}
-
-TEST_F(MaskedFrame, EndlessTreeShowsNothingBelowItsEnd) {
-    /// Builds the next level whenever it is asked.
-    class Endless final : public View {
-      public:
-        explicit Endless(std::size_t level) : level_(level) {
-            setFrame({0, 0, 200, 200});
-            if (level_ > LayerReplicator::maxDepth) {
-                paint(mutableLayer());
-            }
-        }
-        const std::vector<std::shared_ptr<View>>& subviews() const override {
-            children_ = {std::make_shared<Endless>(level_ + 1)};
-            return children_;
-        }
-
-      private:
-        const std::size_t level_;
-        mutable std::vector<std::shared_ptr<View>> children_;
-    };
-    const auto window = std::make_shared<platform::Window>(Size{200, 200});
-    window->addSubview(std::make_shared<Endless>(1));
-    const Image image = capture(window, Kind{}, false);
-    EXPECT_EQ(image.size(), (Size{200, 200}));
-    EXPECT_EQ(canaryPixels(image), 0);
 }
 
 }  // namespace

@@ -63,7 +63,7 @@ bool ViewMasking::shouldBeMasked(const View& view) {
 
 const ViewMasking::Verdict& ViewMasking::verdict(const View& view) {
     const ViewClass& viewClass = view.viewClass();
-    const Key key{&viewClass, &typeid(view)};
+    const Key key{&viewClass, &typeid(view), viewClass.conformsToTextInput()};
     const auto known = verdicts_.find(key);
     if (known != verdicts_.end()) {
         return known->second;

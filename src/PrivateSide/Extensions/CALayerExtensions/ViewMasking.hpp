@@ -52,13 +52,16 @@ class ViewMasking {
     /// Looks for the owning controller only when the class does not decide already.
     bool shouldBeMasked(const platform::View& view);
 
-    /// Remembered from then on for all views of the same class and type.
+    /// Remembered from then on for all views of the same class and type, unless the class becomes one of text
+    /// entry.
     const Verdict& verdict(const platform::View& view);
 
   private:
     struct Key {
         const platform::ViewClass* viewClass;
         const std::type_info* type;
+        /// A class may become one of text entry later.
+        bool conformsToTextInput;
         bool operator==(const Key&) const = default;
     };
     struct KeyHash {
