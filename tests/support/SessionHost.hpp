@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -16,6 +17,7 @@
 #include "platforms/linux/media/CairoGraphics.hpp"
 #include "platforms/linux/media/OpenH264AssetWriterFactory.hpp"
 #include "platforms/linux/system/PosixFileManager.hpp"
+#include "support/FixedRandomSource.hpp"
 #include "support/IngestionFake.hpp"
 #include "support/LogCapture.hpp"
 
@@ -43,19 +45,31 @@ class TemporaryDirectory {
 class SessionHost {
   public:
     using Change = std::function<void(headless::HeadlessOptions&)>;
+    using ChangeServices = std::function<void(platform::PlatformServices&)>;
 
-    explicit SessionHost(const Change& change = {}, std::set<LogTag> allowedTags = {})
+    explicit SessionHost(const Change& change = {}, std::set<LogTag> allowedTags = {},
+                         const ChangeServices& changeServices = {})
         : capture(std::move(allowedTags)),
           platform_(options(change)),
-          core(capture.log(), platform_.services()) {
+          core(capture.log(), services(changeServices)) {
         platform_.service()->setService(
             [this](const platform::HttpRequest& request) { return service(request); });
         platform_.application().setKeyWindow(window);
     }
-    /// What is logged and was not looked at, and the memory-use lines of the end, count as seen.
+    /// An error line that was not looked at fails the test. Info lines, and the memory-use lines of the end,
+    /// count as seen.
     ~SessionHost() {
-        (void)capture.take();
+        for (const LogLine& line : capture.take()) {
+            if (line.level == LogLevel::error) {
+                ADD_FAILURE() << "A line that nobody expected: " << line;
+            }
+        }
         capture.log().setAllowedTags({});
+    }
+
+    /// Chance that spares no line: each one that may be posted is.
+    static void postEveryLine(platform::PlatformServices& services) {
+        services.random = std::make_shared<FixedRandomSource>();
     }
 
     InitializationResult initialize() { return core.initializeProject("b1", "p1", window); }
@@ -84,6 +98,14 @@ class SessionHost {
     std::string state() const { return core.orchestrator() ? core.orchestrator()->state().name() : "none"; }
     /// The texts of the error lines since the last look.
     std::vector<std::string> errors() { return texts(LogLevel::error); }
+    /// The same without their additional information.
+    std::vector<std::string> errorMessages() {
+        auto messages = errors();
+        for (auto& message : messages) {
+            message.resize(std::min(message.size(), message.find(" [\"")));
+        }
+        return messages;
+    }
     std::vector<std::string> texts(LogLevel level) {
         std::vector<std::string> result;
         for (const auto& line : capture.take()) {
@@ -112,6 +134,14 @@ class SessionHost {
         }
         if (!result.assetWriters) {
             result.assetWriters = std::make_shared<platform::OpenH264AssetWriterFactory>(result.files);
+        }
+        return result;
+    }
+
+    platform::PlatformServices services(const ChangeServices& change) const {
+        auto result = platform_.services();
+        if (change) {
+            change(result);
         }
         return result;
     }

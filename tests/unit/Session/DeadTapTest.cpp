@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "support/Finger.hpp"
+#include "support/PostedLines.hpp"
 #include "support/SessionHost.hpp"
 
 namespace mireth {
@@ -14,7 +15,7 @@ using testing::IsEmpty;
 constexpr auto analyzerWasGone = "Error during analysis: ViewAnalyzer was deallocated before completion.";
 
 struct DeadTaps : testing::Test {
-    test::SessionHost host;
+    test::SessionHost host{{}, {}, test::SessionHost::postEveryLine};
     test::Finger finger{host.window};
 
     /// Half a second in, past the first frame, a tap; nothing answers it.
@@ -59,6 +60,19 @@ TEST_F(DeadTaps, FoundAfterTheSessionEndedAreRefusedWithALine) {
     host.advance(2);
     EXPECT_THAT(host.errors(), ElementsAre("Could not record event - event callback is nil"));
     EXPECT_THAT(found(), ElementsAre("Tap"));
+}
+
+TEST_F(DeadTaps, OfOneSessionAreNotRecordedInTheNext) {
+    startAndTap();
+    ASSERT_EQ(host.stop().kind, SessionCloseResult::Kind::success);
+    ASSERT_EQ(host.start().kind, SessionStartResult::Kind::success);
+    host.advance(0.5);
+    finger.tap({10, 10}, 1001);
+    host.advance(9.5);
+    ASSERT_EQ(host.service.chunks.size(), 2U);
+    EXPECT_THAT(found(), ElementsAre("Tap", "Tap", "DeadTap"));
+    EXPECT_EQ(host.service.chunks[1].timeline.at(4)["timestamp"], 1001000);
+    EXPECT_THAT(host.errors(), IsEmpty());
 }
 
 TEST_F(DeadTaps, ResetWhileTheyAreWaitedForLeavesALineForEach) {
@@ -112,12 +126,14 @@ TEST_F(DeadTaps, ViewThatThrowsCostsItsTapTheJudgementAndTheSessionNothing) {
     (void)host.capture.take();
     view->isBroken = true;
     finger.tap({195, 422}, 1000.75);
-    EXPECT_THAT(host.errors(), ElementsAre("Error during analysis: widget is gone"));
+    host.capture.expectLines({test::errorLine(LogTag::signal, "Error during analysis: widget is gone")});
     view->isBroken = false;
     finger.tap({195, 422}, 1001);
     host.advance(9.5);
     EXPECT_THAT(found(), ElementsAre("Tap", "Tap", "DeadTap"));
     EXPECT_THAT(host.errors(), IsEmpty());
+    EXPECT_THAT(test::postedLines(host.service.logBodies),
+                ElementsAre("SIGNAL Error during analysis: widget is gone"));
 }
 
 }  // namespace

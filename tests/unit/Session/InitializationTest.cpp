@@ -9,6 +9,7 @@ using test::IngestionFake;
 using test::SessionHost;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::SizeIs;
 
 /// The value of a query item in the latest request.
 std::string latestQueryItem(SessionHost& host, const std::string& name) {
@@ -32,6 +33,7 @@ TEST(Initialization, EmptyBrandIdIsRefusedWithParamsRequired) {
 TEST(Initialization, EmptyProjectIdIsRefusedWithParamsRequired) {
     SessionHost host;
     EXPECT_EQ(host.core.initializeProject("b", "", host.window), InitializationResult::paramsRequired);
+    EXPECT_THAT(host.errors(), ElementsAre("Can't initialize. Both brandId and projectId are required."));
 }
 
 TEST(Initialization, SuccessIsLogged) {
@@ -71,11 +73,34 @@ TEST(Initialization, DuringAPausedSessionItIsRefused) {
     EXPECT_EQ(host.initialize(), InitializationResult::sessionAlreadyRunning);
 }
 
+TEST(Initialization, ASessionThatAServiceStartsMeanwhileIsNotReplaced) {
+    std::function<void()> whileAsked;
+    SessionHost host({}, {LogTag::lifecycle}, [&whileAsked](platform::PlatformServices& services) {
+        services.makePathMonitor = [&whileAsked, make = services.makePathMonitor] {
+            if (whileAsked) {
+                whileAsked();
+            }
+            return make();
+        };
+    });
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    const auto graph = host.core.orchestrator();
+    std::optional<Async<SessionStartResult>> starting;
+    whileAsked = [&] { starting = host.core.startRecording(VexConfiguration(false, false)); };
+    (void)host.capture.take();
+    EXPECT_EQ(host.initialize(), InitializationResult::sessionAlreadyRunning);
+    EXPECT_THAT(host.texts(LogLevel::info), ElementsAre("Can't initialize. A session is already running"));
+    EXPECT_EQ(host.core.orchestrator(), graph);
+    EXPECT_EQ(host.await(starting.value()).kind, SessionStartResult::Kind::success);
+    EXPECT_EQ(host.state(), "started");
+}
+
 TEST(Initialization, ARefusalForItsIdentifiersHasAlreadyChangedTheQueryItemsButNotTheGraph) {
     SessionHost host;
     ASSERT_EQ(host.initialize(), InitializationResult::success);
     const auto graph = host.core.orchestrator();
     EXPECT_EQ(host.core.initializeProject("other", "", host.window), InitializationResult::paramsRequired);
+    EXPECT_THAT(host.errors(), SizeIs(1));
     EXPECT_EQ(host.core.orchestrator(), graph);
     EXPECT_EQ(host.start().kind, SessionStartResult::Kind::success);
     EXPECT_EQ(latestQueryItem(host, "M_BID"), "other");
@@ -89,6 +114,7 @@ TEST(Initialization, ARefusalForItsWindowHasAlreadyChangedTheQueryItems) {
     ASSERT_EQ(host.initialize(), InitializationResult::success);
     host.phone().application().setKeyWindow(nullptr);
     EXPECT_EQ(host.core.initializeProject("b2", "p2", nullptr), InitializationResult::cannotGetKeyWindow);
+    EXPECT_THAT(host.errors(), SizeIs(1));
     (void)host.start();
     EXPECT_EQ(latestQueryItem(host, "M_BID"), "b2");
 }
@@ -125,26 +151,52 @@ TEST(Initialization, TheOrchestratorClassCanBeReplaced) {
     EXPECT_EQ(made, 1);
 }
 
-TEST(Initialization, MemoryUseLinesNameEveryLongLivedObjectBuiltAndDestroyed) {
-    SessionHost host({}, {LogTag::memoryUse});
-    ASSERT_EQ(host.initialize(), InitializationResult::success);
-    const auto built = host.texts(LogLevel::info);
-    for (const char* name :
-         {"ChunkPusher", "DeviceDetector", "FrameRecorder", "VideoChunkProcessor", "VideoChunkManager",
-          "TimelineEventDetector", "SessionRecorder", "RemoteSessionManager", "Orchestrator"}) {
-        EXPECT_THAT(built, testing::Contains(std::string(name) + ": Succesfully initialized"));
+/// What a project is made of.
+const std::vector<std::string> longLived{"NetworkStateProvider",
+                                         "MApiClient",
+                                         "EventBuffer",
+                                         "SessionDataDao",
+                                         "ChunkPusher",
+                                         "DeviceDetector",
+                                         "FrameRecorder",
+                                         "VideoChunkProcessor",
+                                         "VideoChunkManager",
+                                         "EventRecorder",
+                                         "TimelineEventDetector",
+                                         "MirethGestureRecognizer",
+                                         "ErrorTapSignalListener",
+                                         "ViewAnalyzer",
+                                         "DeadTapListener",
+                                         "RageTapSignalListener",
+                                         "TapInteractionListener",
+                                         "MetadataDetector",
+                                         "WindowDimensionsDetector",
+                                         "SessionRecorder",
+                                         "AppLifecycleObserver",
+                                         "RemoteSessionManager",
+                                         "Orchestrator"};
+
+std::vector<std::string> memoryUseLines(const std::string& status) {
+    std::vector<std::string> lines;
+    for (const auto& name : longLived) {
+        lines.push_back(name + ": Succesfully " + status);
     }
-    host.phone().queue().drain();
+    return lines;
+}
+
+TEST(Initialization, EveryLongLivedObjectWritesALineWhenItIsBuiltAndOneWhenItIsDestroyed) {
+    SessionHost host({}, {LogTag::memoryUse});
     (void)host.capture.take();
-    host.capture.log().setAllowedTags({LogTag::memoryUse});
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    host.phone().queue().drain();
+    auto expected = memoryUseLines("initialized");
+    EXPECT_THAT(host.texts(LogLevel::info), testing::UnorderedElementsAreArray(expected));
     // A fresh graph takes the old one's place, and the old one goes.
     ASSERT_EQ(host.initialize(), InitializationResult::success);
-    const auto lines = host.texts(LogLevel::info);
-    for (const char* name :
-         {"ChunkPusher", "DeviceDetector", "FrameRecorder", "VideoChunkProcessor", "VideoChunkManager",
-          "TimelineEventDetector", "SessionRecorder", "RemoteSessionManager", "Orchestrator"}) {
-        EXPECT_THAT(lines, testing::Contains(std::string(name) + ": Succesfully deinitialized"));
-    }
+    host.phone().queue().drain();
+    const auto destroyed = memoryUseLines("deinitialized");
+    expected.insert(expected.end(), destroyed.begin(), destroyed.end());
+    EXPECT_THAT(host.texts(LogLevel::info), testing::UnorderedElementsAreArray(expected));
 }
 
 TEST(Initialization, TheEntryPointWritesItsMemoryUseLines) {

@@ -64,6 +64,20 @@ TEST_F(ReportingController, ReportsItsClassNameAsAScreenThatWasDetected) {
     EXPECT_EQ(appearances, 1);
 }
 
+/// A host's own, without a name of its own.
+class CheckoutController final : public MirethViewController {
+  public:
+    explicit CheckoutController(MirethSR& library) : MirethViewController({}, library) {}
+};
+
+TEST_F(ReportingController, WithoutANameIsReportedUnderItsClass) {
+    start(true);
+    application->appearance.didAppear(std::make_shared<CheckoutController>(library), false);
+    const std::string line =
+        R"(Recorded event ["eventName": "ScreenChange", "details": "appear (auto): CheckoutController"])";
+    EXPECT_THAT(host.texts(LogLevel::info), ElementsAre(line, line)) << "as detected, and by itself";
+}
+
 TEST_F(ReportingController, IsReportedTwiceWhileAutomaticDetectionIsOn) {
     start(true);
     showAndHide();

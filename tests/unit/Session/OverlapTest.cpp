@@ -46,6 +46,19 @@ TEST(DuringTheStart, TheBackgroundEndsNothingAndTheStartRunsToItsEnd) {
     EXPECT_EQ(host.service.closed, 1);
 }
 
+TEST(DuringTheStart, TheBackgroundIsNoticedWhileTheSessionIsCreated) {
+    SessionHost host({}, {LogTag::lifecycle});
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    std::vector<std::string> lines;
+    host.service.create = during(host, host.service.create, [&] {
+        (void)host.capture.take();
+        host.phone().application().moveToBackground();
+        lines = host.texts(LogLevel::info);
+    });
+    EXPECT_EQ(host.start().kind, SessionStartResult::Kind::success);
+    EXPECT_THAT(lines, ElementsAre("App moved to the background. Session is closed"));
+}
+
 TEST(DuringTheStart, TheBackgroundIsNotNoticedBeforeTheConfigurationIsThere) {
     SessionHost host({}, {LogTag::lifecycle});
     ASSERT_EQ(host.initialize(), InitializationResult::success);

@@ -1,9 +1,11 @@
 // What a hostile service, disk or host can do: a clear line and the result, nothing outside the store,
 // nothing sent.
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 #include <fstream>
 
+#include "support/PostedLines.hpp"
 #include "support/SessionHost.hpp"
 
 namespace mireth {
@@ -31,6 +33,7 @@ TEST_P(HostileSessionId, FailsTheStartAndWritesNothing) {
     };
     EXPECT_EQ(host.start(),
               SessionStartResult::fail("The service answered with a session id that cannot be used."));
+    EXPECT_THAT(host.errorMessages(), ElementsAre("API request for creating session failed."));
     EXPECT_EQ(host.state(), "stopped");
     host.advance(30);
     EXPECT_THAT(host.service.calls, ElementsAre("configuration", "create"));
@@ -42,42 +45,62 @@ INSTANTIATE_TEST_SUITE_P(Safety, HostileSessionId,
                                          std::string(4096, 'a'), "s\u00e9ance", "a b", "a%2fb",
                                          std::string("a\0b", 3), "x?y", "x#y"));
 
-struct HostileDataCentre : testing::TestWithParam<std::string> {};
-
-TEST_P(HostileDataCentre, NeverChoosesWhereLogLinesGo) {
-    SessionHost host([](auto& options) {
-        options.information["KELDA_ENDPOINT_URL"] = "https://kelda.test:8443";
-        options.seed = 7;
-    });
-    ASSERT_EQ(host.initialize(), InitializationResult::success);
-    host.service.configuration = [](const auto&) {
+/// Starts with the data centre, and counts the log lines that reach the service from then on; each must go to
+/// a host below the configured one.
+std::size_t linesPostedWith(const std::string& dataCentre) {
+    SessionHost host(
+        [](auto& options) { options.information["KELDA_ENDPOINT_URL"] = "https://kelda.test:8443"; }, {},
+        SessionHost::postEveryLine);
+    EXPECT_EQ(host.initialize(), InitializationResult::success);
+    host.service.configuration = [&dataCentre](const auto&) {
         const nlohmann::json body{{"srEnabled", "SR_ENABLED_FOR_MOBILE_ONLY"},
-                                  {"dataCenter", GetParam()},
+                                  {"dataCenter", dataCentre},
                                   {"samplingRate", 100},
                                   {"customSignal", nlohmann::json::array()}};
         return IngestionFake::ok(body.dump());
     };
     (void)host.start();
-    for (int line = 0; line < 50; ++line) {
+    for (int line = 0; line < 5; ++line) {
         host.core.log().error(LogTag::signal, "x");
     }
     host.phone().queue().drain();
+    EXPECT_THAT(host.errors(), Contains("x").Times(5));
     for (const auto& request : host.phone().service()->requests()) {
         if (request.url.find("WRTarrowEngine") != std::string::npos) {
             EXPECT_THAT(request.url, testing::MatchesRegex("https://[a-z0-9-]+[.]kelda[.]test:8443/.*"));
         }
     }
+    return host.service.logBodies.size();
+}
+
+struct HostileDataCentre : testing::TestWithParam<std::string> {};
+
+TEST_P(HostileDataCentre, NeverChoosesWhereLogLinesGo) {
+    EXPECT_EQ(linesPostedWith(GetParam()), 0U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Safety, HostileDataCentre,
-                         testing::Values("evil.com/", "evil/", "x@y", "#", "%2f", "a:80", "a?b", "-a", "a b",
-                                         "a\r\nb", std::string(64, 'a'), "[::1]", "US_WEST"));
+                         testing::Values("evil/", "x@y", "#", "%2f", "a:80", "a?b", "-a", "a b", "a\r\nb",
+                                         std::string(64, 'a'), "[::1]"));
+
+struct HarmlessDataCentre : testing::TestWithParam<std::string> {};
+
+TEST_P(HarmlessDataCentre, IsWhereEveryLogLineGoes) {
+    EXPECT_EQ(linesPostedWith(GetParam()), 5U);
+}
+
+// Of a host name only the first label is taken.
+INSTANTIATE_TEST_SUITE_P(Safety, HarmlessDataCentre,
+                         testing::Values("US_WEST", "us-west.example", "evil.com/"));
 
 TEST(Safety, AJsonBombFailsTheStart) {
     SessionHost host;
     ASSERT_EQ(host.initialize(), InitializationResult::success);
     host.service.configuration = [](const auto&) { return IngestionFake::ok(std::string(100000, '[')); };
     EXPECT_EQ(host.start(), SessionStartResult::fail("Failed to start recording: Decoding error."));
+    EXPECT_THAT(host.errorMessages(),
+                ElementsAre("JSON decoding failed", "Unexpected error while getting SR configuration",
+                            "Failed to initialize a session.", "Failed to start recording."));
 }
 
 TEST(Safety, ASymlinkPlantedAtTheChunksNameIsNotFollowed) {
@@ -96,6 +119,10 @@ TEST(Safety, ASymlinkPlantedAtTheChunksNameIsNotFollowed) {
         std::filesystem::symlink_status(host.storeDirectory() / "S1-0.mp4")));
 }
 
+/// What a session logs that has no store: at the start, and at the end of its first chunk.
+const auto storeRefused = ElementsAre("Failed to retrieve chunk files to delete", "Failed to create chunk",
+                                      "Failed to save video chunk");
+
 TEST(Safety, ALinkInPlaceOfTheStoresDirectoryIsRefusedAndWhatItLeadsToStays) {
     for (const char* component : {"mireth", "mireth/playback"}) {
         SessionHost host;
@@ -111,6 +138,7 @@ TEST(Safety, ALinkInPlaceOfTheStoresDirectoryIsRefusedAndWhatItLeadsToStays) {
         EXPECT_TRUE(std::filesystem::exists(target / "precious")) << component;
         EXPECT_TRUE(std::filesystem::exists(target / "playback" / "precious")) << component;
         EXPECT_EQ(host.state(), "started") << component;
+        EXPECT_THAT(host.errorMessages(), storeRefused) << component;
     }
 }
 
@@ -135,22 +163,55 @@ TEST(Safety, TheStoreAndItsFilesBelongToTheUserAlone) {
               perms::owner_read | perms::owner_write);
 }
 
-TEST(Safety, NothingLoggedWhilePostingALineIsPostedAgain) {
+TEST(Safety, AStoreThatOthersCouldReadBecomesTheUsersAlone) {
     SessionHost host;
-    ASSERT_EQ(host.initialize(), InitializationResult::success);
-    ASSERT_EQ(host.start().kind, SessionStartResult::Kind::success);
+    std::filesystem::create_directories(host.storeDirectory());
+    for (const auto& directory : {host.storeDirectory().parent_path(), host.storeDirectory()}) {
+        std::filesystem::permissions(directory, std::filesystem::perms::all);
+    }
+    host.startSession();
+    host.advance(10);
+    EXPECT_EQ(host.service.chunks.size(), 1U);
+    for (const auto& directory : {host.storeDirectory().parent_path(), host.storeDirectory()}) {
+        EXPECT_EQ(std::filesystem::status(directory).permissions(), std::filesystem::perms::owner_all);
+    }
+}
+
+TEST(Safety, AStoreOfAnotherUserIsRefusedAndLeftAlone) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can give a directory away";
+    }
+    for (const char* component : {"mireth", "mireth/playback"}) {
+        SessionHost host;
+        std::filesystem::create_directories(host.storeDirectory());
+        std::ofstream(host.storeDirectory() / "S1-0.mp4") << "keep me";
+        constexpr uid_t nobody = 65534;
+        ASSERT_EQ(chown((host.caches.path() / component).c_str(), nobody, nobody), 0);
+        host.startSession();
+        host.advance(10);
+        EXPECT_TRUE(host.service.chunks.empty()) << component;
+        EXPECT_TRUE(std::filesystem::exists(host.storeDirectory() / "S1-0.mp4")) << component;
+        EXPECT_EQ(host.state(), "started") << component;
+        EXPECT_THAT(host.errorMessages(), storeRefused) << component;
+    }
+}
+
+TEST(Safety, NothingLoggedWhilePostingALineIsPostedAgain) {
+    SessionHost host({}, {}, SessionHost::postEveryLine);
+    host.startSession();
     // Every post fails and logs errors itself.
     host.service.log = [](const auto&) { return IngestionFake::failure(500); };
-    (void)host.capture.take();
-    for (int line = 0; line < 200; ++line) {
+    for (int line = 0; line < 3; ++line) {
         host.core.log().error(LogTag::signal, "line");
     }
     host.phone().queue().drain();
-    for (const auto& body : host.service.logBodies) {
-        EXPECT_THAT(body, HasSubstr("%22logMessage%22:%22line%22"));
+    EXPECT_THAT(test::postedLines(host.service.logBodies),
+                ElementsAre("SIGNAL line", "SIGNAL line", "SIGNAL line"));
+    const auto messages = host.errorMessages();
+    for (const char* message : {"line", "Request failed.", "Unexpected error while posting log"}) {
+        EXPECT_THAT(messages, Contains(message).Times(3));
     }
-    EXPECT_GT(host.service.logBodies.size(), 10U);
-    EXPECT_LE(host.service.logBodies.size(), 200U);
+    EXPECT_THAT(messages, testing::SizeIs(9));
 }
 
 TEST(Safety, ALogListenerThatThrowsDoesNoHarm) {
@@ -158,6 +219,7 @@ TEST(Safety, ALogListenerThatThrowsDoesNoHarm) {
     host.core.addLogListener(
         [](LogTag, LogLevel, const std::string&) { throw std::runtime_error("host bug"); });
     EXPECT_EQ(host.core.initializeProject("", "", host.window), InitializationResult::paramsRequired);
+    EXPECT_THAT(host.errors(), ElementsAre("Can't initialize. Both brandId and projectId are required."));
 }
 
 TEST(Safety, AHostCallbackThatThrowsInThenDoesNotEndTheLoop) {

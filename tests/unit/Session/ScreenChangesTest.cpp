@@ -12,6 +12,7 @@ using test::infoLine;
 using test::LogLine;
 using test::notStartedLine;
 using test::ScreenChanges;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -53,6 +54,28 @@ TEST_F(ScreenChanges, AfterTheStopControllersHearAndNothingIsReported) {
     EXPECT_THAT(host.capture.take(),
                 ElementsAre(infoLine(LogTag::navigation, "Automatic screen change detection is OFF."),
                             infoLine(LogTag::navigation, "Stopped tracking Navigation.")));
+    appear(controller("Cart"));
+    EXPECT_THAT(host.capture.take(), IsEmpty());
+    EXPECT_THAT(heard, ElementsAre("Cart appeared"));
+}
+
+TEST_F(ScreenChanges, AfterTheBackgroundControllersHearAndNothingIsReported) {
+    start(true);
+    host.phone().application().moveToBackground();
+    host.advance(0.1);
+    EXPECT_THAT(host.capture.take(),
+                Contains(infoLine(LogTag::navigation, "Automatic screen change detection is OFF.")));
+    appear(controller("Cart"));
+    EXPECT_THAT(host.capture.take(), IsEmpty());
+    EXPECT_THAT(heard, ElementsAre("Cart appeared"));
+}
+
+TEST_F(ScreenChanges, AfterARefusedUploadControllersHearAndNothingIsReported) {
+    host.service.record = [](const auto&) { return test::IngestionFake::ok(R"({"status":"ERROR"})"); };
+    start(true);
+    host.advance(10.2);
+    EXPECT_THAT(host.capture.take(),
+                Contains(infoLine(LogTag::navigation, "Automatic screen change detection is OFF.")));
     appear(controller("Cart"));
     EXPECT_THAT(host.capture.take(), IsEmpty());
     EXPECT_THAT(heard, ElementsAre("Cart appeared"));
@@ -178,6 +201,19 @@ TEST_F(ScreenChanges, AReportWhilePausedIsRefusedWithTheLineOfDisappearance) {
     ASSERT_EQ(library.pauseRecording(), SessionPauseResult::success);
     library.reportScreenAppeared("Cart");
     host.capture.expectLines({errorLine(LogTag::signal, notStartedLine)});
+}
+
+TEST_F(ScreenChanges, AReportWhileAStopIsInProgressIsNeitherRecordedNorALine) {
+    start(false);
+    host.advance(0.5);
+    library.reportScreenAppeared("Cart");
+    const auto stopping = library.stopRecording();
+    ASSERT_TRUE(library.hasActiveSession());
+    (void)host.capture.take();
+    library.reportScreenAppeared("Pay");
+    EXPECT_THAT(host.capture.take(), IsEmpty());
+    EXPECT_EQ(host.await(stopping).kind, SessionCloseResult::Kind::success);
+    EXPECT_THAT(uploaded(), ElementsAre("appear manual Cart"));
 }
 
 TEST_F(ScreenChanges, AReportAfterTheStopIsRefused) {

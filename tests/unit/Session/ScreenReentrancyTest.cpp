@@ -47,12 +47,15 @@ TEST_F(ScreenReentrancy, AReportGetsNotBetweenTheFirstTwoEvents) {
 
 TEST_F(ScreenReentrancy, ALogListenerThatStopsTheSessionWhileAChangeIsRecordedKeepsThatOneAndNoLater) {
     start(true);
+    host.advance(0.5);
     whenRecorded("Cart", [this] { (void)library.stopRecording(); });
     appear(controller("Cart"));
     appear(controller("Pay"));
+    library.reportScreenAppeared("Thanks");
     host.advance(1);
     EXPECT_FALSE(library.hasActiveSession());
     EXPECT_EQ(host.service.closed, 1);
+    EXPECT_THAT(uploaded(), ElementsAre("appear auto Cart"));
     EXPECT_THAT(heard, ElementsAre("Cart appeared", "Pay appeared"));
 }
 

@@ -5,6 +5,8 @@
 #include <fstream>
 
 #include "Platform/Async/QueueExecutors.hpp"
+#include "support/Finger.hpp"
+#include "support/ScriptedAssetWriter.hpp"
 #include "support/SessionHost.hpp"
 
 namespace mireth {
@@ -17,6 +19,8 @@ using testing::ElementsAre;
 struct SessionRecorderAlone : testing::Test {
     test::SessionHost host;
     test::LogCapture capture{{LogTag::navigation}};
+    /// Of the recorder made last.
+    SessionRecorder::Collaborators parts;
     int errors = 0;
 
     std::shared_ptr<SessionRecorder> make() {
@@ -26,7 +30,6 @@ struct SessionRecorderAlone : testing::Test {
         const auto dao = std::make_shared<SessionDataDao>(
             log, std::make_shared<EventBuffer>(log), std::make_shared<PlaybackStorage>(log, services.files),
             [](Work work) { work(); });
-        SessionRecorder::Collaborators parts;
         parts.frameRecorder = std::make_shared<FrameRecorder>(log, host.window, services.graphics,
                                                               FrameRecorder::scheduleOn(services.mainQueue));
         parts.videoChunkManager = std::make_shared<VideoChunkManager>(log, PlaybackConfiguration{}, nullptr);
@@ -43,7 +46,7 @@ struct SessionRecorderAlone : testing::Test {
         parts.windowDimensionsDetector =
             std::make_shared<WindowDimensionsDetector>(log, DimensionConverter{1});
         return std::make_shared<SessionRecorder>(
-            log, std::move(parts), PlaybackConfiguration{}, makeMainExecutor(services.mainQueue),
+            log, parts, PlaybackConfiguration{}, makeMainExecutor(services.mainQueue),
             [queue = services.mainQueue](Work work) { queue->post(std::move(work)); }, clock);
     }
 
@@ -88,6 +91,24 @@ TEST_F(SessionRecorderAlone, ResumeNeverCallsItsCompletion) {
     EXPECT_FALSE(called);
 }
 
+TEST_F(SessionRecorderAlone, ResumeResumesTheDetectorBeforeTheFrames) {
+    const auto recorder = make();
+    int events = 0;
+    parts.timelineEventDetector->startDetection([&events](const EventData&) { ++events; });
+    host.phone().queue().drain();
+    recorder->pauseRecording();
+    // The frames' part of it: they were never started.
+    const std::string frames = "Callback is nil while trying to resume playback recording";
+    capture.log().addLogListener([&](LogTag, LogLevel, const std::string& line) {
+        if (line == frames) {
+            test::Finger(host.window).tap({1, 1});
+        }
+    });
+    recorder->resumeRecording();
+    EXPECT_EQ(events, 1);
+    capture.expectLines({errorLine(LogTag::playback, frames)});
+}
+
 TEST_F(SessionRecorderAlone, DataThatAreNeitherSignalNorInteractionAreLoggedAndDropped) {
     struct Data final : EventData {
         EventType type() const override { return SessionInteractionType::tap; }
@@ -106,13 +127,18 @@ TEST_F(SessionRecorderAlone, DataThatAreNeitherSignalNorInteractionAreLoggedAndD
 
 // The whole library, for what only shows there.
 
-TEST(Recording, AStoreThatIsFullLosesTheChunkAndTheRecordingGoesOn) {
-    test::SessionHost host;
-    host.startSession();
+/// As many files as the longest recording makes.
+void fillStore(test::SessionHost& host) {
     host.phone().queue().drain();
     for (int file = 0; file < 180; ++file) {
         std::ofstream(host.storeDirectory() / ("other-" + std::to_string(file) + ".mp4")) << "x";
     }
+}
+
+TEST(Recording, AStoreThatIsFullLosesTheChunkAndTheRecordingGoesOn) {
+    test::SessionHost host;
+    host.startSession();
+    fillStore(host);
     host.advance(10);
     EXPECT_TRUE(host.service.chunks.empty());
     EXPECT_THAT(host.errors(),
@@ -124,6 +150,57 @@ TEST(Recording, AStoreThatIsFullLosesTheChunkAndTheRecordingGoesOn) {
     host.advance(10);
     ASSERT_EQ(host.service.chunks.size(), 1U);
     EXPECT_EQ(host.service.chunks[0].info["chunkNumber"], 0);
+}
+
+TEST(Recording, ALastChunkThatCannotBeSavedIsLoggedWithTheReasonAndTheSessionIsClosed) {
+    test::SessionHost host;
+    host.startSession();
+    fillStore(host);
+    host.advance(1);
+    EXPECT_EQ(host.stop().kind, SessionCloseResult::Kind::success);
+    host.capture.expectLines(
+        {errorLine(LogTag::playback,
+                   "Failed to create chunk [\"chunkNumber\": \"0\", \"errorDetails\": "
+                   "\"Playback storage is full\"]"),
+         errorLine(LogTag::playback,
+                   "Failed to save video chunk [\"errorDetails\": \"Playback storage is full\"]")});
+    EXPECT_THAT(host.service.calls, ElementsAre("configuration", "create", "close"));
+}
+
+TEST(Recording, AStopWaitsForABusyWriterAndAnswersWhenItFails) {
+    const auto script = std::make_shared<test::WriterScript>();
+    test::SessionHost host([&script](auto& options) {
+        options.assetWriters = std::make_shared<test::ScriptedWriterFactory>(script);
+    });
+    script->ready = false;
+    script->endStatus = platform::AssetWriterStatus::failed;
+    host.startSession();
+    host.advance(1);
+    std::optional<SessionCloseResult> closed;
+    host.core.stopRecording().then([&closed](const SessionCloseResult& result) { closed = result; });
+    host.advance(60);
+    EXPECT_EQ(closed, std::nullopt);
+    script->askForMore = nullptr;
+    host.phone().queue().drain();
+    EXPECT_EQ(closed, SessionCloseResult::of(SessionCloseResult::Kind::success));
+    const std::string reason = "\"errorDetails\": \"Invalid videoWriter status: failed\"]";
+    host.capture.expectLines(
+        {errorLine(LogTag::playback, "Failed to create chunk [\"chunkNumber\": \"0\", " + reason),
+         errorLine(LogTag::playback, "Failed to save video chunk [" + reason)});
+}
+
+TEST(Recording, LeftOversOfAProcessThatEndedWhileItWroteAreRemovedAtTheStartAndNotCounted) {
+    test::SessionHost host;
+    std::filesystem::create_directories(host.storeDirectory());
+    for (int file = 0; file < 180; ++file) {
+        std::ofstream(host.storeDirectory() / (".pending-" + std::to_string(file))) << "x";
+    }
+    host.startSession();
+    host.phone().queue().drain();
+    EXPECT_TRUE(std::filesystem::is_empty(host.storeDirectory()));
+    host.advance(10);
+    EXPECT_EQ(host.service.chunks.size(), 1U);
+    EXPECT_THAT(host.errors(), ElementsAre());
 }
 
 TEST(Recording, WithoutANetworkChunksAreSkippedAndTheRecordingGoesOn) {

@@ -8,6 +8,7 @@ namespace {
 using test::IngestionFake;
 using test::SessionHost;
 using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
@@ -65,6 +66,7 @@ TEST(Start, TheDeviceIsCheckedBeforeTheState) {
     ASSERT_EQ(host.initialize(), InitializationResult::success);
     host.core.orchestrator()->setState({SessionState::Started{{"S", 1}}});
     EXPECT_EQ(host.start().kind, Kind::unsupportedDevice);
+    EXPECT_THAT(host.errorMessages(), ElementsAre("Device is not supported."));
 }
 
 TEST(Start, AutomaticTrackingIsSwitchedOnBeforeAnythingIsFetched) {
@@ -77,6 +79,20 @@ TEST(Start, AutomaticTrackingIsSwitchedOnBeforeAnythingIsFetched) {
     EXPECT_EQ(lines[0], "Enabling automatic screen change detection.");
     EXPECT_EQ(lines[1], "Automatic screen change detection is ON.");
     EXPECT_EQ(lines[2], "Initializing RemoteSessionManager");
+}
+
+TEST(Start, AutomaticTrackingIsSwitchedOnWhileTheSessionIsStillStopped) {
+    SessionHost host({}, {LogTag::lifecycle, LogTag::navigation});
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    std::vector<std::string> states;
+    host.core.addLogListener([&](LogTag, LogLevel, const std::string& line) {
+        if (line == "Enabling automatic screen change detection." ||
+            line == "Automatic screen change detection is ON.") {
+            states.push_back(host.state());
+        }
+    });
+    EXPECT_EQ(host.start(VexConfiguration(false, true)).kind, Kind::success);
+    EXPECT_THAT(states, ElementsAre("stopped", "stopped"));
 }
 
 TEST(Start, WithoutAutomaticTrackingNothingIsSwitchedOn) {
@@ -101,8 +117,11 @@ TEST(Start, AfterAFailureAnotherStartMaySucceed) {
     const auto works = host.service.configuration;
     host.service.configuration = [](const auto&) { return IngestionFake::unreachable(); };
     EXPECT_EQ(host.start(), SessionStartResult::fail("Failed to start recording: Network error."));
+    EXPECT_THAT(host.errorMessages(), Contains("Failed to start recording."));
     host.service.configuration = works;
     EXPECT_EQ(host.start().kind, Kind::success);
+    EXPECT_THAT(host.errorMessages(), Each("Unexpected error while posting log"))
+        << "of the failure, whose lines find no data centre yet";
 }
 
 TEST(Start, AProjectForTheWebOnlyIsNotEnabledAndNothingIsCreated) {
@@ -132,6 +151,8 @@ TEST(Start, ARefusedCreationFailsWithTheStatus) {
             R"("creationDataCenter":"","isTestSession":false}})");
     };
     EXPECT_EQ(host.start(), SessionStartResult::fail("Request to API failed. Response status: THROTTLED"));
+    EXPECT_THAT(host.errors(),
+                ElementsAre("Failed to initialize mireth SDK. [\"statusCode\": \"THROTTLED\"]"));
     EXPECT_EQ(host.state(), "stopped");
 }
 
@@ -153,6 +174,36 @@ TEST(Start, TheResultIsLogged) {
     (void)host.start();
     EXPECT_THAT(host.texts(LogLevel::info),
                 Contains("Vex session start result. [\"result\": \"samplingRejected\"]"));
+}
+
+TEST(Start, ASuccessIsLoggedWithTheSession) {
+    SessionHost host({}, {LogTag::lifecycle});
+    host.startSession();
+    EXPECT_THAT(host.texts(LogLevel::info),
+                Contains("Vex session start result. [\"result\": \"success(sessionId: S1, "
+                         "sessionStartTimeMillis: 1700000000000)\"]"));
+}
+
+TEST(Start, AFailedCreationIsLoggedWithItsReason) {
+    SessionHost host({}, {LogTag::lifecycle});
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    host.service.create = [](const auto&) { return IngestionFake::unreachable(); };
+    EXPECT_EQ(host.start(), SessionStartResult::fail("Network error."));
+    EXPECT_THAT(host.texts(LogLevel::info),
+                Contains("Vex session start result. [\"result\": \"fail(Network error.)\"]"));
+}
+
+TEST(Start, AConfigurationThatCannotBeHadLeavesNothingThatTheBackgroundCouldEnd) {
+    SessionHost host({}, {LogTag::lifecycle});
+    ASSERT_EQ(host.initialize(), InitializationResult::success);
+    host.service.configuration = [](const auto&) { return IngestionFake::unreachable(); };
+    ASSERT_EQ(host.start().kind, Kind::fail);
+    // What the posting of the failure's lines has to say is not looked at.
+    host.phone().queue().drain();
+    (void)host.capture.take();
+    host.phone().application().moveToBackground();
+    host.advance(1);
+    EXPECT_TRUE(host.capture.take().empty());
 }
 
 TEST(Start, ARefusedCreationLeavesNothingThatTheBackgroundCouldEnd) {

@@ -12,6 +12,8 @@ using testing::ElementsAre;
 using testing::Not;
 using Kind = SessionCloseResult::Kind;
 
+constexpr const char* skipped = "Single chunk skipped: Error during chunk push.";
+
 TEST(Stop, ClosesTheSessionAfterTheLastChunkIsUploaded) {
     SessionHost host;
     host.startSession();
@@ -42,6 +44,9 @@ TEST(Stop, ARefusedCloseAnswersFailAndLeavesTheLibraryReady) {
     host.startSession();
     host.service.close = [](const auto&) { return IngestionFake::failure(500); };
     EXPECT_EQ(host.stop(), SessionCloseResult::fail("Request failed."));
+    EXPECT_THAT(host.errorMessages(),
+                ElementsAre("Request failed.", "Unexpected error during session closure",
+                            "API request for closing session failed."));
     EXPECT_EQ(host.state(), "stopped");
     EXPECT_EQ(host.start().kind, SessionStartResult::Kind::success);
 }
@@ -108,6 +113,8 @@ TEST(Stop, AFailedUploadEndsTheSession) {
     host.advance(10.2);
     EXPECT_EQ(host.state(), "stopped");
     EXPECT_EQ(host.service.closed, 1);
+    EXPECT_THAT(host.errorMessages(),
+                ElementsAre("Network request failed", "Unexpected error during playback recording", skipped));
 }
 
 TEST(Stop, AHostStopWhileARefusedUploadEndsTheSessionClosesOnce) {
@@ -124,6 +131,7 @@ TEST(Stop, AHostStopWhileARefusedUploadEndsTheSessionClosesOnce) {
     EXPECT_EQ(host.await(*stopping).kind, Kind::success);
     host.advance(5);
     EXPECT_THAT(host.service.calls, ElementsAre("configuration", "create", "record", "close"));
+    EXPECT_THAT(host.errorMessages(), ElementsAre(skipped));
 }
 
 TEST(Stop, AHostStopAfterARefusedUploadHasSetItOffGetsItsResultAndClosesOnce) {
@@ -144,6 +152,7 @@ TEST(Stop, AHostStopAfterARefusedUploadHasSetItOffGetsItsResultAndClosesOnce) {
     EXPECT_EQ(host.await(*stopping).kind, Kind::success);
     host.advance(5);
     EXPECT_THAT(host.service.calls, ElementsAre("configuration", "create", "record", "close"));
+    EXPECT_THAT(host.errorMessages(), ElementsAre(skipped));
 }
 
 /// Makes orchestrators as ever, and remembers the recorder of the last.

@@ -117,6 +117,7 @@ TEST(Timeline, EventsNeverLeakIntoAnotherSession) {
     // Nobody takes this one: the session is over, and its chunk is sent.
     host.core.orchestrator()->setState({SessionState::Started{{"S1", 0}}});
     host.core.orchestrator()->backdoorRecordSignal(SessionSignalType::rageTap, {5, 5});
+    EXPECT_THAT(host.errors(), ElementsAre("Failed to record event"));
     host.core.orchestrator()->setState({});
     ASSERT_EQ(host.start().kind, SessionStartResult::Kind::success);
     host.advance(10);

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "support/Finger.hpp"
+#include "support/PostedLines.hpp"
 #include "support/SessionHost.hpp"
 
 namespace mireth {
@@ -9,6 +10,8 @@ namespace {
 
 using test::Finger;
 using test::SessionHost;
+using testing::AnyOf;
+using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -36,7 +39,7 @@ std::shared_ptr<platform::Window> answeringWindow() {
 }
 
 struct Touches : testing::Test {
-    SessionHost host;
+    SessionHost host{{}, {}, SessionHost::postEveryLine};
     Finger finger{(host.window = answeringWindow())};
 
     /// Also past the first frame: what comes before it has no place in the video.
@@ -92,11 +95,14 @@ TEST_F(Touches, WhilePausedTheyAreRefusedWithALineThatIsPosted) {
     startSession();
     ASSERT_EQ(host.core.pauseRecording(), SessionPauseResult::success);
     tap();
-    EXPECT_THAT(host.errors(), ElementsAre("Could not record event - event callback is nil"));
+    host.capture.expectLines(
+        {test::errorLine(LogTag::signal, "Could not record event - event callback is nil")});
     ASSERT_EQ(host.core.resumeRecording(), SessionResumeResult::success);
     tap();
     host.advance(10);
     EXPECT_THAT(found(), ElementsAre("Tap"));
+    EXPECT_THAT(test::postedLines(host.service.logBodies),
+                ElementsAre("SIGNAL Could not record event - event callback is nil"));
 }
 
 TEST_F(Touches, TwoSessionsInARowHaveEachTheirOwn) {
@@ -193,6 +199,12 @@ TEST_P(MeddlingListener, DoesNoHarm) {
     (void)host.stop();
     host.phone().queue().drain();
     EXPECT_THAT(host.window->gestureRecognizers(), IsEmpty());
+    // Of taps while paused or while nothing records, and of those whose judge is gone; and of the posting of
+    // such lines when a fresh project knows no data centre yet.
+    EXPECT_THAT(host.errorMessages(),
+                Each(AnyOf("Could not record event - event callback is nil",
+                           "Error during analysis: ViewAnalyzer was deallocated before completion.",
+                           "Unexpected error while posting log")));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -2,8 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include "MirethVex/MirethVex.hpp"
 #include "PublicSide/ViewTypeNames.hpp"
-#include "support/LogCapture.hpp"
+#include "support/SessionHost.hpp"
 
 namespace mireth {
 namespace {
@@ -40,6 +41,39 @@ TEST(VexConfiguration, NamesBecomeClassesInTheirOrder) {
     ASSERT_TRUE(configuration.has_value());
     EXPECT_THAT(configuration->additionalViewTypesToMask, ElementsAre(&card, &ViewClass::label()));
     EXPECT_TRUE(configuration->automaticNavigationTracking);
+}
+
+/// The texts of the error lines that the process's own logger has written since this was made.
+struct SharedErrors {
+    SharedErrors() {
+        // Unless another test has had the shared instance made: then it stands on other services by now.
+        (void)MirethSR::installPlatformServices(host.phone().services());
+        MirethLog::shared().addLogListener([heard = texts](LogTag, LogLevel level, const std::string& text) {
+            if (level == LogLevel::error) {
+                heard->push_back(text);
+            }
+        });
+    }
+    test::SessionHost host;
+    std::shared_ptr<std::vector<std::string>> texts = std::make_shared<std::vector<std::string>>();
+};
+
+TEST(VexConfiguration, CannotBeMadeWithANameThatNoClassBears) {
+    const SharedErrors errors;
+    const auto configuration = VexConfiguration::create({"Label", "NoSuchClass"}, true);
+    ASSERT_FALSE(configuration.has_value());
+    EXPECT_EQ(configuration.error(), (MError{MError::Kind::customClassMaskingFailed, "NoSuchClass"}));
+    EXPECT_THAT(*errors.texts,
+                ElementsAre("Failed configuring masking for one of the provided classes: NoSuchClass"));
+}
+
+TEST(VexConfiguration, CannotBeMadeWithAClassThatIsNotAView) {
+    const SharedErrors errors;
+    const auto configuration = VexConfiguration::create({"ViewController"}, false);
+    ASSERT_FALSE(configuration.has_value());
+    EXPECT_EQ(configuration.error(), (MError{MError::Kind::customClassMaskingFailed, "ViewController"}));
+    EXPECT_THAT(*errors.texts,
+                ElementsAre("Failed configuring masking for one of the provided classes: ViewController"));
 }
 
 TEST(VexConfiguration, ANameThatNoClassBearsFailsAndIsLogged) {
