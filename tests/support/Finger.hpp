@@ -36,6 +36,11 @@ class Finger {
         touch_.timestamp = seconds;
         end();
     }
+    /// Somewhere else than the last place that was told, without a move there.
+    void endAt(Point point, double seconds) {
+        touch_.locationInWindow = point;
+        end(seconds);
+    }
     void cancel() { send(platform::TouchPhase::cancelled); }
     void tap(Point at, double seconds = 1, int tapCount = 1) {
         begin(at, seconds, tapCount);

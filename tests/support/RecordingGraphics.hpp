@@ -6,6 +6,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "MirethVex/Platform/Graphics.hpp"
@@ -17,7 +18,16 @@ using DrawLog = std::vector<std::string>;
 /// One line an operation.
 class RecordingContext final : public platform::GraphicsContext {
   public:
-    explicit RecordingContext(DrawLog& log, bool valid = true) : log_(log), valid_(valid) {}
+    /// `onEnd` runs when the context goes.
+    explicit RecordingContext(DrawLog& log, bool valid = true, std::function<void()> onEnd = {})
+        : log_(log), valid_(valid), onEnd_(std::move(onEnd)) {}
+    ~RecordingContext() override {
+        if (onEnd_) {
+            onEnd_();
+        }
+    }
+    RecordingContext(const RecordingContext&) = delete;
+    RecordingContext& operator=(const RecordingContext&) = delete;
 
     bool isValid() const override { return valid_; }
     void saveState() override { add("save"); }
@@ -70,6 +80,7 @@ class RecordingContext final : public platform::GraphicsContext {
 
     DrawLog& log_;
     const bool valid_;
+    const std::function<void()> onEnd_;
 };
 
 /// Must outlive what it makes.
@@ -85,6 +96,8 @@ class RecordingGraphics final : public platform::Graphics {
     bool hasBitmapContexts = true;
     bool hasSurfaces = true;
     bool contextsAreValid = true;
+    /// Runs when a bitmap context goes.
+    std::function<void()> onBitmapContextEnd;
     /// That many renderings throw before one succeeds.
     int failures = 0;
 
@@ -101,7 +114,9 @@ class RecordingGraphics final : public platform::Graphics {
     std::unique_ptr<platform::GraphicsContext> makeBitmapContext(
         const platform::BitmapDescription& description) override {
         bitmaps.push_back(description);
-        return hasBitmapContexts ? std::make_unique<RecordingContext>(log, contextsAreValid) : nullptr;
+        return hasBitmapContexts
+                   ? std::make_unique<RecordingContext>(log, contextsAreValid, onBitmapContextEnd)
+                   : nullptr;
     }
 
   private:

@@ -97,16 +97,24 @@ TEST_P(AssetWriterReadiness, NoReadinessIsToldAfterTheInputIsFinished) {
 TEST_P(AssetWriterReadiness, NoReadinessIsToldAfterTheWriterHasFailedOrIsGone) {
     ManualQueue queue;
     int calls = 0;
-    {
-        const WriterTrack track = startTrack({64, 64});
-        track.input->requestMediaDataWhenReady(queue.poster(), [&calls] { ++calls; });
-        EXPECT_FALSE(track.append({-1, 600}));
-        while (queue.runOne()) {
-        }
+    // What the input still holds of a request, if anything.
+    std::weak_ptr<int> held;
+    const auto request = [&](const WriterTrack& track) {
+        auto witness = std::make_shared<int>(0);
+        held = witness;
+        track.input->requestMediaDataWhenReady(queue.poster(),
+                                               [&calls, witness = std::move(witness)] { ++calls; });
+    };
+    const WriterTrack failing = startTrack({64, 64});
+    request(failing);
+    EXPECT_FALSE(failing.append({-1, 600}));
+    EXPECT_TRUE(held.expired()) << "how a waiting encoder learns of it";
+    while (queue.runOne()) {
     }
-    WriterTrack track = startTrack({64, 64});
-    track.input->requestMediaDataWhenReady(queue.poster(), [&calls] { ++calls; });
-    track.writer.reset();
+    WriterTrack gone = startTrack({64, 64});
+    request(gone);
+    gone.writer.reset();
+    EXPECT_TRUE(held.expired());
     while (queue.runOne()) {
     }
     EXPECT_EQ(calls, 0);

@@ -17,7 +17,9 @@
 #include <cstdlib>
 #include <mutex>
 #include <ostream>
+#include <stdexcept>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "NetworkNamespace.hpp"
@@ -241,6 +243,24 @@ TEST(NetlinkPathMonitor, ASystemThatCannotBeWatchedReportsOneUnsatisfiedPath) {
         EXPECT_TRUE(watch.comesTo(none));
         EXPECT_TRUE(watch.staysAt(none));
         EXPECT_EQ(watch.paths().size(), 1u);
+    });
+}
+
+TEST(NetlinkPathMonitor, AFailureIsAPathThatIsNotSatisfiedUntilTheNetworkCanBeReadAgain) {
+    inOwnNetwork([] {
+        addLink("eth0");
+        ip("route add default dev eth0");
+        bool hasThrown = false;
+        Watch watch([&hasThrown](const LinkDescription& link) {
+            if (!std::exchange(hasThrown, true)) {
+                throw std::runtime_error("out of memory");
+            }
+            return classifyByName(link);
+        });
+        EXPECT_TRUE(watch.comesTo(wired));
+        ip("route del default");
+        EXPECT_TRUE(watch.comesTo(none)) << "it goes on watching";
+        EXPECT_EQ(watch.paths(), (std::vector{none, wired, none}));
     });
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <stdexcept>
 #include <utility>
 
 namespace mireth {
@@ -48,6 +50,22 @@ TEST(AnyCancellable, AssignmentCancelsWhatItReplaces) {
     token = AnyCancellable([&newRuns] { ++newRuns; });
     EXPECT_EQ(oldRuns, 1);
     EXPECT_EQ(newRuns, 0);
+}
+
+TEST(AnyCancellable, WhatTheActionThrowsEndsThereWithALine) {
+    testing::internal::CaptureStderr();
+    AnyCancellable cancelled([] { throw std::runtime_error("a bug of the phone's"); });
+    cancelled.cancel();
+    EXPECT_FALSE(cancelled);
+    {
+        const AnyCancellable dropped([] { throw 42; });
+    }
+    AnyCancellable replaced([] { throw 42; });
+    replaced = AnyCancellable();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "M-VEX: the end of a subscription threw\n"
+              "M-VEX: the end of a subscription threw\n"
+              "M-VEX: the end of a subscription threw\n");
 }
 
 TEST(AnyCancellable, TheActionMayDropTheTokenItself) {

@@ -78,6 +78,14 @@ TEST(PlaybackConfigurationDeathTest, TheLeastTimescaleByMinusOneIsFatal) {
     EXPECT_DEATH((void)configuration.frameDuration(), "Fatal error: Division results in an overflow");
 }
 
+TEST(PlaybackConfigurationDeathTest, AnOverflowingFrameTimeIsFatal) {
+    const PlaybackConfiguration configuration;
+    constexpr std::int64_t last = std::numeric_limits<std::int64_t>::max() / 300;
+    EXPECT_EQ(configuration.presentationTime(last).value, last * 300);
+    EXPECT_DEATH((void)configuration.presentationTime(last + 1),
+                 "Fatal error: Multiplication results in an overflow");
+}
+
 TEST(PlaybackConfigurationDeathTest, AChunkOfZeroSecondsIsFatal) {
     PlaybackConfiguration configuration;
     configuration.secondsPerChunk = 0;

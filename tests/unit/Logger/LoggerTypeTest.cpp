@@ -3,10 +3,12 @@
 #include <gmock/gmock.h>
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "MirethVex/Headless/CapturedSystemLog.hpp"
+#include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {
 namespace {
@@ -49,6 +51,46 @@ TEST(LegacyLogger, CallsTheCallableOfTheLevelWithSubsystemCategoryAndMessage) {
     logger.info("one");
     logger.error("two");
     EXPECT_THAT(calls, ElementsAre("info S C one", "error S C two"));
+}
+
+/// Throws whenever it is written to.
+class ThrowingSystemLog final : public platform::SystemLog {
+  public:
+    bool hasStructuredLog() const override { return true; }
+    void writeStructured(std::string_view, std::string_view, SystemLogType type, std::string_view) override {
+        if (type == SystemLogType::info) {
+            throw std::runtime_error("the journal is gone");
+        }
+        throw 42;
+    }
+    void writeLegacy(std::string_view, std::string_view, SystemLogType, std::string_view) override {}
+};
+
+struct PostedMessages final : RemoteLogPoster {
+    void post(LogLevel, LogTag, const std::string& message, const AdditionalInfo&, bool) override {
+        messages.push_back(message);
+    }
+    std::vector<std::string> messages;
+};
+
+TEST(ThrowingSinks, CostNeitherTheListenersNorTheRemoteLogTheLine) {
+    MirethLog log(std::make_shared<ThrowingSystemLog>());
+    const auto poster = std::make_shared<PostedMessages>();
+    log.setRemotePoster(poster);
+    log.setAllowedTags({LogTag::network, LogTag::memoryUse});
+    std::vector<std::string> heard;
+    log.addLogListener([&heard](LogTag, LogLevel, const std::string& line) { heard.push_back(line); });
+    testing::internal::CaptureStderr();
+    log.info(LogTag::network, "i");
+    log.error(LogTag::network, "e");
+    {
+        const MemoryUseLines lines(log, "PublicSide/MirethSR");
+    }
+    const std::string complaints = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(heard, ElementsAre("i", "e", "MirethSR: Succesfully initialized",
+                                   "MirethSR: Succesfully deinitialized"));
+    EXPECT_THAT(poster->messages, ElementsAre("e"));
+    EXPECT_NE(complaints.find("the journal is gone"), std::string::npos);
 }
 
 }  // namespace

@@ -5,8 +5,14 @@
 #include <set>
 #include <string>
 
+#include "MirethVex/Headless/HeadlessApplication.hpp"
 #include "PrivateSide/Collection/EventRecorder.hpp"
 #include "PrivateSide/Configuration/DeviceDetector.hpp"
+#include "PrivateSide/Detection/AppLifecycleObserver.hpp"
+#include "PrivateSide/Detection/Metadata/MetadataDetector.hpp"
+#include "PrivateSide/Detection/Navigation/AppearanceDetection.hpp"
+#include "PrivateSide/Detection/Signals/SignalListeners/DeadTapListener.hpp"
+#include "PrivateSide/Detection/WindowDimentions/WindowDimensionsDetector.hpp"
 #include "PrivateSide/Ingestion/ChunkPusher.hpp"
 #include "PrivateSide/Orchestrator/RemoteSessionManager.hpp"
 #include "support/ApiPhone.hpp"
@@ -99,6 +105,48 @@ TEST_F(MemoryUse, OfTheRemoteSessionManager) {
     expectLinesOf("RemoteSessionManager", [&] {
         return std::make_shared<RemoteSessionManager>(phone.capture.log(), client, remoteLog,
                                                       [](double low, double) { return low; });
+    });
+}
+
+TEST_F(MemoryUse, OfTheLifecycleObserver) {
+    const auto application = std::make_shared<headless::HeadlessApplication>();
+    expectLinesOf("AppLifecycleObserver", [&] {
+        return std::make_unique<AppLifecycleObserver>(phone.capture.log(), application,
+                                                      [] { return Date(0); });
+    });
+}
+
+TEST_F(MemoryUse, OfTheMetadataDetector) {
+    const auto device = std::make_shared<headless::HeadlessDevice>();
+    expectLinesOf("MetadataDetector", [&] {
+        return std::make_unique<MetadataDetector>(phone.capture.log(), phone.clientDetails, phone.information,
+                                                  phone.information, device);
+    });
+}
+
+TEST_F(MemoryUse, OfTheWindowDimensionsDetector) {
+    expectLinesOf("WindowDimensionsDetector", [&] {
+        return std::make_unique<WindowDimensionsDetector>(phone.capture.log(), DimensionConverter{1});
+    });
+}
+
+TEST_F(MemoryUse, OfTheDeadTapListener) {
+    const MirethGestureRecognizer recognizer(phone.capture.log(),
+                                             std::make_shared<GestureRecognizerObserver>());
+    const auto analyzer = std::make_shared<ViewAnalyzer>(phone.capture.log(), ViewContentComparator(nullptr),
+                                                         LayerComparator(nullptr), phone.phone.mainQueue,
+                                                         DevicePerformanceEvaluator(0));
+    expectLinesOf("DeadTapListener", [&] {
+        return std::make_unique<DeadTapListener>(phone.capture.log(), recognizer, analyzer);
+    });
+}
+
+TEST_F(MemoryUse, OfTheAppearanceDetection) {
+    const auto application = std::make_shared<headless::HeadlessApplication>();
+    expectLinesOf("AppearanceDetection", [&] {
+        return std::make_shared<AppearanceDetection>(
+            phone.capture.log(), application,
+            [](const std::vector<ScreenHierarchyElement>&, ScreenChangeType, ScreenDetectionType) {});
     });
 }
 

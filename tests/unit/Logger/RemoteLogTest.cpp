@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/ApiPhone.hpp"
+#include "support/PostedLines.hpp"
 
 namespace mireth {
 namespace {
@@ -23,24 +24,10 @@ std::shared_ptr<const LogMessagesSampler> drawing(std::int64_t value) {
     return std::make_shared<const LogMessagesSampler>([value](std::int64_t) { return value; });
 }
 
-std::string decoded(const std::string& text) {
-    std::string result;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '%') {
-            result += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
-            i += 2;
-        } else {
-            result += text[i];
-        }
-    }
-    return result;
-}
-
-/// The JSON of a posted line. Its own "&" and "=" are not escaped, so it ends where the next field begins.
 ordered_json messageOf(const platform::HttpRequest& request) {
     const std::string body = request.body.value_or("");
     EXPECT_EQ(body.substr(0, 8), "Message=");
-    return ordered_json::parse(decoded(body.substr(8, body.rfind("&LevelName=") - 8)));
+    return ordered_json::parse(test::postedText(body));
 }
 
 class RemoteLogging : public testing::Test {

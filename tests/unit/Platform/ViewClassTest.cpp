@@ -48,12 +48,22 @@ TEST(ViewClass, MarkedClassConformsWithItsSubclasses) {
 
 TEST(ViewClass, RegisteringANameAgainReturnsTheFirst) {
     const auto& first = ViewClass::registerClass("Twice", &ViewClass::label());
-    const auto& second =
-        ViewClass::registerClass("Twice", &ViewClass::view(), ViewClass::TextInput::conforms);
+    const auto& second = ViewClass::registerClass("Twice", &ViewClass::textField());
     EXPECT_EQ(&first, &second);
     EXPECT_EQ(second.superclass(), &ViewClass::label());
     EXPECT_FALSE(second.conformsToTextInput());
     EXPECT_EQ(&ViewClass::registerClass("Label", nullptr), &ViewClass::label());
+}
+
+TEST(ViewClass, AClassBecomesOneOfTextEntryWhenItIsRegisteredAsOneLater) {
+    const auto& pin = ViewClass::registerClass("PinPad", &ViewClass::view());
+    const auto& round = ViewClass::registerClass("RoundPinPad", &pin);
+    EXPECT_FALSE(pin.conformsToTextInput());
+    EXPECT_EQ(&ViewClass::registerClass("PinPad", &ViewClass::view(), ViewClass::TextInput::conforms), &pin);
+    EXPECT_TRUE(pin.conformsToTextInput());
+    EXPECT_TRUE(round.conformsToTextInput()) << "its subclasses too";
+    (void)ViewClass::registerClass("PinPad", &ViewClass::view());
+    EXPECT_TRUE(pin.conformsToTextInput()) << "once private, always private";
 }
 
 TEST(ViewClass, UnknownNameIsNotFound) {

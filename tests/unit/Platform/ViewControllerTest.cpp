@@ -15,6 +15,22 @@ TEST(ViewController, ItsViewAnswersWithIt) {
     EXPECT_EQ(controller->className(), "CartViewController");
 }
 
+class CheckoutController : public ViewController {
+  public:
+    using ViewController::ViewController;
+};
+class GiftController final : public CheckoutController {};
+template <class Item>
+class ListController final : public ViewController {};
+
+TEST(ViewController, WithoutANameItBearsThatOfItsClassWithoutItsNamespaces) {
+    EXPECT_EQ(ViewController().className(), "ViewController");
+    EXPECT_EQ(CheckoutController().className(), "CheckoutController");
+    EXPECT_EQ(GiftController().className(), "GiftController");
+    EXPECT_TRUE(ListController<GiftController>().className().starts_with("ListController<"));
+    EXPECT_EQ(CheckoutController("").className(), "CheckoutController");
+}
+
 TEST(ViewController, FormerViewForgetsIt) {
     const auto controller = std::make_shared<ViewController>();
     const auto former = std::make_shared<View>();

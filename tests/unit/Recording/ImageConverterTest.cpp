@@ -77,8 +77,14 @@ TEST_F(ImageConverterTest, StepsAreTakenInOrder) {
         steps.emplace_back("unlock");
         buffer.unlockBaseAddress();
     };
+    graphics_->onBitmapContextEnd = [&steps] { steps.emplace_back("context ends"); };
+    const std::vector<std::string> order{"lock", "bytesPerRow", "baseAddress", "context ends", "unlock"};
     EXPECT_EQ(failureOfConversion(operations), "none");
-    EXPECT_EQ(steps, (std::vector<std::string>{"lock", "bytesPerRow", "baseAddress", "unlock"}));
+    EXPECT_EQ(steps, order) << "the context writes to the memory until it is gone";
+    steps.clear();
+    frame_.image = Image();
+    EXPECT_NE(failureOfConversion(operations), "none");
+    EXPECT_EQ(steps, order) << "also when drawing fails";
 }
 
 TEST_F(ImageConverterTest, PoolThatFails) {

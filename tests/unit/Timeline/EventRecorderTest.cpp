@@ -45,6 +45,15 @@ TEST_F(Recorder, RecordsASignalWithTheTimeOfTheTouch) {
         R"(Recorded event ["eventName": "SignalCaptured", "details": "DeadTap (0.5, 0.5) at (125, 250) px"])")});
 }
 
+TEST_F(Recorder, AnEventIsStoredBeforeItsLine) {
+    std::vector<TimelineEvent> storedAtTheLine;
+    capture.log().addLogListener([&](LogTag, LogLevel, const std::string&) { storedAtTheLine = stored(); });
+    recorder.recordSessionStart(session);
+    EXPECT_THAT(storedAtTheLine,
+                ElementsAre(TimelineEvent{EventName::sessionStartMarker, 1700000000500, std::nullopt}));
+    capture.expectLines({infoLine(LogTag::signal, R"(Recorded event ["eventName": "SessionStartMarker"])")});
+}
+
 TEST_F(Recorder, DataThatCannotBecomeAnEventAreLoggedAndNotStored) {
     struct Other final : EventData {
         EventType type() const override { return SessionInteractionType::tap; }

@@ -60,8 +60,10 @@ TEST_F(Recogniser, ATouchThatBeginsAndEndsInPlaceIsOneTap) {
 
 TEST_F(Recogniser, ATapCarriesTheTimeAndThePlaceOfItsEnd) {
     finger.begin({10, 20}, 1.0);
-    finger.end(1.08);
-    EXPECT_THAT(gestures, ElementsAre(tapAt({10, 20}, 1080)));
+    finger.endAt({13, 24}, 1.08);
+    finger.begin({10, 20}, 2.0, 4);
+    finger.endAt({9, 18}, 2.1);
+    EXPECT_THAT(gestures, ElementsAre(tapAt({13, 24}, 1080), quadrupleTapAt({9, 18}, 2100)));
 }
 
 TEST_F(Recogniser, FourQuickTapsAreATapAndAQuadrupleTap) {

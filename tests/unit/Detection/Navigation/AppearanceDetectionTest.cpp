@@ -62,6 +62,15 @@ TEST_F(Detection, EnableSwizzleReportsEachScreenByItsClassNameBeforeItsOwnHandle
     capture.expectLines({on});
 }
 
+class CheckoutController final : public platform::ViewController {};
+
+TEST_F(Detection, AControllerWithoutANameIsReportedUnderItsClass) {
+    detection->enableSwizzle();
+    application->appearance.didAppear(std::make_shared<CheckoutController>(), false);
+    EXPECT_THAT(happened, ElementsAre("CheckoutController/Screen appear auto"));
+    capture.expectLines({on});
+}
+
 TEST_F(Detection, EnableSwizzleTwiceInstallsOnceAndLeavesDetectionOn) {
     detection->enableSwizzle();
     detection->enableSwizzle();

@@ -83,8 +83,9 @@ TEST_F(AssetWriterInputTest, CallbackThatComesTooEarlyIsNotMistakenForReadiness)
     EXPECT_TRUE(outcome->succeeded());
 }
 
-TEST_F(AssetWriterInputTest, CallbackAfterTheEndDoesNothing) {
-    (void)awaitReadiness();
+TEST_F(AssetWriterInputTest, CallbackAfterTheEndWakesNobody) {
+    script_->ready = false;
+    const auto waiting = awaitReadiness();
     phone_.runUntilIdle();
     const auto finished = phone_.start(input_.markAsFinished());
     phone_.runUntilIdle();
@@ -92,16 +93,23 @@ TEST_F(AssetWriterInputTest, CallbackAfterTheEndDoesNothing) {
     EXPECT_EQ(script_->calls.back(), "markAsFinished");
     script_->askForMore();
     phone_.runUntilIdle();
+    EXPECT_FALSE(waiting->isDone);
 }
 
-TEST_F(AssetWriterInputTest, CallbackAfterTheInputIsDroppedDoesNothing) {
+TEST_F(AssetWriterInputTest, TheCallbackKeepsNothingAliveAndFindsNobodyAfterTheEnd) {
+    std::weak_ptr<platform::WriterInput> input;
     {
-        const AssetWriterInput dropped(std::make_shared<test::ScriptedInput>(script_), phone_.background);
-        (void)phone_.start(keepAnswer(dropped.readyForMoreMediaData(), takesFrames_));
+        const auto scripted = std::make_shared<test::ScriptedInput>(script_);
+        input = scripted;
+        const AssetWriterInput dropped(scripted, phone_.background);
+        const auto outcome = phone_.start(keepAnswer(dropped.readyForMoreMediaData(), takesFrames_));
         phone_.runUntilIdle();
+        EXPECT_TRUE(outcome->succeeded());
     }
+    EXPECT_TRUE(input.expired()) << "while the callback is still there";
     script_->askForMore();
-    phone_.runUntilIdle();
+    EXPECT_TRUE(phone_.backgroundExecutor->runAll()) << "it came";
+    EXPECT_EQ(script_->calls, std::vector<std::string>{"requestMediaDataWhenReady"});
 }
 
 }  // namespace

@@ -132,6 +132,20 @@ TEST_F(ImageToVideoConverterTest, WriterThatFailsMidwayIsToldByItsStatus) {
     EXPECT_EQ(script_->times.size(), 2U) << "nothing is appended after the failure";
 }
 
+TEST_F(ImageToVideoConverterTest, WriterThatFailsWhileItsReadinessIsAwaitedEndsTheWait) {
+    script_->oneFrameAtATime = true;
+    const auto converter = make(3);
+    const auto outcome = phone_.start(phone_.background, converter->render());
+    phone_.runUntilIdle();
+    EXPECT_FALSE(outcome->isDone);
+    script_->endStatus = platform::AssetWriterStatus::failed;
+    script_->askForMore = nullptr;
+    phone_.runUntilIdle();
+    ASSERT_TRUE(outcome->isDone);
+    EXPECT_EQ(outcome->message(), "Invalid videoWriter status: failed");
+    EXPECT_EQ(script_->times.size(), 1U);
+}
+
 TEST_F(ImageToVideoConverterTest, EveryStatusButCompletedFails) {
     using platform::AssetWriterStatus;
     for (const auto status : {AssetWriterStatus::unknown, AssetWriterStatus::writing,
