@@ -20,7 +20,7 @@ std::shared_ptr<Orchestrator> MirethSRCore::buildGraph(
     parts.deviceDetector = std::make_shared<DeviceDetector>(log_, services_.device);
     parts.sessionRecorder = buildSessionRecorder(window, sessionDataDao);
     parts.appLifecycleObserver =
-        std::make_shared<AppLifecycleObserver>(log_, services_.application, currentTimeProvider_);
+        std::make_shared<AppLifecycleObserver>(log_, *services_.application, currentTimeProvider_);
     parts.remoteSessionManager = std::make_shared<RemoteSessionManager>(
         log_, apiClient, remoteLogger_,
         [random = services_.random](double low, double high) { return random->uniformReal(low, high); });

@@ -4,10 +4,10 @@
 
 namespace mireth {
 
-AppLifecycleObserver::AppLifecycleObserver(MirethLog& log, std::shared_ptr<platform::Application> application,
+AppLifecycleObserver::AppLifecycleObserver(MirethLog& log, platform::Application& application,
                                            CurrentTimeProvider currentTimeProvider)
     : appMovedToBackground_(std::make_shared<Published<std::optional<std::int64_t>>>()),
-      subscription_(application->observeDidEnterBackground(
+      subscription_(application.observeDidEnterBackground(
           [published = appMovedToBackground_, now = std::move(currentTimeProvider)] {
               *published = now().toTimestampMillis();
           })),

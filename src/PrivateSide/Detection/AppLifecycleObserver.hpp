@@ -15,7 +15,7 @@ namespace mireth {
 /// Main thread. Observes from construction to destruction.
 class AppLifecycleObserver {
   public:
-    AppLifecycleObserver(MirethLog& log, std::shared_ptr<platform::Application> application,
+    AppLifecycleObserver(MirethLog& log, platform::Application& application,
                          CurrentTimeProvider currentTimeProvider);
 
     /// The last move to the background, in milliseconds since the Unix epoch; nothing before the first. As

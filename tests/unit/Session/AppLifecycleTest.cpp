@@ -15,7 +15,7 @@ struct AppLifecycle : testing::Test {
     double now = 1.5;
     std::shared_ptr<headless::HeadlessApplication> application =
         std::make_shared<headless::HeadlessApplication>();
-    AppLifecycleObserver observer{capture.log(), application, [this] { return Date(now); }};
+    AppLifecycleObserver observer{capture.log(), *application, [this] { return Date(now); }};
     std::vector<Moment> heard;
     AnyCancellable token;
     void listen() {
@@ -48,7 +48,7 @@ TEST(AppLifecycleObserver, EndsItsSubscriptionWhenItIsDestroyed) {
     test::LogCapture capture;
     int asked = 0;
     {
-        const AppLifecycleObserver observer(capture.log(), application, [&asked] {
+        const AppLifecycleObserver observer(capture.log(), *application, [&asked] {
             ++asked;
             return Date(1);
         });
