@@ -110,6 +110,9 @@ void LibraryModel::logError(const std::optional<std::string>& message) {
         Json details{{"signalId", "ErrorTap"}, {"target", targetOf(lastTap_->point, scenario_)}};
         details["error"] = {{"message", message.value_or("")}};
         recordDetected(now, "SignalCaptured", std::move(details));
+        if (rules_.tapsPairOnce) {
+            lastTap_.reset();
+        }
     }
 }
 
@@ -154,7 +157,7 @@ void LibraryModel::touchEnded(const Finger& finger) {
     const Tap tap{finger.point, surroundings_.uptimeMillis()};
     if (finger.tapCount == 1) {
         singleTap(tap);
-    } else if (finger.tapCount == rules_.rageTap) {
+    } else if (finger.tapCount == rules_.rageTap || (rules_.rageGoesOn && finger.tapCount > rules_.rageTap)) {
         recordSignal(tap, "RageTap");
     }
 }
@@ -162,7 +165,7 @@ void LibraryModel::touchEnded(const Finger& finger) {
 void LibraryModel::singleTap(const Tap& tap) {
     lastTap_ = {tap.point, surroundings_.wallMillis()};
     due_.after(wait(), [this, tap, session = sessions_, before = surroundings_.picture()] {
-        if (session == sessions_ && looksTheSame(before, surroundings_.picture(), rules_.frameTolerance)) {
+        if (session == sessions_ && looksTheSame(before, surroundings_.picture(), rules_)) {
             recordSignal(tap, "DeadTap");
         }
     });
@@ -176,7 +179,7 @@ void LibraryModel::recordSignal(const Tap& tap, const char* signal) {
 }
 
 void LibraryModel::recordDetected(std::int64_t timestamp, const char* type, Json details) {
-    if (!session_ || session_->isPaused) {
+    if (!session_ || (session_->isPaused && !rules_.pauseLetsPass)) {
         complain("Could not record event - event callback is nil");
     } else if (!session_->hasSize) {
         complain("Failed to record event");

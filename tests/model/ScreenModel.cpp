@@ -111,11 +111,12 @@ std::string builtInClass(const phone::Scenario& scenario, std::string viewClass)
     return viewClass;
 }
 
-bool sameButForAlpha(const std::optional<Color>& before, const std::optional<Color>& after) {
+bool sameColor(const std::optional<Color>& before, const std::optional<Color>& after, const Rules& rules) {
     if (!before || !after) {
         return before.has_value() == after.has_value();
     }
-    return before->red == after->red && before->green == after->green && before->blue == after->blue;
+    return before->red == after->red && before->green == after->green && before->blue == after->blue &&
+           (!rules.alphaCounts || before->alpha == after->alpha);
 }
 
 bool nearlySame(const Rect& before, const Rect& after, double tolerance) {
@@ -124,24 +125,24 @@ bool nearlySame(const Rect& before, const Rect& after, double tolerance) {
            std::abs(before.height - after.height) < tolerance;
 }
 
-bool sameLayers(const LayerState& before, const LayerState& after, double tolerance) {
+bool sameLayers(const LayerState& before, const LayerState& after, const Rules& rules) {
     // What lies where is compared exactly; only the extent of the frame is not.
-    const bool isSame = sameButForAlpha(before.background, after.background) &&
-                        sameButForAlpha(before.borderColor, after.borderColor) &&
-                        before.borderWidth == after.borderWidth &&
-                        before.cornerRadius == after.cornerRadius && before.hidden == after.hidden &&
-                        before.clips == after.clips && nearlySame(before.frame, after.frame, tolerance) &&
-                        before.position == after.position;
+    const bool isSame =
+        sameColor(before.background, after.background, rules) &&
+        sameColor(before.borderColor, after.borderColor, rules) && before.borderWidth == after.borderWidth &&
+        before.cornerRadius == after.cornerRadius && before.hidden == after.hidden &&
+        before.clips == after.clips && nearlySame(before.frame, after.frame, rules.frameTolerance) &&
+        (rules.placesMayDiffer || before.position == after.position);
     return isSame && std::ranges::equal(before.sublayers, after.sublayers,
-                                        [tolerance](const LayerState& one, const LayerState& other) {
-                                            return sameLayers(one, other, tolerance);
+                                        [&rules](const LayerState& one, const LayerState& other) {
+                                            return sameLayers(one, other, rules);
                                         });
 }
 
 }  // namespace
 
-bool looksTheSame(const Picture& before, const Picture& after, double tolerance) {
-    return before.texts == after.texts && sameLayers(before.layers, after.layers, tolerance);
+bool looksTheSame(const Picture& before, const Picture& after, const Rules& rules) {
+    return before.texts == after.texts && sameLayers(before.layers, after.layers, rules);
 }
 
 ScreenModel::ScreenModel(const phone::Scenario& scenario)

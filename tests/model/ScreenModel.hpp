@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "model/Rules.hpp"
 #include "phone/Scenario.hpp"
 
 namespace mireth::model {
@@ -32,8 +33,8 @@ struct Picture {
 };
 
 /// True when a user would see no reaction: the texts are the same, and so are the layers but for the alpha of
-/// their colours and for frames that differ by less than `tolerance`.
-bool looksTheSame(const Picture& before, const Picture& after, double tolerance);
+/// their colours and for frames that differ by less than the tolerance.
+bool looksTheSame(const Picture& before, const Picture& after, const Rules& rules);
 
 class ScreenModel {
   public:
