@@ -148,17 +148,44 @@ TEST(HttpServer, SlowClientsDoNotHinderTheOthers) {
     slow.clear();
 }
 
+TEST(HttpServer, SlowClientsGiveWayToThoseThatWaitAndOnlyToThose) {
+    RunningReceiver receiver(R"({"default":{},"limits":{"connections":3}})");
+    std::list<RawConnection> slow;
+    for (int i = 0; i < 3; ++i) {
+        slow.emplace_back(receiver.port()).send("GET / HTTP/1.1\r\n");
+    }
+    // Alone they are left alone.
+    std::this_thread::sleep_for(2500ms);
+    const auto began = Clock::now();
+    EXPECT_EQ(receiver.get(config).status, 200);
+    EXPECT_LT(Clock::now() - began, 2s);
+    int left = 0;
+    for (const auto& connection : slow) {
+        connection.send("Host: localhost\r\n\r\n");
+        left += connection.receive().status == 200 ? 1 : 0;
+    }
+    EXPECT_EQ(left, 2);
+    EXPECT_NE(receiver.get("/metrics").body.find("connections_dropped_total 1\n"), std::string::npos);
+}
+
 TEST(HttpServer, ConnectionsPastTheLimitAreTurnedAway) {
     RunningReceiver receiver(R"({"default":{},"limits":{"connections":2}})");
-    const RawConnection first(receiver.port());
-    const RawConnection second(receiver.port());
-    const RawConnection third(receiver.port());
-    const auto response = third.receive();
+    // Two are served, two wait.
+    std::list<RawConnection> taken;
+    for (int i = 0; i < 4; ++i) {
+        taken.emplace_back(receiver.port());
+    }
+    const RawConnection surplus(receiver.port());
+    const auto response = surplus.receive();
     EXPECT_EQ(response.status, 503);
     EXPECT_TRUE(isUuid(response.header("x-request-id")));
-    // The two have not lost anything by it.
-    first.send("GET " + std::string(config) + " HTTP/1.1\r\n\r\n");
-    EXPECT_EQ(first.receive().status, 200);
+    // Nobody else has lost anything by it.
+    for (const auto& connection : taken) {
+        connection.send("GET " + std::string(config) + " HTTP/1.1\r\n\r\n");
+    }
+    for (const auto& connection : taken) {
+        EXPECT_EQ(connection.receive().status, 200);
+    }
 }
 
 TEST(HttpServer, AThreadIsUsedAgain) {

@@ -37,6 +37,7 @@ ConnectionStream::Head ConnectionStream::readHead() {
         if (got <= 0) {
             return Head::absent;
         }
+        patience_.moved(static_cast<std::uint64_t>(got));
         const std::size_t seen = ahead_.size() < 3 ? 0 : ahead_.size() - 3;
         ahead_.append(buffer.data(), static_cast<std::size_t>(got));
         const auto end = ahead_.find("\r\n\r\n", seen);
@@ -78,13 +79,20 @@ ssize_t ConnectionStream::read(char* into, std::size_t size) {
     }
     const auto got =
         transport_.read(into, static_cast<std::size_t>(std::min<std::uint64_t>(size, allowance_)));
-    allowance_ -= got > 0 ? static_cast<std::uint64_t>(got) : 0;
+    if (got > 0) {
+        allowance_ -= static_cast<std::uint64_t>(got);
+        patience_.moved(static_cast<std::uint64_t>(got));
+    }
     return got;
 }
 
 ssize_t ConnectionStream::write(const char* bytes, std::size_t size) {
     patience_.answerBegins();
-    return transport_.write({bytes, size}) ? static_cast<ssize_t>(size) : -1;
+    if (!transport_.write({bytes, size})) {
+        return -1;
+    }
+    patience_.moved(size);
+    return static_cast<ssize_t>(size);
 }
 
 // Nothing here asks who the client is.

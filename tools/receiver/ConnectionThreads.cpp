@@ -1,4 +1,4 @@
-// A pool that grows on demand up to its bound and has no queue beyond it.
+// A pool that grows on demand up to its bound and has a queue as long as that beyond it.
 #include "ConnectionThreads.hpp"
 
 #include <system_error>
@@ -14,19 +14,28 @@ void ConnectionThreads::enqueue(std::function<void()> job) {
 
 bool ConnectionThreads::handOver(std::function<void()>& job) {
     const std::lock_guard lock(mutex_);
-    if (idle_ <= jobs_.size()) {
-        if (threads_.size() >= most_) {
+    if (idle_ <= jobs_.size() && !startThread()) {
+        if (jobs_.size() - idle_ >= most_) {
             return false;
         }
-        try {
-            threads_.emplace_back([this] { work(); });
-        } catch (const std::system_error&) {
-            return false;  // the system has no thread left: as good as all being busy
-        }
-        ++idle_;  // it comes for the job below
+        crowd_.joined();
     }
     jobs_.push_back(std::move(job));
     changed_.notify_one();
+    return true;
+}
+
+// It comes for a job that is about to be queued.
+bool ConnectionThreads::startThread() {
+    if (threads_.size() >= most_) {
+        return false;
+    }
+    try {
+        threads_.emplace_back([this] { work(); });
+    } catch (const std::system_error&) {
+        return false;  // the system has no thread left: as good as all being busy
+    }
+    ++idle_;
     return true;
 }
 

@@ -62,7 +62,7 @@ class HttpServer::Listener final : private httplib::Server {
     Listener(const Limits& limits, RequestHandler& handler, const Environment& environment,
              std::shared_ptr<TlsContext> tls)
         : limits_(limits), handler_(handler), environment_(environment), tls_(std::move(tls)) {
-        new_task_queue = [this] { return new ConnectionThreads(limits_.connections); };
+        new_task_queue = [this] { return new ConnectionThreads(limits_.connections, crowd_); };
         // Not the library's SO_REUSEPORT: with it a second receiver would share the port silently.
         set_socket_options([](socket_t socket) {
             const int yes = 1;
@@ -234,9 +234,15 @@ class HttpServer::Listener final : private httplib::Server {
         if (::fcntl(socket, F_SETFL, O_NONBLOCK) != 0) {
             return false;
         }
-        Patience patience(limits_, stop_);
+        Patience patience(limits_, stop_, crowd_);
         const auto transport = tls_ ? tls_->accept(socket, patience) : plainTransport(socket, patience);
-        return transport && serve(*transport, patience);
+        const bool served = transport && serve(*transport, patience);
+        if (patience.gaveWay()) {
+            handler_.gaveWay();
+        } else {
+            crowd_.serveOne();
+        }
+        return served;
     }
 
     bool serve(Transport& transport, Patience& patience) {
@@ -296,6 +302,7 @@ class HttpServer::Listener final : private httplib::Server {
     std::thread accepting_;
     std::thread::id accepter_;  // written before the first connection is handed to another thread
     StopSignal stop_;
+    Crowd crowd_;
 };
 
 HttpServer::HttpServer(std::unique_ptr<Listener> listener) : listener_(std::move(listener)) {}

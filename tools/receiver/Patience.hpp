@@ -1,11 +1,14 @@
-// How long one connection may keep its thread: bounds on the head, on silence, on the whole request and, once
-// the server is stopping, on everything. Used by the connection's transport for every wait.
+// How long one connection may keep its thread: bounds on the head, on silence, on the whole request, on
+// slowness while others wait and, once the server is stopping, on everything. Used by the connection's
+// transport for every wait.
 #pragma once
 
 #include <atomic>
 #include <chrono>
+#include <cstdint>
 
 #include "Config.hpp"
+#include "Crowd.hpp"
 
 namespace mireth::receiver {
 
@@ -25,29 +28,40 @@ class StopSignal {
 /// One connection's; one thread.
 class Patience {
   public:
-    /// Starts counting. `stop` must outlive it.
-    Patience(const Limits& limits, const StopSignal& stop);
+    /// Starts counting. All three must outlive it.
+    Patience(const Limits& limits, const StopSignal& stop, Crowd& crowd);
 
     /// The head is complete: from here the bound of the whole request holds.
     void headCompleted() { deadline_ = began_ + requestTime_; }
-    /// The answer is to be written: however late it is, there is a little time for that, once.
+    /// The answer is to be written: however late it is, there is a little time for that, once, and more with
+    /// every piece of it that goes out.
     void answerBegins();
+    /// So many bytes came in or went out.
+    void moved(std::uint64_t bytes);
     /// From here on only `time` is left.
     void shorten(std::chrono::seconds time);
 
     /// Waits until `events` (as for poll) are there on `fd`. False when patience ends before or the wait
     /// fails.
-    bool wait(int fd, short events) const;
+    bool wait(int fd, short events);
+    /// Patience ended because others waited for the thread and this client was slow.
+    bool gaveWay() const { return gaveWay_; }
 
   private:
     using Clock = StopSignal::Clock;
 
+    bool isSlow(Clock::time_point now) const;
+
     const StopSignal& stop_;
+    Crowd& crowd_;
     const Clock::time_point began_;
     const std::chrono::seconds requestTime_;
     const std::chrono::seconds idleTime_;
     Clock::time_point deadline_;
     bool answering_ = false;
+    bool gaveWay_ = false;
+    Clock::time_point movingSince_;
+    std::uint64_t moved_ = 0;  ///< bytes since then
 };
 
 }  // namespace mireth::receiver

@@ -11,7 +11,7 @@ namespace {
 
 class PlainTransport final : public Transport {
   public:
-    PlainTransport(int fd, const Patience& patience) : fd_(fd), patience_(patience) {}
+    PlainTransport(int fd, Patience& patience) : fd_(fd), patience_(patience) {}
 
     std::ptrdiff_t read(char* into, std::size_t size) override {
         for (;;) {
@@ -37,7 +37,7 @@ class PlainTransport final : public Transport {
     int descriptor() const override { return fd_; }
 
   private:
-    bool mayRetry(short events) const {
+    bool mayRetry(short events) {
         if (errno == EINTR) {
             return true;
         }
@@ -45,12 +45,12 @@ class PlainTransport final : public Transport {
     }
 
     const int fd_;
-    const Patience& patience_;
+    Patience& patience_;
 };
 
 }  // namespace
 
-std::unique_ptr<Transport> plainTransport(int fd, const Patience& patience) {
+std::unique_ptr<Transport> plainTransport(int fd, Patience& patience) {
     return std::make_unique<PlainTransport>(fd, patience);
 }
 

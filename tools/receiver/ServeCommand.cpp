@@ -1,6 +1,8 @@
 // Puts the parts together: configuration, store, endpoints, server.
 #include "ServeCommand.hpp"
 
+#include <sys/resource.h>
+
 #include <csignal>
 #include <nlohmann/json.hpp>
 #include <ostream>
@@ -51,6 +53,15 @@ void announce(std::ostream& out, const ListenAddress& address, const ServeOption
     }
 }
 
+// A connection takes a descriptor or two, and what programs get without asking is too few for all of them.
+void allowManyDescriptors() {
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) == 0) {
+        limit.rlim_cur = limit.rlim_max;
+        ::setrlimit(RLIMIT_NOFILE, &limit);
+    }
+}
+
 void awaitSignal() {
     sigset_t wanted;
     sigemptyset(&wanted);
@@ -64,6 +75,7 @@ void awaitSignal() {
 
 int serve(const ServeOptions& options, std::ostream& out, std::ostream& errors) {
     const auto environment = Environment::real(errors);
+    allowManyDescriptors();
     auto address = ListenAddress::parse(options.listen);
     if (!address) {
         return fail(environment, address.error());

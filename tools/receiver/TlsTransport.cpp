@@ -19,7 +19,7 @@ struct Free {
 
 class TlsTransport final : public Transport {
   public:
-    TlsTransport(std::unique_ptr<SSL, Free> ssl, int fd, const Patience& patience)
+    TlsTransport(std::unique_ptr<SSL, Free> ssl, int fd, Patience& patience)
         : ssl_(std::move(ssl)), fd_(fd), patience_(patience) {}
 
     bool shakeHands() {
@@ -77,7 +77,7 @@ class TlsTransport final : public Transport {
 
     const std::unique_ptr<SSL, Free> ssl_;
     const int fd_;
-    const Patience& patience_;
+    Patience& patience_;
     bool broken_ = false;
 };
 
@@ -85,7 +85,7 @@ class OpenSslContext final : public TlsContext {
   public:
     explicit OpenSslContext(std::unique_ptr<SSL_CTX, Free> context) : context_(std::move(context)) {}
 
-    std::unique_ptr<Transport> accept(int fd, const Patience& patience) override {
+    std::unique_ptr<Transport> accept(int fd, Patience& patience) override {
         std::unique_ptr<SSL, Free> ssl(SSL_new(context_.get()));
         if (!ssl || SSL_set_fd(ssl.get(), fd) != 1) {
             return nullptr;

@@ -38,10 +38,10 @@ class TlsContext {
 
     /// Shakes hands on the connected, non-blocking socket `fd`; null when that fails. The context must
     /// outlive the result.
-    virtual std::unique_ptr<Transport> accept(int fd, const Patience& patience) = 0;
+    virtual std::unique_ptr<Transport> accept(int fd, Patience& patience) = 0;
 };
 
 /// `fd` must be non-blocking; it and `patience` must outlive the result.
-std::unique_ptr<Transport> plainTransport(int fd, const Patience& patience);
+std::unique_ptr<Transport> plainTransport(int fd, Patience& patience);
 
 }  // namespace mireth::receiver

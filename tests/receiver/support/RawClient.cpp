@@ -45,7 +45,8 @@ std::string RawResponse::header(const std::string& name) const {
     return found == headers.end() ? "" : found->second;
 }
 
-RawConnection::RawConnection(int port) : fd_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+RawConnection::RawConnection(int port, int receiveBuffer)
+    : fd_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(static_cast<std::uint16_t>(port));
@@ -53,6 +54,9 @@ RawConnection::RawConnection(int port) : fd_(::socket(AF_INET, SOCK_STREAM | SOC
     const timeval patience{.tv_sec = 20, .tv_usec = 0};
     ::setsockopt(fd_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
     ::setsockopt(fd_, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
+    if (receiveBuffer > 0) {
+        ::setsockopt(fd_, SOL_SOCKET, SO_RCVBUF, &receiveBuffer, sizeof receiveBuffer);
+    }
     if (::connect(fd_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         ::close(fd_);
         throw std::runtime_error("cannot connect");

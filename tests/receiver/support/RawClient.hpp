@@ -19,7 +19,8 @@ struct RawResponse {
 /// A connected socket on loopback; reads give up after 20 seconds.
 class RawConnection {
   public:
-    explicit RawConnection(int port);
+    /// `receiveBuffer` is the system's for what is not read yet, in bytes; 0: as large as it likes.
+    explicit RawConnection(int port, int receiveBuffer = 0);
     RawConnection(const RawConnection&) = delete;
     RawConnection& operator=(const RawConnection&) = delete;
     ~RawConnection();
