@@ -36,6 +36,32 @@ TEST(JsonText, RefusesARepeatedKeyAtAnyDepth) {
     EXPECT_TRUE(parseJson(R"([{"a":1},{"a":1}])", {.bytes = 100}));
 }
 
+// Ten thousands of keys in one object would take minutes.
+TEST(JsonText, RefusesTooManyKeysAndTooManyValuesEarly) {
+    const auto object = [](int keys) {
+        std::string text = "{";
+        for (int i = 0; i < keys; ++i) {
+            text += (i == 0 ? "\"" : ",\"") + std::to_string(i) + "\":0";
+        }
+        return text + "}";
+    };
+    EXPECT_TRUE(parseJson(object(256), {.bytes = 10'000'000}));
+    EXPECT_EQ(parseJson(object(257), {.bytes = 10'000'000}).error(), "with an object of more than 256 keys");
+    EXPECT_FALSE(parseJson(object(500'000), {.bytes = 10'000'000}));
+    EXPECT_TRUE(parseJson("[0,[],{}]", {.bytes = 100, .values = 4}));
+    // As many as there may be, which must not take time by the square of them.
+    std::string objects = "[{}";
+    for (int i = 2; i < 300'000; ++i) {
+        objects += ",{}";
+    }
+    EXPECT_TRUE(parseJson(objects + "]", {.bytes = 10'000'000}));
+    EXPECT_EQ(parseJson("[0,[],{}]", {.bytes = 100, .values = 3}).error(), "of more than 3 values");
+}
+
+TEST(JsonText, ItsComplaintsAreShortWhateverTheyQuote) {
+    EXPECT_LT(parseJson(std::string(100'000, '9'), {.bytes = 1'000'000}).error().size(), 200U);
+}
+
 TEST(JsonText, RefusesWhatIsNoJson) {
     for (const auto* const text :
          {"", "{", "nul", "[1,]", "{\"a\" 1}", "\"\xFF\"", "NaN", "[1e999]", "1 2"}) {

@@ -12,6 +12,12 @@
 #include "PrintableText.hpp"
 
 namespace mireth::receiver {
+namespace {
+
+// What is reported may quote a stranger, who must not fill the operator's log.
+constexpr std::size_t longestReport = 500;
+
+}  // namespace
 
 Environment Environment::real(std::ostream& errors) {
     auto guard = std::make_shared<std::mutex>();
@@ -26,7 +32,7 @@ Environment Environment::real(std::ostream& errors) {
         .report =
             [guard, &errors](std::string_view line) {
                 const std::lock_guard lock(*guard);
-                errors << "mireth-receiver: " << printableText(line) << std::endl;
+                errors << "mireth-receiver: " << printableText(line.substr(0, longestReport)) << std::endl;
             },
     };
 }

@@ -12,7 +12,9 @@ namespace mireth::receiver {
 
 struct JsonCaps {
     std::size_t bytes;
-    std::size_t depth = 16;  ///< nested arrays and objects
+    std::size_t depth = 16;        ///< nested arrays and objects
+    std::size_t keys = 256;        ///< in one object
+    std::size_t values = 300'000;  ///< in all, arrays and objects included
 };
 
 /// The value that `text` holds, keys in their order, or why there is none ("at byte 17: ...").

@@ -114,7 +114,7 @@ void requireSchema(const Database& database) {
         throw DatabaseError("it was written by a newer receiver");
     }
     if (found < schemaVersion) {
-        throw DatabaseError("it was written by an older receiver; serve from it once to bring it up to date");
+        throw DatabaseError("it was written by an older receiver");
     }
 }
 

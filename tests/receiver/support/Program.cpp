@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <fstream>
 #include <stdexcept>
 
 extern char** environ;
@@ -37,6 +38,8 @@ Program::Program(std::vector<std::string> arguments) {
         pointers.push_back(argument.data());
     }
     pointers.push_back(nullptr);
+    // What it complains of is read at its end.
+    ::fcntl(errors[0], F_SETPIPE_SZ, 1 << 20);
     posix_spawn_file_actions_t actions{};
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
@@ -73,6 +76,17 @@ std::string Program::readLine() {
 
 void Program::signal(int number) const {
     ::kill(process_, number);
+}
+
+std::uint64_t Program::peakMemory() const {
+    std::ifstream status("/proc/" + std::to_string(process_) + "/status");
+    for (std::string word; status >> word;) {
+        std::uint64_t kibibytes = 0;
+        if (word == "VmHWM:" && status >> kibibytes) {
+            return kibibytes * 1024;
+        }
+    }
+    throw std::runtime_error("the program has ended");
 }
 
 ProgramResult Program::wait() {

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <sys/types.h>
+
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -25,6 +27,8 @@ class Program {
     /// The next line of standard output, without its end.
     std::string readLine();
     void signal(int number) const;
+    /// The most memory it ever had, in bytes.
+    std::uint64_t peakMemory() const;
     /// Waits for the end.
     ProgramResult wait();
 
