@@ -21,14 +21,24 @@ async function seedHalfAnHour({ origin }, recorded) {
     return { id, chunks: chunks.length, events: timeline.length };
 }
 
-// When the page was painted first, and when the first picture of the video stood on it, in milliseconds from the request.
+// Runs in the page: notes when the first picture of a video was handed to the screen.
+function noteFirstFrame() {
+    const source = Object.getOwnPropertyDescriptor(HTMLMediaElement.prototype, 'src');
+    Object.defineProperty(HTMLMediaElement.prototype, 'src', { ...source, set(value) {
+        this.requestVideoFrameCallback((now, { presentationTime }) => { window.firstFrame ??= presentationTime; });
+        source.set.call(this, value);
+    } });
+}
+
+// When the page was painted first, and when the video's first picture was, in milliseconds from the request.
 async function load(browser, address) {
     const context = await browser.newContext({ viewport: { width: 1280, height: 800 } });
     const page = await context.newPage();
+    await page.addInitScript(noteFirstFrame);
     await page.goto(address, { waitUntil: 'commit' });
-    const times = await page.waitForFunction(() => document.querySelector('video.front') !== null && {
-        paint: performance.getEntriesByName('first-contentful-paint')[0].startTime, frame: performance.now(),
-    }, null, { polling: 'raf', timeout: 10000 });
+    const times = await page.waitForFunction(() => window.firstFrame !== undefined && {
+        paint: performance.getEntriesByName('first-contentful-paint')[0].startTime, frame: window.firstFrame,
+    }, null, { timeout: 10000 });
     const found = await times.jsonValue();
     await context.close();
     return found;

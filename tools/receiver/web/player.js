@@ -58,7 +58,8 @@ export class Player {
                 if (this.#reel.waiting && performance.now() < until) {
                     requestAnimationFrame(look);
                 } else {
-                    resolve();
+                    // Behind the frame that is being drawn.
+                    setTimeout(resolve);
                 }
             };
             look();
