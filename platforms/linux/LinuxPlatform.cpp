@@ -1,5 +1,8 @@
 #include "MirethVex/Linux/LinuxPlatform.hpp"
 
+#include <map>
+#include <optional>
+#include <string_view>
 #include <utility>
 
 #include "platforms/linux/media/CairoGraphics.hpp"
@@ -26,9 +29,24 @@ std::shared_ptr<JsonFileInformationDictionary> makeInformation(LinuxPlatformOpti
                : std::make_shared<JsonFileInformationDictionary>();
 }
 
-std::shared_ptr<LinuxDevice> makeDevice(const LinuxPlatformOptions& options) {
+/// Nothing for a name that stands for no idiom.
+std::optional<UserInterfaceIdiom> idiomNamed(std::string_view name) {
+    static const std::map<std::string_view, UserInterfaceIdiom> idioms{
+        {"phone", UserInterfaceIdiom::phone},
+        {"pad", UserInterfaceIdiom::pad},
+        {"desktop", UserInterfaceIdiom::desktop},
+        {"television", UserInterfaceIdiom::television}};
+    const auto found = idioms.find(name);
+    return found == idioms.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::shared_ptr<LinuxDevice> makeDevice(const LinuxPlatformOptions& options,
+                                        const InformationDictionary& information) {
     LinuxDeviceOptions device;
     device.idiom = options.idiom;
+    if (!device.idiom) {
+        device.idiom = idiomNamed(information.string(information_keys::deviceIdiom).value_or(""));
+    }
     return std::make_shared<LinuxDevice>(device);
 }
 
@@ -59,7 +77,7 @@ struct LinuxPlatform::Parts {
         all.mainQueue = mainQueue;
         all.background = std::make_shared<ThreadPoolExecutor>();
         all.clock = std::make_shared<SystemClock>();
-        all.device = makeDevice(options);
+        all.device = makeDevice(options, *information);
         all.application = application;
         all.information = information;
         all.userDefaults = userDefaults;

@@ -17,6 +17,9 @@ inline constexpr std::string_view keldaEndpointUrl = "KELDA_ENDPOINT_URL";
 inline constexpr std::string_view vexVersion = "VEX_VERSION";
 /// "true" lets the Linux platform speak plain http with any host, not with loopback hosts only.
 inline constexpr std::string_view allowInsecureHttp = "ALLOW_INSECURE_HTTP";
+/// "phone", "pad", "desktop" or "television": what the Linux platform takes the device for, whatever its
+/// chassis says. For development machines.
+inline constexpr std::string_view deviceIdiom = "DEVICE_IDIOM";
 /// The app's version.
 inline constexpr std::string_view appVersion = "CFBundleShortVersionString";
 }  // namespace information_keys

@@ -26,6 +26,18 @@ TEST(LinuxPlatform, OptionsReachTheServices) {
     EXPECT_EQ(services.files->userCachesDirectory().value(), "/somewhere");
 }
 
+TEST(LinuxPlatform, TheInformationDictionaryMayNameTheIdiomUnlessTheHostDoes) {
+    LinuxPlatformOptions options;
+    options.information.emplace()["DEVICE_IDIOM"] = "pad";
+    EXPECT_EQ(LinuxPlatform(options).services().device->userInterfaceIdiom(), UserInterfaceIdiom::pad);
+    options.idiom = UserInterfaceIdiom::phone;
+    EXPECT_EQ(LinuxPlatform(options).services().device->userInterfaceIdiom(), UserInterfaceIdiom::phone);
+    LinuxPlatformOptions wrong;
+    wrong.information.emplace()["DEVICE_IDIOM"] = "toaster";
+    EXPECT_EQ(LinuxPlatform(wrong).services().device->userInterfaceIdiom(),
+              LinuxPlatform().services().device->userInterfaceIdiom());
+}
+
 TEST(LinuxPlatform, TheMainLoopRunsUntilItIsStopped) {
     LinuxPlatform platform;
     int ran = 0;

@@ -20,7 +20,8 @@ struct LinuxPlatformOptions {
     /// The information dictionary. Absent: the file that the environment variable MIRETHVEX_INFO names, else
     /// MirethVex.info.json beside the executable.
     std::optional<std::map<std::string, std::string, std::less<>>> information;
-    /// The kind of device. Absent: what the system says of its chassis.
+    /// The kind of device. Absent: the information dictionary's "DEVICE_IDIOM", else what the system says of
+    /// its chassis.
     std::optional<UserInterfaceIdiom> idiom;
 
     // Where files go.
