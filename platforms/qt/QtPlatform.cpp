@@ -1,0 +1,136 @@
+#include "MirethVex/Qt/QtPlatform.hpp"
+
+#include <QWidget>
+#include <QWindow>
+#include <utility>
+
+#include "MirethVex/PublicSide/MirethSR.hpp"
+#include "platforms/qt/mirror/ClassCatalog.hpp"
+#include "platforms/qt/mirror/RecordedWindows.hpp"
+#include "platforms/qt/qml/QmlModule.hpp"
+#include "platforms/qt/system/QtApplication.hpp"
+#include "platforms/qt/system/QtMainQueue.hpp"
+
+namespace mireth::qt {
+
+using platform::LinuxPlatform;
+using platform::LinuxPlatformOptions;
+using platform::PlatformServices;
+
+struct QtPlatform::Parts {
+    explicit Parts(LinuxPlatformOptions options)
+        : linuxAnswers(std::move(options)), windows(makeWindows()), services(makeServices()) {}
+
+    std::shared_ptr<RecordedWindows> makeWindows() const {
+        RecordedWindow::Environment environment;
+        environment.clock = linuxAnswers.services().clock;
+        environment.mainQueue = mainQueue;
+        environment.appearance = appearance;
+        return std::make_shared<RecordedWindows>(std::move(environment));
+    }
+
+    PlatformServices makeServices() const {
+        PlatformServices all = linuxAnswers.services();
+        all.mainQueue = mainQueue;
+        all.application = std::make_shared<QtApplication>(windows, appearance);
+        return all;
+    }
+
+    const LinuxPlatform linuxAnswers;
+    const std::shared_ptr<QtMainQueue> mainQueue = std::make_shared<QtMainQueue>();
+    const std::shared_ptr<platform::AppearanceDelivery> appearance =
+        std::make_shared<platform::AppearanceDelivery>();
+    const std::shared_ptr<RecordedWindows> windows;
+    const PlatformServices services;
+};
+
+QtPlatform::QtPlatform(LinuxPlatformOptions options) : parts_(std::make_unique<Parts>(std::move(options))) {}
+
+QtPlatform::~QtPlatform() = default;
+
+PlatformServices QtPlatform::services() const {
+    return parts_->services;
+}
+
+std::shared_ptr<platform::Window> QtPlatform::windowOf(QWindow& window) const {
+    return parts_->windows->of(window);
+}
+
+std::shared_ptr<platform::Window> QtPlatform::windowOf(QWidget& widget) const {
+    return parts_->windows->of(widget);
+}
+
+std::vector<std::string> QtPlatform::warnings() const {
+    return parts_->linuxAnswers.warnings();
+}
+
+bool QtPlatform::runMainQueue(const std::function<bool()>& done, platform::Seconds limit) const {
+    return parts_->mainQueue->runOwnWork(done, limit);
+}
+
+namespace {
+
+/// What `MirethSR::shared()` stands on. Never destroyed: work may still run on its threads while the process
+/// ends.
+struct Installed {
+    QtPlatform* platform = nullptr;
+
+    static Installed& place() {
+        static Installed place;
+        return place;
+    }
+};
+
+template <class LiveWindow>
+InitializationResult initialize(const std::string& brandId, const std::string& projectId,
+                                LiveWindow* window) {
+    install();
+    const QtPlatform* const platform = Installed::place().platform;
+    return MirethSR::shared().initializeProject(
+        brandId, projectId, window != nullptr && platform != nullptr ? platform->windowOf(*window) : nullptr);
+}
+
+}  // namespace
+
+bool install(LinuxPlatformOptions options) {
+    registerQmlModule();
+    auto& installed = Installed::place();
+    if (installed.platform != nullptr) {
+        return false;
+    }
+    auto made = std::make_unique<QtPlatform>(std::move(options));
+    if (!MirethSR::installPlatformServices(made->services())) {
+        return false;
+    }
+    installed.platform = made.release();
+    return true;
+}
+
+InitializationResult initializeProject(const std::string& brandId, const std::string& projectId) {
+    return initialize<QWindow>(brandId, projectId, nullptr);
+}
+
+InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
+                                       QWindow* window) {
+    return initialize(brandId, projectId, window);
+}
+
+InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
+                                       QWidget* window) {
+    return initialize(brandId, projectId, window);
+}
+
+bool finishRecording(platform::Seconds patience) {
+    const QtPlatform* const platform = Installed::place().platform;
+    if (platform == nullptr || !MirethSR::shared().hasActiveSession()) {
+        return false;
+    }
+    const auto stopped = MirethSR::shared().stopRecording();
+    return platform->runMainQueue([&stopped] { return stopped.isReady(); }, patience);
+}
+
+const platform::ViewClass& viewClassNamed(const std::string& name) {
+    return registeredViewClass(name);
+}
+
+}  // namespace mireth::qt

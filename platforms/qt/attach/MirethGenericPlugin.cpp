@@ -1,0 +1,22 @@
+#include "platforms/qt/attach/MirethGenericPlugin.hpp"
+
+#include <QString>
+
+#include "Platform/Guarded.hpp"
+#include "platforms/qt/attach/Attachment.hpp"
+
+namespace mireth::qt {
+
+QObject* MirethGenericPlugin::create(const QString& name, const QString& /*specification*/) {
+    QObject* attachment = nullptr;
+    if (name.compare(QLatin1String("mireth"), Qt::CaseInsensitive) == 0) {
+        platform::guarded("the attaching to a program", [&attachment] {
+            if (auto settings = takeAttachSettings()) {
+                attachment = new Attachment(std::move(*settings));
+            }
+        });
+    }
+    return attachment;
+}
+
+}  // namespace mireth::qt

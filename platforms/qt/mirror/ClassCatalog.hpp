@@ -1,0 +1,75 @@
+// What is known of the classes of widgets and items: their names for the library, and how they are shown.
+#pragma once
+
+#include <QByteArray>
+#include <QMetaObject>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "MirethVex/Platform/ViewClass.hpp"
+
+namespace mireth::qt {
+
+/// What a widget or an item becomes in the mirror. The library masks labels, text fields, text views, images
+/// and hosted content; the rest is seen.
+enum class Shown {
+    /// Its place, its colours, and what lies in it. Nothing that it paints itself.
+    container,
+    /// Text, or anything whose looks are not known to be harmless.
+    label,
+    textField,
+    textView,
+    image,
+    /// Content of another kind that cannot be looked into.
+    hosted,
+    /// A rectangle of one colour or gradient.
+    rectangle,
+    /// Drawn by the style from a few numbers: a scroll bar, a slider, a dial.
+    styled,
+};
+
+struct MirroredClass {
+    const platform::ViewClass* viewClass = nullptr;
+    Shown shown = Shown::label;
+    /// True when an object without others in it shows nothing of its own either.
+    bool emptyIsHarmless = false;
+};
+
+/// The name by which a host knows a class: the C++ name, or `CardNumber` for the type of CardNumber.qml.
+/// Empty for a class that Qt made up for a single object.
+std::string className(const QMetaObject& type);
+
+/// True for a class that QML made: of a .qml file or of a single object.
+bool isDeclared(const QMetaObject& type);
+
+/// The class that the object was written in: the first one up that is of C++.
+const QMetaObject& writtenIn(const QMetaObject& type);
+
+/// The class called `name` to the library. One that has not been met yet is registered as a view's, so that a
+/// host can name classes to be masked before any object of theirs is made.
+const platform::ViewClass& registeredViewClass(std::string_view name);
+
+/// Remembers what it has found out. Main thread only.
+class ClassCatalog {
+  public:
+    /// Both for the object's own class and through all superclasses.
+    const MirroredClass& ofWidget(const QMetaObject& type) { return find(type, Family::widget); }
+    const MirroredClass& ofItem(const QMetaObject& type) { return find(type, Family::item); }
+
+  private:
+    enum class Family { widget, item };
+
+    struct Entry {
+        /// A class of QML's may go, and another one come to lie at its place.
+        QByteArray name;
+        const QMetaObject* superclass = nullptr;
+        MirroredClass mirrored;
+    };
+
+    const MirroredClass& find(const QMetaObject& type, Family family);
+
+    std::unordered_map<const QMetaObject*, Entry> entries_;
+};
+
+}  // namespace mireth::qt

@@ -1,0 +1,101 @@
+#include "platforms/qt/mirror/ItemMirror.hpp"
+
+#include <QTransform>
+#include <algorithm>
+
+#include "platforms/qt/mirror/LayerValues.hpp"
+#include "platforms/qt/mirror/MarkingProperties.hpp"
+#include "platforms/qt/mirror/RectangleLook.hpp"
+#include "platforms/qt/mirror/StateText.hpp"
+
+namespace mireth::qt {
+
+using platform::Layer;
+using platform::View;
+
+namespace {
+
+bool isSeen(const QQuickItem& item) {
+    return item.isVisible() && item.opacity() > 0;
+}
+
+QTransform transformToParent(const QQuickItem& item) {
+    QQuickItem* const parent = item.parentItem();
+    bool isKnown = false;
+    const QTransform transform = parent != nullptr ? item.itemTransform(parent, &isKnown) : QTransform();
+    return isKnown ? transform : QTransform::fromTranslate(item.x(), item.y());
+}
+
+bool liesBehindItsParent(const QQuickItem* item) {
+    return item->z() < 0 && isSeen(*item);
+}
+
+/// What the item itself shows, moved into a view of its own that lies above the children with a z below 0.
+void moveLookIntoSubview(View& view, const platform::ViewClass& viewClass) {
+    auto look = std::make_shared<View>(viewClass);
+    Layer& own = view.mutableLayer();
+    look->setFrame({0, 0, own.geometry.bounds.width, own.geometry.bounds.height});
+    look->mutableLayer().content = own.content;
+    look->mutableLayer().appearance = own.appearance;
+    look->mutableLayer().appearance.opacity = 1;
+    own.content = {};
+    own.appearance.backgroundColor.reset();
+    own.appearance.borderWidth = 0;
+    own.appearance.cornerRadius = 0;
+    view.addSubview(look);
+}
+
+}  // namespace
+
+std::shared_ptr<View> ItemMirror::viewOf(QQuickItem& item) {
+    screens_.look(item);
+    const QTransform toParent = transformToParent(item);
+    auto mirrored = classOf(item);
+    if (!toParent.isAffine()) {
+        // Turned out of the plane: its place is known, but not how it looks.
+        mirrored.shown = Shown::label;
+    }
+    auto view = views_.make(mirrored);
+    Layer& layer = view->mutableLayer();
+    place(layer, {item.width(), item.height()}, toParent);
+    layer.geometry.zPosition = item.z();
+    layer.appearance.opacity = item.opacity();
+    layer.appearance.allowsGroupOpacity = false;
+    layer.appearance.masksToBounds = item.clip();
+    describeState(item, *view);
+    if (mirrored.shown == Shown::rectangle) {
+        addRectangleLook(item, layer);
+    }
+    if (mirrored.shown == Shown::container || mirrored.shown == Shown::rectangle) {
+        addChildren(item, *view);
+    }
+    return view;
+}
+
+MirroredClass ItemMirror::classOf(const QQuickItem& item) {
+    MirroredClass mirrored = catalog_.ofItem(*item.metaObject());
+    if (mirrored.shown == Shown::label && !item.flags().testFlag(QQuickItem::ItemHasContents)) {
+        // It draws nothing itself.
+        mirrored.shown = Shown::container;
+    }
+    if (depth_ >= maximumMirrorDepth || isMarkedAsMasked(item)) {
+        mirrored.shown = Shown::label;
+    }
+    return mirrored;
+}
+
+void ItemMirror::addChildren(const QQuickItem& item, View& view) {
+    const auto children = item.childItems();
+    if (std::ranges::any_of(children, liesBehindItsParent)) {
+        moveLookIntoSubview(view, view.viewClass());
+    }
+    ++depth_;
+    for (QQuickItem* const child : children) {
+        if (isSeen(*child)) {
+            view.addSubview(viewOf(*child));
+        }
+    }
+    --depth_;
+}
+
+}  // namespace mireth::qt

@@ -1,0 +1,33 @@
+// Makes views of a tree of Qt Quick items.
+#pragma once
+
+#include <QQuickItem>
+#include <cstddef>
+#include <memory>
+
+#include "MirethVex/Platform/View.hpp"
+#include "platforms/qt/mirror/ClassCatalog.hpp"
+#include "platforms/qt/mirror/MirroredViews.hpp"
+#include "platforms/qt/screens/SeenScreens.hpp"
+
+namespace mireth::qt {
+
+/// One pass. Reads the items' properties; what an item draws is not looked at. Main thread only.
+class ItemMirror {
+  public:
+    ItemMirror(ClassCatalog& catalog, const MirroredViews& views, SeenScreens& screens)
+        : catalog_(catalog), views_(views), screens_(screens) {}
+
+    std::shared_ptr<platform::View> viewOf(QQuickItem& item);
+
+  private:
+    MirroredClass classOf(const QQuickItem& item);
+    void addChildren(const QQuickItem& item, platform::View& view);
+
+    ClassCatalog& catalog_;
+    const MirroredViews& views_;
+    SeenScreens& screens_;
+    std::size_t depth_ = 0;
+};
+
+}  // namespace mireth::qt

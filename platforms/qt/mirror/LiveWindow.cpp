@@ -1,0 +1,124 @@
+#include "platforms/qt/mirror/LiveWindow.hpp"
+
+#include <QApplication>
+#include <QGuiApplication>
+
+namespace mireth::qt {
+
+namespace {
+
+/// The widget that fills `window`; null for a window without widgets.
+QWidget* widgetOf(const QWindow& window) {
+    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+        return nullptr;
+    }
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        if (widget->windowHandle() == &window) {
+            return widget;
+        }
+    }
+    return nullptr;
+}
+
+/// Kinds of window that come and go above another one.
+bool isPassing(Qt::WindowType type) {
+    switch (type) {
+        case Qt::Dialog:
+        case Qt::Sheet:
+        case Qt::Drawer:
+        case Qt::Popup:
+        case Qt::Tool:
+        case Qt::ToolTip:
+        case Qt::SplashScreen:
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool standsAbove(const QWindow& window, const QWindow& below) {
+    if (window.transientParent() == nullptr) {
+        return isPassing(window.type());
+    }
+    for (const QWindow* parent = window.transientParent(); parent != nullptr;
+         parent = parent->transientParent()) {
+        if (parent == &below) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+LiveWindow::LiveWindow(QWindow& window) : window_(&window), widget_(widgetOf(window)) {}
+
+QWindow* LiveWindow::window() const {
+    if (window_ != nullptr) {
+        return window_;
+    }
+    return widget_ != nullptr ? widget_->windowHandle() : nullptr;
+}
+
+QQuickWindow* LiveWindow::quickWindow() const {
+    return widget_ != nullptr ? nullptr : qobject_cast<QQuickWindow*>(window());
+}
+
+bool LiveWindow::isVisible() const {
+    if (widget_ != nullptr) {
+        return widget_->isVisible();
+    }
+    const QWindow* const live = window();
+    return live != nullptr && live->isVisible();
+}
+
+Size LiveWindow::size() const {
+    QSize size;
+    if (widget_ != nullptr) {
+        size = widget_->size();
+    } else if (const QWindow* const live = window()) {
+        size = live->size();
+    }
+    return {static_cast<double>(size.width()), static_cast<double>(size.height())};
+}
+
+double LiveWindow::scale() const {
+    const QWindow* const live = window();
+    const double scale = live != nullptr ? live->devicePixelRatio() : 1.0;
+    return scale > 0 ? scale : 1.0;
+}
+
+Point LiveWindow::origin() const {
+    const QWindow* const live = window();
+    const QPoint origin = live != nullptr ? live->mapToGlobal(QPoint(0, 0)) : QPoint();
+    return {static_cast<double>(origin.x()), static_cast<double>(origin.y())};
+}
+
+QColor LiveWindow::backgroundColor() const {
+    if (widget_ != nullptr) {
+        return widget_->palette().color(widget_->backgroundRole());
+    }
+    const QQuickWindow* const quick = quickWindow();
+    return quick != nullptr ? quick->color() : QColor();
+}
+
+std::vector<LiveWindow> LiveWindow::windowsAbove() const {
+    std::vector<LiveWindow> above;
+    const QWindow* const below = window();
+    if (below == nullptr) {
+        return above;
+    }
+    for (QWindow* const candidate : QGuiApplication::topLevelWindows()) {
+        if (candidate != below && candidate->isVisible() && standsAbove(*candidate, *below)) {
+            above.emplace_back(*candidate);
+        }
+    }
+    return above;
+}
+
+bool LiveWindow::operator==(const LiveWindow& other) const {
+    return window() == other.window() && widget_ == other.widget_ &&
+           (window() != nullptr || widget_ != nullptr);
+}
+
+}  // namespace mireth::qt

@@ -1,0 +1,42 @@
+#include "platforms/qt/mirror/RecordedWindow.hpp"
+
+#include "platforms/qt/mirror/LayerValues.hpp"
+
+namespace mireth::qt {
+
+RecordedWindow::RecordedWindow(const LiveWindow& live, const Environment& environment)
+    : Window(live.size(), live.scale()),
+      live_(live),
+      screens_(environment.appearance, environment.mainQueue, [this] { lookAgain(); }),
+      touches_(*this, live, environment.clock) {
+    rootLayer_.appearance.masksToBounds = true;
+}
+
+const std::vector<std::shared_ptr<platform::View>>& RecordedWindow::subviews() const {
+    lastPass_ = SteadyClock::now();
+    SeenScreens seen;
+    mirrored_ = mirror_.viewsOf(live_, seen);
+    screens_.update(seen);
+    return mirrored_;
+}
+
+void RecordedWindow::lookAgain() const {
+    // Two passes a second: one that is longer ago was of a recording that is over or paused.
+    constexpr std::chrono::seconds recently(1);
+    if (SteadyClock::now() - lastPass_ < recently) {
+        SeenScreens seen;
+        (void)mirror_.viewsOf(live_, seen);
+        screens_.update(seen);
+    }
+}
+
+const platform::Layer& RecordedWindow::layer() const {
+    if (live_.window() != nullptr || live_.widget() != nullptr) {
+        const Size size = live_.size();
+        rootLayer_.setFrame({0, 0, size.width, size.height});
+        rootLayer_.appearance.backgroundColor = colorOf(live_.backgroundColor());
+    }
+    return rootLayer_;
+}
+
+}  // namespace mireth::qt

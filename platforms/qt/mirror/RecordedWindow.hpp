@@ -1,0 +1,53 @@
+// The window that the library records: a mirror of one of the app's windows.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <vector>
+
+#include "MirethVex/Platform/AppearanceDelivery.hpp"
+#include "MirethVex/Platform/Clock.hpp"
+#include "MirethVex/Platform/MainQueue.hpp"
+#include "MirethVex/Platform/Window.hpp"
+#include "platforms/qt/mirror/LiveWindow.hpp"
+#include "platforms/qt/mirror/ViewMirror.hpp"
+#include "platforms/qt/screens/ScreenWatch.hpp"
+#include "platforms/qt/touch/TouchSource.hpp"
+
+namespace mireth::qt {
+
+/// Its subviews are made anew, in one pass, each time they are asked for, so that all of them show the same
+/// instant. When the app's window is gone it keeps its last size and is empty. Main thread only.
+class RecordedWindow final : public platform::Window {
+  public:
+    /// What a window takes from the platform.
+    struct Environment {
+        std::shared_ptr<platform::Clock> clock;
+        std::shared_ptr<platform::MainQueue> mainQueue;
+        std::shared_ptr<const platform::AppearanceDelivery> appearance;
+    };
+
+    RecordedWindow(const LiveWindow& live, const Environment& environment);
+
+    const LiveWindow& live() const noexcept { return live_; }
+
+    const std::vector<std::shared_ptr<platform::View>>& subviews() const override;
+    const platform::Layer& layer() const override;
+    double screenScale() const override { return live_.scale(); }
+
+  private:
+    using SteadyClock = std::chrono::steady_clock;
+
+    /// Only while the window is being recorded.
+    void lookAgain() const;
+
+    const LiveWindow live_;
+    mutable ViewMirror mirror_;
+    mutable platform::Layer rootLayer_;
+    mutable std::vector<std::shared_ptr<platform::View>> mirrored_;
+    mutable ScreenWatch screens_;
+    mutable SteadyClock::time_point lastPass_;
+    TouchSource touches_;
+};
+
+}  // namespace mireth::qt

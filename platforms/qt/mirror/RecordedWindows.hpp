@@ -1,0 +1,31 @@
+// Which of the library's windows stands for which of Qt's.
+#pragma once
+
+#include <QWidget>
+#include <QWindow>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "platforms/qt/mirror/RecordedWindow.hpp"
+
+namespace mireth::qt {
+
+/// Main thread only. A window that is still in use somewhere is given out again, not made anew.
+class RecordedWindows {
+  public:
+    explicit RecordedWindows(RecordedWindow::Environment environment)
+        : environment_(std::move(environment)) {}
+
+    std::shared_ptr<RecordedWindow> of(QWindow& window);
+    /// The top-level window that holds `widget`; it need not be shown yet.
+    std::shared_ptr<RecordedWindow> of(QWidget& widget);
+
+  private:
+    std::shared_ptr<RecordedWindow> find(const LiveWindow& live);
+
+    const RecordedWindow::Environment environment_;
+    std::vector<std::weak_ptr<RecordedWindow>> known_;
+};
+
+}  // namespace mireth::qt

@@ -1,0 +1,93 @@
+#include "platforms/qt/mirror/RectangleLook.hpp"
+
+#include <QGradient>
+#include <QImage>
+#include <QJSValue>
+#include <QPainter>
+#include <QQmlListReference>
+#include <QVariant>
+#include <optional>
+
+#include "platforms/qt/mirror/LayerValues.hpp"
+
+namespace mireth::qt {
+
+namespace {
+
+struct Gradient {
+    QGradientStops stops;
+    bool isHorizontal = false;
+};
+
+Gradient gradientOf(QObject& object) {
+    Gradient gradient;
+    const QQmlListReference stops(&object, "stops");
+    for (qsizetype index = 0; index < stops.count(); ++index) {
+        if (const QObject* const stop = stops.at(index)) {
+            gradient.stops.append(
+                {stop->property("position").toReal(), stop->property("color").value<QColor>()});
+        }
+    }
+    gradient.isHorizontal = object.property("orientation").toInt() == Qt::Horizontal;
+    return gradient;
+}
+
+/// The property holds a Gradient or the number of one that Qt has ready.
+std::optional<Gradient> gradientOf(const QQuickItem& item) {
+    const QVariant value = item.property("gradient");
+    const auto script = value.value<QJSValue>();
+    if (script.isQObject()) {
+        return gradientOf(*script.toQObject());
+    }
+    const bool isPreset = script.isNumber() || script.isString();
+    if (!isPreset) {
+        return std::nullopt;
+    }
+    return Gradient{QGradient(static_cast<QGradient::Preset>(script.toInt())).stops(), false};
+}
+
+/// As a strip of pixels that is drawn out to the whole layer.
+platform::Image stripOf(const Gradient& gradient) {
+    constexpr int length = 64;
+    QImage strip(gradient.isHorizontal ? length : 1, gradient.isHorizontal ? 1 : length,
+                 QImage::Format_ARGB32_Premultiplied);
+    strip.fill(Qt::transparent);
+    QLinearGradient along(QPointF(0, 0),
+                          QPointF(strip.width() > 1 ? length : 0, strip.width() > 1 ? 0 : length));
+    along.setStops(gradient.stops);
+    QPainter painter(&strip);
+    painter.fillRect(strip.rect(), along);
+    painter.end();
+    return imageOf(strip);
+}
+
+void addBorder(const QQuickItem& item, platform::Layer& layer) {
+    const auto* const border = item.property("border").value<QObject*>();
+    if (border == nullptr) {
+        return;
+    }
+    const double width = border->property("width").toDouble();
+    const auto color = border->property("color").value<QColor>();
+    // A border that was never set has these two values, too, and is not drawn.
+    const bool isUnset = width == 1 && color == QColor(Qt::black);
+    if (!isUnset && width > 0) {
+        layer.appearance.borderWidth = width;
+        layer.appearance.borderColor = colorOf(color);
+    }
+}
+
+}  // namespace
+
+void addRectangleLook(const QQuickItem& item, platform::Layer& layer) {
+    layer.appearance.cornerRadius = item.property("radius").toDouble();
+    if (const auto gradient = gradientOf(item)) {
+        layer.content.contents = stripOf(*gradient);
+        // Contents are cut to round corners only together with what lies in the layer.
+        layer.appearance.masksToBounds |= item.childItems().isEmpty();
+    } else {
+        layer.appearance.backgroundColor = colorOf(item.property("color").value<QColor>());
+    }
+    addBorder(item, layer);
+}
+
+}  // namespace mireth::qt

@@ -1,0 +1,128 @@
+#include "platforms/qt/mirror/StyledContents.hpp"
+
+#include <QAbstractSlider>
+#include <QDial>
+#include <QImage>
+#include <QPainter>
+#include <QScrollBar>
+#include <QSlider>
+#include <QStyle>
+#include <QStyleOptionSlider>
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+#include "platforms/qt/mirror/LayerValues.hpp"
+
+namespace mireth::qt {
+
+namespace {
+
+/// Larger ones are not worth a picture.
+constexpr int maximumSide = 8192;
+
+bool drawsNothingElse(const QStyle& style) {
+    constexpr std::array<std::string_view, 2> known{"QFusionStyle", "QWindowsStyle"};
+    return std::ranges::find(known, std::string_view(style.metaObject()->className())) != known.end();
+}
+
+QStyle::ComplexControl controlOf(const QAbstractSlider& slider) {
+    if (qobject_cast<const QScrollBar*>(&slider) != nullptr) {
+        return QStyle::CC_ScrollBar;
+    }
+    return qobject_cast<const QDial*>(&slider) != nullptr ? QStyle::CC_Dial : QStyle::CC_Slider;
+}
+
+QStyleOptionSlider optionOf(const QAbstractSlider& slider) {
+    QStyleOptionSlider option;
+    option.initFrom(&slider);
+    // Styles keep the state of their animations in the object they are given.
+    option.styleObject = nullptr;
+    option.rect = QRect(QPoint(0, 0), slider.size());
+    // The arrows, which are drawn in the colours of texts.
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        option.palette.setColor(role, option.palette.color(QPalette::Dark));
+    }
+    option.state.setFlag(QStyle::State_Horizontal, slider.orientation() == Qt::Horizontal);
+    option.state.setFlag(QStyle::State_MouseOver, false);
+    option.state.setFlag(QStyle::State_HasFocus, false);
+    option.orientation = slider.orientation();
+    option.minimum = slider.minimum();
+    option.maximum = slider.maximum();
+    option.sliderPosition = slider.sliderPosition();
+    option.sliderValue = slider.value();
+    option.singleStep = slider.singleStep();
+    option.pageStep = slider.pageStep();
+    option.upsideDown = slider.orientation() == Qt::Horizontal
+                            ? slider.invertedAppearance() != (option.direction == Qt::RightToLeft)
+                            : !slider.invertedAppearance();
+    option.subControls = QStyle::SC_All;
+    if (const auto* const ticked = qobject_cast<const QSlider*>(&slider)) {
+        option.tickPosition = ticked->tickPosition();
+        option.tickInterval = ticked->tickInterval();
+    }
+    if (const auto* const dial = qobject_cast<const QDial*>(&slider)) {
+        option.dialWrapping = dial->wrapping();
+        option.notchTarget = dial->notchTarget();
+        option.subControls.setFlag(QStyle::SC_DialTickmarks, dial->notchesVisible());
+    }
+    if (controlOf(slider) == QStyle::CC_ScrollBar) {
+        option.upsideDown = slider.invertedAppearance();
+    }
+    return option;
+}
+
+std::vector<std::int64_t> numbersOf(const QStyleOptionSlider& option, const QPalette& palette,
+                                    const QStyle& style) {
+    return {option.rect.width(),
+            option.rect.height(),
+            static_cast<std::int64_t>(static_cast<int>(option.state)),
+            static_cast<std::int64_t>(option.orientation),
+            option.minimum,
+            option.maximum,
+            option.sliderPosition,
+            option.pageStep,
+            static_cast<std::int64_t>(option.upsideDown),
+            static_cast<std::int64_t>(option.tickPosition),
+            option.tickInterval,
+            static_cast<std::int64_t>(option.dialWrapping),
+            static_cast<std::int64_t>(static_cast<int>(option.subControls)),
+            palette.cacheKey(),
+            static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(&style))};
+}
+
+}  // namespace
+
+platform::Image StyledContents::of(const QWidget& widget) {
+    const auto* const slider = qobject_cast<const QAbstractSlider*>(&widget);
+    const QStyle& style = *widget.style();
+    if (slider == nullptr || !drawsNothingElse(style) || widget.width() > maximumSide ||
+        widget.height() > maximumSide) {
+        return {};
+    }
+    const QStyleOptionSlider option = optionOf(*slider);
+    auto numbers = numbersOf(option, widget.palette(), style);
+    Kept& kept = kept_[&widget];
+    kept.wasSeen = true;
+    if (kept.numbers != numbers) {
+        QImage picture(widget.size(), QImage::Format_ARGB32_Premultiplied);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        style.drawComplexControl(controlOf(*slider), &option, &painter, nullptr);
+        painter.end();
+        kept.image = imageOf(picture);
+        kept.numbers = std::move(numbers);
+    }
+    return kept.image;
+}
+
+void StyledContents::endPass() {
+    for (auto entry = kept_.begin(); entry != kept_.end();) {
+        const bool wasSeen = std::exchange(entry->second.wasSeen, false);
+        entry = wasSeen ? std::next(entry) : kept_.erase(entry);
+    }
+}
+
+}  // namespace mireth::qt

@@ -1,0 +1,112 @@
+#include "platforms/qt/mirror/WidgetMirror.hpp"
+
+#include <QFrame>
+#include <QGroupBox>
+#include <vector>
+
+#include "platforms/qt/mirror/LayerValues.hpp"
+#include "platforms/qt/mirror/MarkingProperties.hpp"
+#include "platforms/qt/mirror/StateText.hpp"
+
+namespace mireth::qt {
+
+using platform::Layer;
+using platform::View;
+
+namespace {
+
+/// Back to front. A child that is a window of its own stands elsewhere.
+std::vector<QWidget*> visibleChildren(const QWidget& widget) {
+    std::vector<QWidget*> children;
+    for (QObject* const object : widget.children()) {
+        if (!object->isWidgetType()) {
+            continue;
+        }
+        auto* const child = static_cast<QWidget*>(object);
+        if (!child->isWindow() && child->isVisible() && !child->size().isEmpty()) {
+            children.push_back(child);
+        }
+    }
+    return children;
+}
+
+bool isLine(const QFrame& frame) {
+    return frame.frameShape() == QFrame::HLine || frame.frameShape() == QFrame::VLine;
+}
+
+bool hasFrame(const QWidget& widget) {
+    if (const auto* const box = qobject_cast<const QGroupBox*>(&widget)) {
+        return !box->isFlat();
+    }
+    const auto* const frame = qobject_cast<const QFrame*>(&widget);
+    return frame != nullptr && !isLine(*frame) && frame->frameShape() != QFrame::NoFrame &&
+           frame->frameWidth() > 0;
+}
+
+void addBackground(const QWidget& widget, Layer& layer) {
+    if (widget.autoFillBackground() && !widget.testAttribute(Qt::WA_NoSystemBackground)) {
+        layer.appearance.backgroundColor = colorOf(widget.palette().color(widget.backgroundRole()));
+    }
+}
+
+void addFrame(const QWidget& widget, Layer& layer) {
+    const auto edge = colorOf(widget.palette().color(QPalette::Mid));
+    if (const auto* const frame = qobject_cast<const QFrame*>(&widget); frame != nullptr && isLine(*frame)) {
+        layer.appearance.backgroundColor = edge;
+    } else if (hasFrame(widget)) {
+        layer.appearance.borderWidth = 1;
+        layer.appearance.borderColor = edge;
+    }
+}
+
+}  // namespace
+
+std::shared_ptr<View> WidgetMirror::viewOf(QWidget& window) {
+    auto view = copy(window);
+    view->setFrame({0, 0, static_cast<double>(window.width()), static_cast<double>(window.height())});
+    return view;
+}
+
+std::shared_ptr<View> WidgetMirror::copy(QWidget& widget) {
+    screens_.look(widget);
+    const auto children = visibleChildren(widget);
+    const auto mirrored = classOf(widget, !children.empty());
+    auto view = views_.make(mirrored);
+    view->setFrame({static_cast<double>(widget.x()), static_cast<double>(widget.y()),
+                    static_cast<double>(widget.width()), static_cast<double>(widget.height())});
+    addOwnLook(widget, mirrored.shown, view->mutableLayer());
+    describeState(widget, *view);
+    if (mirrored.shown == Shown::container) {
+        ++depth_;
+        for (QWidget* const child : children) {
+            view->addSubview(copy(*child));
+        }
+        --depth_;
+    }
+    return view;
+}
+
+MirroredClass WidgetMirror::classOf(const QWidget& widget, bool hasChildren) {
+    MirroredClass mirrored = catalog_.ofWidget(*widget.metaObject());
+    const bool isUnknownLeaf =
+        mirrored.shown == Shown::container && !hasChildren && !mirrored.emptyIsHarmless;
+    if (isUnknownLeaf || depth_ >= maximumMirrorDepth || isMarkedAsMasked(widget)) {
+        mirrored.shown = Shown::label;
+    }
+    return mirrored;
+}
+
+void WidgetMirror::addOwnLook(const QWidget& widget, Shown shown, Layer& layer) {
+    layer.appearance.masksToBounds = true;
+    if (shown == Shown::container) {
+        addBackground(widget, layer);
+        addFrame(widget, layer);
+    } else if (shown == Shown::styled) {
+        layer.content.contents = contents_.of(widget);
+        if (!layer.content.contents.hasBitmap()) {
+            layer.appearance.backgroundColor = colorOf(widget.palette().color(QPalette::Mid));
+        }
+    }
+}
+
+}  // namespace mireth::qt

@@ -1,0 +1,39 @@
+// Makes views of a tree of widgets.
+#pragma once
+
+#include <QWidget>
+#include <cstddef>
+#include <memory>
+
+#include "MirethVex/Platform/View.hpp"
+#include "platforms/qt/mirror/ClassCatalog.hpp"
+#include "platforms/qt/mirror/MirroredViews.hpp"
+#include "platforms/qt/mirror/StyledContents.hpp"
+#include "platforms/qt/screens/SeenScreens.hpp"
+
+namespace mireth::qt {
+
+/// One pass. Reads the widgets and paints none of them. Main thread only.
+class WidgetMirror {
+  public:
+    WidgetMirror(ClassCatalog& catalog, const MirroredViews& views, StyledContents& contents,
+                 SeenScreens& screens)
+        : catalog_(catalog), views_(views), contents_(contents), screens_(screens) {}
+
+    /// The window itself lies at the origin; its background is left to whoever places it.
+    std::shared_ptr<platform::View> viewOf(QWidget& window);
+
+  private:
+    /// How the widget is shown, its own property and what lies in it considered.
+    MirroredClass classOf(const QWidget& widget, bool hasChildren);
+    std::shared_ptr<platform::View> copy(QWidget& widget);
+    void addOwnLook(const QWidget& widget, Shown shown, platform::Layer& layer);
+
+    ClassCatalog& catalog_;
+    const MirroredViews& views_;
+    StyledContents& contents_;
+    SeenScreens& screens_;
+    std::size_t depth_ = 0;
+};
+
+}  // namespace mireth::qt

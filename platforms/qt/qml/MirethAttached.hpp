@@ -1,0 +1,40 @@
+// What QML says of single items: `Mireth.masked: true`, `Mireth.screen: "Checkout"`.
+#pragma once
+
+#include <QObject>
+#include <QQmlEngine>
+#include <QString>
+
+namespace mireth::qt {
+
+/// Attached to an item, a window, a pop-up or a dialog. It leaves its values in properties of the item, where
+/// the mirror finds them, so for a pop-up in those of the item that shows it.
+class MirethAttached final : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool masked READ isMasked WRITE setMasked NOTIFY maskedChanged)
+    Q_PROPERTY(QString screen READ screen WRITE setScreen NOTIFY screenChanged)
+    QML_ATTACHED(MirethAttached)
+
+  public:
+    explicit MirethAttached(QObject* attachee);
+
+    static MirethAttached* qmlAttachedProperties(QObject* attachee) { return new MirethAttached(attachee); }
+
+    bool isMasked() const { return isMasked_; }
+    void setMasked(bool masked);
+    QString screen() const { return screen_; }
+    void setScreen(const QString& screen);
+
+  Q_SIGNALS:
+    void maskedChanged();
+    void screenChanged();
+
+  private Q_SLOTS:
+    void leaveValues();
+
+  private:
+    bool isMasked_ = false;
+    QString screen_;
+};
+
+}  // namespace mireth::qt

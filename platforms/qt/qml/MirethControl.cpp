@@ -1,0 +1,86 @@
+#include "platforms/qt/qml/MirethControl.hpp"
+
+#include <QPointer>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <string_view>
+#include <utility>
+
+#include "MirethVex/MirethVex.hpp"
+#include "MirethVex/Qt/QtPlatform.hpp"
+
+namespace mireth::qt {
+
+namespace {
+
+QString textOf(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QString textOf(const std::optional<std::string>& text) {
+    return text ? textOf(std::string_view(*text)) : QString();
+}
+
+/// Null for what is neither a window nor in one.
+QWindow* windowOf(QObject* object) {
+    if (auto* const item = qobject_cast<QQuickItem*>(object)) {
+        return item->window();
+    }
+    return qobject_cast<QWindow*>(object);
+}
+
+VexConfiguration configurationFor(const QStringList& typesToMask) {
+    VexConfiguration configuration;
+    for (const QString& type : typesToMask) {
+        configuration.additionalViewTypesToMask.push_back(&viewClassNamed(type.toStdString()));
+    }
+    return configuration;
+}
+
+}  // namespace
+
+void MirethControl::start(const QString& brandId, const QString& projectId, QObject* window) {
+    const auto initialized =
+        initializeProject(brandId.toStdString(), projectId.toStdString(), windowOf(window));
+    if (initialized != InitializationResult::success) {
+        Q_EMIT started(textOf(caseName(initialized)), {}, {});
+        return;
+    }
+    auto result = MirethSR::shared().startRecording(configurationFor(typesToMask_));
+    result.then([self = QPointer(this)](const SessionStartResult& start) {
+        if (self != nullptr) {
+            const QString sessionId =
+                start.info ? textOf(std::string_view(start.info->sessionId)) : QString();
+            Q_EMIT self->started(textOf(caseName(start.kind)), sessionId, textOf(start.reason));
+            Q_EMIT self->activeChanged();
+        }
+    });
+    Q_EMIT activeChanged();
+}
+
+void MirethControl::stop() {
+    MirethSR::shared().stopRecording().then([self = QPointer(this)](const SessionCloseResult& stop) {
+        if (self != nullptr) {
+            Q_EMIT self->stopped(textOf(caseName(stop.kind)), textOf(stop.reason));
+            Q_EMIT self->activeChanged();
+        }
+    });
+}
+
+QString MirethControl::pause() {
+    return textOf(caseName(MirethSR::shared().pauseRecording()));
+}
+
+QString MirethControl::resume() {
+    return textOf(caseName(MirethSR::shared().resumeRecording()));
+}
+
+void MirethControl::logError(const QString& message) {
+    MirethSR::shared().logError(message.toStdString());
+}
+
+bool MirethControl::isActive() const {
+    return MirethSR::shared().hasActiveSession();
+}
+
+}  // namespace mireth::qt

@@ -1,0 +1,210 @@
+#include "platforms/qt/touch/TouchSource.hpp"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QPointingDevice>
+#include <QStyleHints>
+#include <QTouchEvent>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "Platform/Guarded.hpp"
+
+namespace mireth::qt {
+
+using platform::Touch;
+using platform::TouchEvent;
+using platform::TouchPhase;
+
+namespace {
+
+/// No touch point has it: their identifiers are ints, one device's range beside the other's.
+constexpr std::uint64_t mouseKey = ~std::uint64_t{0};
+
+bool isFromTouch(const QMouseEvent& event) {
+    const auto* const device = event.pointingDevice();
+    return device != nullptr && device->type() == QInputDevice::DeviceType::TouchScreen;
+}
+
+std::uint64_t keyOf(const QEventPoint& point) {
+    return static_cast<std::uint32_t>(point.id());
+}
+
+bool exceedsDragDistance(Point from, Point to) {
+    const int distance = QGuiApplication::styleHints()->startDragDistance();
+    return std::abs(to.x - from.x) + std::abs(to.y - from.y) > distance;
+}
+
+}  // namespace
+
+TouchSource::TouchSource(platform::Window& window, const LiveWindow& live,
+                         std::shared_ptr<platform::Clock> clock)
+    : window_(window), live_(live), clock_(std::move(clock)) {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool TouchSource::eventFilter(QObject* watched, QEvent* event) {
+    const auto type = event->type();
+    const bool isMouse =
+        type == QEvent::MouseButtonPress || type == QEvent::MouseMove || type == QEvent::MouseButtonRelease;
+    const bool isTouch = type == QEvent::TouchBegin || type == QEvent::TouchUpdate ||
+                         type == QEvent::TouchEnd || type == QEvent::TouchCancel;
+    if ((isMouse || isTouch) && watched->isWindowType() && !window_.gestureRecognizers().empty()) {
+        platform::guarded("the watching of touches", [&] {
+            const auto& window = static_cast<const QWindow&>(*watched);
+            if (isMouse) {
+                handleMouse(window, static_cast<const QMouseEvent&>(*event));
+            } else {
+                handleTouch(window, static_cast<const QTouchEvent&>(*event));
+            }
+        });
+    }
+    return false;
+}
+
+void TouchSource::handleMouse(const QWindow& window, const QMouseEvent& event) {
+    const bool isPress = event.type() == QEvent::MouseButtonPress;
+    if (isFromTouch(event) || (!isPress && !fingers_.contains(mouseKey))) {
+        return;
+    }
+    const auto location = locationOf(window, event.position());
+    TouchEvent touches = makeEvent();
+    if (isPress) {
+        if (event.button() == Qt::LeftButton && location) {
+            begin(touches, mouseKey, *location);
+        }
+    } else if (event.type() == QEvent::MouseMove) {
+        if (location) {
+            move(touches, mouseKey, *location);
+        }
+    } else if (event.button() == Qt::LeftButton) {
+        end(touches, mouseKey, location);
+    }
+    send(touches);
+}
+
+void TouchSource::handleTouch(const QWindow& window, const QTouchEvent& event) {
+    if (event.type() == QEvent::TouchCancel) {
+        cancelAll();
+        return;
+    }
+    TouchEvent touches = makeEvent();
+    for (const QEventPoint& point : event.points()) {
+        const auto location = locationOf(window, point.position());
+        if (point.state() == QEventPoint::Released) {
+            end(touches, keyOf(point), location);
+        } else if (location && point.state() == QEventPoint::Pressed) {
+            begin(touches, keyOf(point), *location);
+        } else if (location && point.state() == QEventPoint::Updated) {
+            move(touches, keyOf(point), *location);
+        }
+    }
+    send(touches);
+}
+
+TouchEvent TouchSource::makeEvent() const {
+    TouchEvent event;
+    event.timestamp = clock_->uptimeSeconds();
+    return event;
+}
+
+void TouchSource::begin(TouchEvent& event, std::uint64_t key, Point location) {
+    // By itself: within one event a begin would be heard of first.
+    TouchEvent lost = makeEvent();
+    cancel(lost, key);
+    send(lost);
+    Finger finger;
+    finger.touch.identity = ++lastIdentity_;
+    finger.touch.phase = TouchPhase::began;
+    finger.touch.locationInWindow = location;
+    finger.touch.timestamp = event.timestamp;
+    finger.touch.tapCount = counter().countOf(location, event.timestamp);
+    finger.touch.window = std::static_pointer_cast<platform::Window>(window_.weak_from_this().lock());
+    event.touches.push_back(finger.touch);
+    fingers_.emplace(key, std::move(finger));
+}
+
+void TouchSource::move(TouchEvent& event, std::uint64_t key, Point location) {
+    const auto found = fingers_.find(key);
+    if (found == fingers_.end()) {
+        return;
+    }
+    Finger& finger = found->second;
+    if (!finger.hasMoved && !exceedsDragDistance(finger.touch.locationInWindow, location)) {
+        return;
+    }
+    finger.hasMoved = true;
+    finger.touch.phase = TouchPhase::moved;
+    finger.touch.locationInWindow = location;
+    finger.touch.timestamp = event.timestamp;
+    event.touches.push_back(finger.touch);
+}
+
+void TouchSource::end(TouchEvent& event, std::uint64_t key, std::optional<Point> location) {
+    const auto found = fingers_.find(key);
+    if (found == fingers_.end()) {
+        return;
+    }
+    Finger finger = std::move(found->second);
+    fingers_.erase(found);
+    finger.touch.phase = TouchPhase::ended;
+    finger.touch.timestamp = event.timestamp;
+    if (finger.hasMoved && location) {
+        finger.touch.locationInWindow = *location;
+    }
+    counter().touchEnded(finger.touch);
+    event.touches.push_back(finger.touch);
+}
+
+void TouchSource::cancel(TouchEvent& event, std::uint64_t key) {
+    const auto found = fingers_.find(key);
+    if (found == fingers_.end()) {
+        return;
+    }
+    Touch touch = std::move(found->second.touch);
+    fingers_.erase(found);
+    touch.phase = TouchPhase::cancelled;
+    touch.timestamp = event.timestamp;
+    event.touches.push_back(std::move(touch));
+}
+
+void TouchSource::cancelAll() {
+    TouchEvent event = makeEvent();
+    while (!fingers_.empty()) {
+        cancel(event, fingers_.begin()->first);
+    }
+    send(event);
+}
+
+void TouchSource::send(const TouchEvent& event) {
+    if (!event.touches.empty()) {
+        window_.sendEvent(event);
+    }
+}
+
+std::optional<Point> TouchSource::locationOf(const QWindow& window, const QPointF& position) const {
+    const QWindow* const recorded = live_.window();
+    if (&window == recorded) {
+        return Point{position.x(), position.y()};
+    }
+    const auto above = live_.windowsAbove();
+    if (std::ranges::none_of(above, [&window](const LiveWindow& live) { return live.window() == &window; })) {
+        return std::nullopt;
+    }
+    const QPointF global = window.mapToGlobal(position);
+    const QPointF own = recorded->mapFromGlobal(global);
+    return Point{own.x(), own.y()};
+}
+
+platform::TapCounter& TouchSource::counter() {
+    if (!counter_) {
+        const auto* const hints = QGuiApplication::styleHints();
+        counter_.emplace(hints->mouseDoubleClickInterval() / 1000.0, hints->startDragDistance());
+    }
+    return *counter_;
+}
+
+}  // namespace mireth::qt

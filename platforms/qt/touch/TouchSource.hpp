@@ -1,0 +1,62 @@
+// Watches the touches and mouse presses of a window and tells the library of them.
+#pragma once
+
+#include <QEvent>
+#include <QObject>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+
+#include "MirethVex/Platform/Clock.hpp"
+#include "MirethVex/Platform/TapCounter.hpp"
+#include "MirethVex/Platform/Window.hpp"
+#include "platforms/qt/mirror/LiveWindow.hpp"
+
+class QMouseEvent;
+class QPointF;
+class QTouchEvent;
+
+namespace mireth::qt {
+
+/// Filters the application's events before its windows see them; takes and changes none. Touches of the
+/// windows that stand above the recorded one count at their place in it. A finger that stays within the
+/// platform's drag distance of where it began has not moved, as for Qt's own buttons. Main thread only.
+class TouchSource final : public QObject {
+  public:
+    /// `window` outlives this object; events arrive only while it is owned by a shared_ptr.
+    TouchSource(platform::Window& window, const LiveWindow& live, std::shared_ptr<platform::Clock> clock);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    struct Finger {
+        platform::Touch touch;
+        bool hasMoved = false;
+    };
+
+    void handleMouse(const QWindow& window, const QMouseEvent& event);
+    void handleTouch(const QWindow& window, const QTouchEvent& event);
+
+    platform::TouchEvent makeEvent() const;
+    void begin(platform::TouchEvent& event, std::uint64_t key, Point location);
+    void move(platform::TouchEvent& event, std::uint64_t key, Point location);
+    void end(platform::TouchEvent& event, std::uint64_t key, std::optional<Point> location);
+    /// Of a finger whose end was never heard of, for one.
+    void cancel(platform::TouchEvent& event, std::uint64_t key);
+    void cancelAll();
+    void send(const platform::TouchEvent& event);
+
+    /// Where a point of one of the windows lies in the recorded one; nothing when that shows neither.
+    std::optional<Point> locationOf(const QWindow& window, const QPointF& position) const;
+    platform::TapCounter& counter();
+
+    platform::Window& window_;
+    const LiveWindow live_;
+    const std::shared_ptr<platform::Clock> clock_;
+    std::optional<platform::TapCounter> counter_;
+    std::map<std::uint64_t, Finger> fingers_;
+    std::uint64_t lastIdentity_ = 0;
+};
+
+}  // namespace mireth::qt

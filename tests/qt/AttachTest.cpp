@@ -1,0 +1,75 @@
+// Programs that were never built for it are recorded, and stay as they are.
+#include "endtoend/support/EndToEnd.hpp"
+#include "endtoend/support/Video.hpp"
+
+namespace mireth::qttest {
+
+namespace {
+
+using endtoend::Json;
+
+class EndToEndQtAttach : public endtoend::EndToEnd {
+  protected:
+    EndToEndQtAttach() {
+        setenv("XDG_CACHE_HOME", caches().c_str(), 1);
+        test::writeFile(info(), Json{{"DEVICE_IDIOM", "phone"}, {"VEX_VERSION", "1"}}.dump());
+    }
+
+    std::string info() const { return path("info.json"); }
+    endtoend::Ended attach(std::vector<std::string> command) const {
+        command.insert(command.begin(), {MIRETH_ATTACH_PROGRAM, "--brand", "b1", "--project", "p1",
+                                         "--sr-endpoint", receiver_->origin(), "--info", info()});
+        return endtoend::runProcess(std::move(command));
+    }
+
+    const std::unique_ptr<endtoend::Receiver> receiver_ = startReceiver();
+};
+
+TEST_F(EndToEndQtAttach, AProgramsStatusOutputAndChildrenStayItsOwn) {
+    const auto alone = endtoend::runProcess({MIRETH_PLAIN_PROGRAM});
+    const auto attached = attach({MIRETH_PLAIN_PROGRAM});
+    EXPECT_EQ(alone.status, 7);
+    EXPECT_EQ(attached.status, 7);
+    EXPECT_EQ(attached.out, alone.out);
+    EXPECT_EQ(attached.errors, alone.errors);
+}
+
+TEST_F(EndToEndQtAttach, ItsMainWindowIsRecordedMaskedUntilItsEnd) {
+    EXPECT_EQ(attach({MIRETH_PLAIN_PROGRAM}).status, 7);
+    const auto sessions = receiver_->sessions();
+    ASSERT_EQ(sessions.size(), 1U);
+    const Json report = receiver_->show(sessions[0].at("id"));
+    std::size_t frames = 0;
+    for (const Json& chunk : report.at("chunks")) {
+        for (const auto& frame : endtoend::decodeFrames(chunk.at("path"))) {
+            ++frames;
+            EXPECT_EQ(frame.pixelWidth(), 250U);
+            EXPECT_EQ(endtoend::findPixel(frame, [](endtoend::Rgb color) { return saturation(color) > 24; }),
+                      std::nullopt);
+            EXPECT_LE(endtoend::distance(endtoend::pixelAt(frame, 125, 250), {188, 188, 188}), 8);
+        }
+    }
+    EXPECT_GE(frames, 2U);
+}
+
+TEST_F(EndToEndQtAttach, WithoutAServiceAProgramStaysAsItIs) {
+    const auto alone = endtoend::runProcess({MIRETH_PLAIN_PROGRAM});
+    const auto ended = endtoend::runProcess({MIRETH_ATTACH_PROGRAM, "--sr-endpoint", "http://127.0.0.1:9",
+                                             "--info", info(), MIRETH_PLAIN_PROGRAM});
+    EXPECT_EQ(ended.status, 7);
+    EXPECT_EQ(ended.errors, alone.errors);
+}
+
+TEST_F(EndToEndQtAttach, AProgramThatIsNotThereIsSaidToBeMissing) {
+    const auto ended = attach({"/nowhere/program"});
+    EXPECT_EQ(ended.status, 127);
+    EXPECT_NE(ended.errors.find("/nowhere/program"), std::string::npos);
+}
+
+TEST_F(EndToEndQtAttach, WithoutAProgramItSaysSo) {
+    EXPECT_EQ(attach({}).status, 2);
+}
+
+}  // namespace
+
+}  // namespace mireth::qttest

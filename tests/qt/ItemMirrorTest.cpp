@@ -1,0 +1,175 @@
+// What a window of Qt Quick items looks like in the mirror: where things are, and what of them is seen.
+#include <gtest/gtest.h>
+
+#include "MirethVex/Platform/TextViews.hpp"
+#include "MirethVex/PublicSide/DataModels/VexConfiguration.hpp"
+#include "MirethVex/Qt/QtPlatform.hpp"
+#include "contract/services/TestSupport.hpp"
+#include "qt/support/Pictures.hpp"
+#include "qt/support/QmlScene.hpp"
+
+namespace mireth::qttest {
+
+namespace {
+
+class QtItemMirror : public testing::Test {
+  protected:
+    QImage pictureOf(QmlScene& scene, std::vector<const platform::ViewClass*> masked = {}) {
+        return recordedPicture(*platform_.windowOf(scene.window()), std::move(masked));
+    }
+    QImage pictureOf(const std::string& body) {
+        QmlScene scene(body);
+        return pictureOf(scene);
+    }
+
+    const qt::QtPlatform platform_;
+};
+
+bool isNear(QRgb seen, int red, int green, int blue) {
+    return std::abs(qRed(seen) - red) <= 3 && std::abs(qGreen(seen) - green) <= 3 &&
+           std::abs(qBlue(seen) - blue) <= 3;
+}
+
+TEST_F(QtItemMirror, IsTheWindowsSizeAndColour) {
+    const QImage seen = pictureOf("");
+    EXPECT_EQ(seen.size(), QSize(200, 100));
+    EXPECT_EQ(seen.pixel(100, 50), qRgb(240, 240, 240));
+}
+
+TEST_F(QtItemMirror, ARectangleShowsItsColourBorderAndCorners) {
+    const QImage seen = pictureOf(
+        "Rectangle { x: 20; y: 10; width: 100; height: 60; radius: 20; color: '#102030';"
+        " border.width: 4; border.color: '#908070' }");
+    EXPECT_TRUE(isNear(seen.pixel(70, 40), 0x10, 0x20, 0x30));
+    EXPECT_TRUE(isNear(seen.pixel(22, 40), 0x90, 0x80, 0x70));
+    EXPECT_TRUE(isNear(seen.pixel(21, 11), 240, 240, 240));
+    EXPECT_TRUE(isNear(seen.pixel(125, 40), 240, 240, 240));
+}
+
+TEST_F(QtItemMirror, ARectangleWithoutABorderHasNone) {
+    const QImage seen = pictureOf("Rectangle { x: 20; y: 10; width: 100; height: 60; color: '#a0a0a0' }");
+    EXPECT_TRUE(isNear(seen.pixel(20, 40), 0xa0, 0xa0, 0xa0));
+}
+
+TEST_F(QtItemMirror, AGradientRunsFromItsFirstColourToItsLast) {
+    const QImage seen = pictureOf(
+        "Rectangle { width: 100; height: 100; gradient: Gradient {"
+        " GradientStop { position: 0; color: 'black' } GradientStop { position: 1; color: 'white' } } }");
+    EXPECT_LT(qRed(seen.pixel(50, 2)), 20);
+    EXPECT_NEAR(qRed(seen.pixel(50, 50)), 128, 10);
+    EXPECT_GT(qRed(seen.pixel(50, 97)), 235);
+}
+
+TEST_F(QtItemMirror, ABlockStandsWhereTheTextIs) {
+    const QImage seen = pictureOf("Text { x: 20; y: 30; width: 60; height: 20; text: 'secret' }");
+    EXPECT_TRUE(isMaskBlock(seen.pixel(50, 40)));
+    EXPECT_TRUE(isMaskBlock(seen.pixel(21, 40)));
+    EXPECT_FALSE(isMaskBlock(seen.pixel(18, 40)));
+    EXPECT_FALSE(isMaskBlock(seen.pixel(81, 40)));
+}
+
+TEST_F(QtItemMirror, ItemsTurnAndGrowAboutTheirOrigin) {
+    const QImage seen = pictureOf(
+        "Rectangle { x: 80; y: 40; width: 40; height: 10; color: 'black'; rotation: 90 }"
+        "Rectangle { x: 20; y: 20; width: 10; height: 10; color: 'black'; scale: 2;"
+        " transformOrigin: Item.TopLeft }");
+    EXPECT_TRUE(isNear(seen.pixel(100, 28), 0, 0, 0));
+    EXPECT_TRUE(isNear(seen.pixel(100, 62), 0, 0, 0));
+    EXPECT_TRUE(isNear(seen.pixel(84, 45), 240, 240, 240));
+    EXPECT_TRUE(isNear(seen.pixel(38, 38), 0, 0, 0));
+    EXPECT_TRUE(isNear(seen.pixel(18, 18), 240, 240, 240));
+}
+
+TEST_F(QtItemMirror, AnItemTurnedOutOfThePlaneIsABlock) {
+    const QImage seen = pictureOf(
+        "Rectangle { x: 50; y: 20; width: 100; height: 60; color: 'black';"
+        " transform: Rotation { origin.x: 50; origin.y: 30; axis { x: 0; y: 1; z: 0 } angle: 40 } }");
+    EXPECT_TRUE(isMaskBlock(seen.pixel(100, 50)));
+}
+
+TEST_F(QtItemMirror, TheHighestZIsInFrontAndANegativeOneBehindTheParent) {
+    const QImage seen = pictureOf(
+        "Rectangle { z: 2; width: 50; height: 50; color: '#101010' }"
+        "Rectangle { z: 1; width: 50; height: 50; color: '#c0c0c0' }"
+        "Rectangle { x: 100; width: 50; height: 50; color: '#101010';"
+        " Rectangle { z: -1; width: 50; height: 60; color: '#c0c0c0' } }");
+    EXPECT_TRUE(isNear(seen.pixel(25, 25), 0x10, 0x10, 0x10));
+    EXPECT_TRUE(isNear(seen.pixel(125, 25), 0x10, 0x10, 0x10));
+    EXPECT_TRUE(isNear(seen.pixel(125, 55), 0xc0, 0xc0, 0xc0));
+}
+
+TEST_F(QtItemMirror, OpacityGoesDownTheTreeAndHiddenItemsAreNotThere) {
+    const QImage seen = pictureOf(
+        "Item { opacity: 0.5; Rectangle { width: 50; height: 50; color: 'black' } }"
+        "Text { opacity: 0; x: 60; width: 50; height: 50; text: 'secret' }"
+        "Item { visible: false; Text { x: 120; width: 50; height: 50; text: 'secret' } }");
+    EXPECT_TRUE(isNear(seen.pixel(25, 25), 120, 120, 120));
+    EXPECT_TRUE(isNear(seen.pixel(85, 25), 240, 240, 240));
+    EXPECT_TRUE(isNear(seen.pixel(145, 25), 240, 240, 240));
+}
+
+TEST_F(QtItemMirror, OnlyAClippingItemCutsOffItsChildren) {
+    const QImage seen = pictureOf(
+        "Item { clip: true; width: 50; height: 50; Rectangle { width: 80; height: 20; color: 'black' } }"
+        "Item { y: 50; width: 50; height: 50; Rectangle { width: 80; height: 20; color: 'black' } }");
+    EXPECT_TRUE(isNear(seen.pixel(65, 10), 240, 240, 240));
+    EXPECT_TRUE(isNear(seen.pixel(65, 60), 0, 0, 0));
+}
+
+TEST_F(QtItemMirror, ScrolledContentStandsWhereItHasBeenScrolledTo) {
+    const QImage seen = pictureOf(
+        "Flickable { anchors.fill: parent; contentHeight: 1000; contentY: 490;"
+        " Text { y: 500; width: 100; height: 40; text: 'secret' } }");
+    EXPECT_TRUE(isMaskBlock(seen.pixel(50, 30)));
+    EXPECT_FALSE(isMaskBlock(seen.pixel(50, 60)));
+}
+
+TEST_F(QtItemMirror, APropertyMasksAnItemWithAllThatIsInIt) {
+    QmlScene scene(
+        "Rectangle { objectName: 'card'; width: 100; height: 50; color: 'black';"
+        " Rectangle { width: 20; height: 20; color: 'white' } }");
+    EXPECT_TRUE(isNear(pictureOf(scene).pixel(60, 25), 0, 0, 0));
+    scene.object("card").setProperty("mirethMasked", true);
+    EXPECT_TRUE(isMaskBlock(pictureOf(scene).pixel(60, 25)));
+    EXPECT_TRUE(isMaskBlock(pictureOf(scene).pixel(10, 10)));
+}
+
+TEST_F(QtItemMirror, ATypeOfAFileIsMaskedByItsNameAndItsSubtypesWithIt) {
+    const test::TemporaryDirectory folder;
+    test::writeFile(folder / "CardNumber.qml", "import QtQuick\nRectangle { color: 'black' }");
+    test::writeFile(folder / "GoldCardNumber.qml", "CardNumber { }");
+    const auto configuration = [] {
+        (void)qt::viewClassNamed("CardNumber");
+        return VexConfiguration::create({"CardNumber"}, true);
+    }();
+    ASSERT_TRUE(configuration.has_value());
+    QmlScene scene(
+        "CardNumber { width: 50; height: 50 }"
+        "GoldCardNumber { x: 60; width: 50; height: 50; property int extra: 1 }"
+        "Rectangle { x: 120; width: 50; height: 50; color: 'black' }",
+        QUrl::fromLocalFile(QString::fromStdString((folder / "Scene.qml").native())));
+    EXPECT_FALSE(isMaskBlock(pictureOf(scene).pixel(25, 25)));
+    const QImage seen = pictureOf(scene, configuration->additionalViewTypesToMask);
+    EXPECT_TRUE(isMaskBlock(seen.pixel(25, 25)));
+    EXPECT_TRUE(isMaskBlock(seen.pixel(85, 25)));
+    EXPECT_TRUE(isNear(seen.pixel(145, 25), 0, 0, 0));
+}
+
+TEST_F(QtItemMirror, APopUpStandsInFrontOfThePage) {
+    const QImage seen = pictureOf(
+        "Rectangle { anchors.fill: parent; color: 'white' }"
+        "Popup { x: 20; y: 20; width: 100; height: 60; visible: true; padding: 0;"
+        " background: Rectangle { color: 'black' } contentItem: Text { text: 'secret' } }");
+    EXPECT_TRUE(isMaskBlock(seen.pixel(70, 50)));
+}
+
+TEST_F(QtItemMirror, AWindowWithoutItemsOrWidgetsIsABlock) {
+    QWindow window;
+    window.resize(200, 100);
+    window.show();
+    EXPECT_TRUE(isMaskBlock(recordedPicture(*platform_.windowOf(window)).pixel(100, 50)));
+}
+
+}  // namespace
+
+}  // namespace mireth::qttest

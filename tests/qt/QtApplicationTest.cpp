@@ -1,0 +1,80 @@
+// When a Qt application has moved to the background, and which window is the key window.
+#include <gtest/gtest.h>
+
+#include <QGuiApplication>
+#include <QWidget>
+#include <stdexcept>
+
+#include "MirethVex/Qt/QtPlatform.hpp"
+#include "qt/support/EventLoop.hpp"
+
+namespace mireth::qttest {
+
+namespace {
+
+class QtApplicationState : public testing::Test {
+  protected:
+    /// What the platform plugin does.
+    static void becomes(Qt::ApplicationState state) { Q_EMIT qGuiApp->applicationStateChanged(state); }
+
+    const qt::QtPlatform platform_;
+    int moves_ = 0;
+    AnyCancellable token_ = platform_.services().application->observeDidEnterBackground([this] { ++moves_; });
+};
+
+TEST_F(QtApplicationState, SuspendedAndHiddenAreTheBackground) {
+    becomes(Qt::ApplicationSuspended);
+    EXPECT_EQ(moves_, 1);
+    becomes(Qt::ApplicationActive);
+    becomes(Qt::ApplicationHidden);
+    EXPECT_EQ(moves_, 2);
+}
+
+TEST_F(QtApplicationState, BeingInactiveIsNot) {
+    becomes(Qt::ApplicationInactive);
+    becomes(Qt::ApplicationActive);
+    EXPECT_EQ(moves_, 0);
+}
+
+TEST_F(QtApplicationState, OneMoveIsToldOnce) {
+    becomes(Qt::ApplicationHidden);
+    becomes(Qt::ApplicationSuspended);
+    EXPECT_EQ(moves_, 1);
+}
+
+TEST_F(QtApplicationState, AfterTheTokenNothingIsTold) {
+    token_.cancel();
+    becomes(Qt::ApplicationHidden);
+    EXPECT_EQ(moves_, 0);
+}
+
+TEST_F(QtApplicationState, AnObserverThatThrowsKeepsNoOtherFromHearing) {
+    const auto first = platform_.services().application->observeDidEnterBackground(
+        [] { throw std::runtime_error("observer"); });
+    int heard = 0;
+    const auto second = platform_.services().application->observeDidEnterBackground([&] { ++heard; });
+    testing::internal::CaptureStderr();
+    becomes(Qt::ApplicationHidden);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("observer"), std::string::npos);
+    EXPECT_EQ(heard, 1);
+}
+
+TEST(QtKeyWindow, IsTheFocusedWindow) {
+    const qt::QtPlatform platform;
+    QWidget other;
+    other.show();
+    QWidget window;
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(runUntil([&] { return QGuiApplication::focusWindow() == window.windowHandle(); }));
+    EXPECT_EQ(platform.services().application->keyWindow(), platform.windowOf(window));
+}
+
+TEST(QtKeyWindow, IsMissingWhereNothingIsShown) {
+    const qt::QtPlatform platform;
+    EXPECT_EQ(platform.services().application->keyWindow(), nullptr);
+}
+
+}  // namespace
+
+}  // namespace mireth::qttest

@@ -1,0 +1,151 @@
+// Windows of a Qt application, recorded by the whole library and delivered to a real receiver.
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include "MirethVex/Qt/QtPlatform.hpp"
+#include "PublicSide/MirethSRCore.hpp"
+#include "endtoend/support/EndToEnd.hpp"
+#include "endtoend/support/Video.hpp"
+#include "qt/support/EventLoop.hpp"
+#include "qt/support/QmlScene.hpp"
+#include "support/LogCapture.hpp"
+
+namespace mireth::qttest {
+
+namespace {
+
+using endtoend::Json;
+using endtoend::Rgb;
+using platform::Image;
+
+constexpr Rgb maskColor{188, 188, 188};
+
+class EndToEndQt : public endtoend::EndToEnd {
+  protected:
+    platform::LinuxPlatformOptions options() {
+        platform::LinuxPlatformOptions options;
+        options.information = {{"SR_ENDPOINT_URL", receiver_->origin()},
+                               {"KELDA_ENDPOINT_URL", receiver_->origin()},
+                               {"CFBundleShortVersionString", "2.3.1"},
+                               {"VEX_VERSION", "1.0.0"},
+                               {"DEVICE_IDIOM", "phone"}};
+        options.cachesDirectory = caches();
+        return options;
+    }
+
+    void start(const std::shared_ptr<platform::Window>& window) {
+        ASSERT_EQ(core_.initializeProject("b1", "p1", window), InitializationResult::success);
+        const auto started = await(core_.startRecording({}));
+        ASSERT_TRUE(started && started->kind == SessionStartResult::Kind::success);
+        session_ = started->info->sessionId;
+    }
+
+    void stop() {
+        const auto stopped = await(core_.stopRecording());
+        ASSERT_TRUE(stopped.has_value());
+        EXPECT_EQ(stopped->kind, SessionCloseResult::Kind::success);
+    }
+
+    Json report() const { return receiver_->show(session_); }
+
+    std::vector<Image> frames() const {
+        std::vector<Image> frames;
+        const Json whole = report();
+        for (const Json& chunk : whole.at("chunks")) {
+            for (auto& frame : endtoend::decodeFrames(chunk.at("path"))) {
+                frames.push_back(std::move(frame));
+            }
+        }
+        return frames;
+    }
+
+    /// The pixel of a 250 × 500 frame that shows this point of a 250 × 500 window.
+    static Rgb at(const Image& frame, std::size_t x, std::size_t y) { return endtoend::pixelAt(frame, x, y); }
+
+    const std::unique_ptr<endtoend::Receiver> receiver_ = startReceiver();
+    test::LogCapture log_{{}};
+    const qt::QtPlatform platform_{options()};
+    MirethSRCore core_{log_.log(), platform_.services()};
+    std::string session_;
+};
+
+bool isColored(Rgb color) {
+    return endtoend::saturation(color) > 24;
+}
+
+TEST_F(EndToEndQt, AWindowOfWidgetsArrivesUprightAndMaskedWithItsTap) {
+    QWidget window;
+    window.setPalette(QPalette(QColor(200, 200, 200), QColor(240, 240, 240)));
+    window.resize(250, 500);
+    QWidget top(&window);
+    top.setGeometry(0, 0, 250, 60);
+    top.setAutoFillBackground(true);
+    top.setPalette(QPalette(QColor(40, 40, 40)));
+    QLabel label("Secret", &window);
+    label.setStyleSheet("background: red; color: lime");
+    label.setGeometry(20, 100, 100, 40);
+    QPushButton button("Secret", &window);
+    button.setStyleSheet("background: blue");
+    button.setGeometry(20, 200, 100, 40);
+    window.show();
+
+    start(platform_.windowOf(window));
+    runFor(0.8);
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, QPoint(50, 220));
+    runFor(0.8);
+    stop();
+
+    const auto seen = frames();
+    ASSERT_GE(seen.size(), 2U);
+    for (const Image& frame : seen) {
+        EXPECT_EQ(frame.pixelWidth(), 250U);
+        EXPECT_EQ(frame.pixelHeight(), 500U);
+        EXPECT_EQ(endtoend::findPixel(frame, isColored), std::nullopt);
+        EXPECT_LT(at(frame, 125, 20).red, 60) << "the dark panel is at the top";
+        EXPECT_GT(at(frame, 125, 400).red, 225);
+        EXPECT_LE(endtoend::distance(at(frame, 70, 120), maskColor), 8) << "the label";
+        EXPECT_LE(endtoend::distance(at(frame, 70, 220), maskColor), 8) << "the button";
+    }
+    const Json timeline = report().at("timeline");
+    const auto tap = std::ranges::find(timeline, Json("UserInteraction"),
+                                       [](const Json& event) { return event.value("type", Json()); });
+    ASSERT_NE(tap, timeline.end()) << timeline.dump(1);
+}
+
+TEST_F(EndToEndQt, AWindowOfItemsArrivesUprightAndMasked) {
+    QmlScene scene(
+        "Rectangle { width: 250; height: 60; color: '#282828' }"
+        "Text { x: 20; y: 100; width: 100; height: 40; text: 'Secret'; color: 'red' }"
+        "Button { x: 20; y: 200; width: 100; height: 40; text: 'Secret'; palette.buttonText: 'lime' }");
+    scene.window().resize(250, 500);
+    start(platform_.windowOf(scene.window()));
+    runFor(1.2);
+    stop();
+    const auto seen = frames();
+    ASSERT_GE(seen.size(), 1U);
+    for (const Image& frame : seen) {
+        EXPECT_EQ(endtoend::findPixel(frame, isColored), std::nullopt);
+        EXPECT_LT(at(frame, 125, 20).red, 60) << "the dark panel is at the top";
+        EXPECT_GT(at(frame, 125, 400).red, 225);
+        EXPECT_LE(endtoend::distance(at(frame, 70, 120), maskColor), 8) << "the text";
+    }
+}
+
+TEST_F(EndToEndQt, TheRecordedWindowMayCloseWhileTheSessionRuns) {
+    auto window = std::make_unique<QWidget>();
+    window->resize(250, 500);
+    window->show();
+    start(platform_.windowOf(*window));
+    runFor(0.6);
+    window.reset();
+    runFor(0.6);
+    stop();
+    EXPECT_GE(frames().size(), 2U);
+}
+
+}  // namespace
+
+}  // namespace mireth::qttest

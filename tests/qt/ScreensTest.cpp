@@ -1,0 +1,138 @@
+// Which screens of an app are noticed, and under which names.
+#include <gmock/gmock.h>
+
+#include <QDialog>
+#include <QLabel>
+#include <QMenu>
+#include <QStackedWidget>
+
+#include "MirethVex/Qt/QtPlatform.hpp"
+#include "contract/services/TestSupport.hpp"
+#include "platforms/qt/qml/QmlModule.hpp"
+#include "qt/support/EventLoop.hpp"
+#include "qt/support/Pictures.hpp"
+#include "qt/support/QmlScene.hpp"
+
+namespace mireth::qttest {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Basket : public QWidget {
+    Q_OBJECT
+};
+
+class QtScreens : public testing::Test {
+  protected:
+    QtScreens() {
+        qt::registerQmlModule();
+        auto& application = *platform_.services().application;
+        appeared_ = application.interceptViewDidAppear(
+            [this](const platform::ViewController& screen) { heard_.push_back("+" + screen.className()); });
+        disappeared_ = application.interceptViewDidDisappear(
+            [this](const platform::ViewController& screen) { heard_.push_back("-" + screen.className()); });
+    }
+
+    /// As a recording does, and then lets the queue run.
+    void pass(const std::shared_ptr<platform::Window>& window) {
+        (void)recordedPicture(*window);
+        runFor(0.02);
+    }
+    std::vector<std::string> heard() { return std::exchange(heard_, {}); }
+
+    const qt::QtPlatform platform_;
+
+  private:
+    std::vector<std::string> heard_;
+    AnyCancellable appeared_;
+    AnyCancellable disappeared_;
+};
+
+TEST_F(QtScreens, TheRecordedWindowIsAScreenOnce) {
+    QWidget window;
+    window.setProperty("mirethScreen", "Main");
+    window.show();
+    const auto recorded = platform_.windowOf(window);
+    pass(recorded);
+    EXPECT_THAT(heard(), ElementsAre("+Main"));
+    pass(recorded);
+    EXPECT_THAT(heard(), IsEmpty());
+    window.hide();
+    pass(recorded);
+    EXPECT_THAT(heard(), ElementsAre("-Main"));
+}
+
+TEST_F(QtScreens, APageOfAStackGoesByItsClassAndItsChangeIsHeardAtOnce) {
+    QWidget window;
+    window.setProperty("mirethScreen", "Main");
+    QStackedWidget stack(&window);
+    auto* const home = new QLabel;
+    home->setProperty("mirethScreen", "Home");
+    stack.addWidget(home);
+    stack.addWidget(new Basket);
+    window.show();
+    const auto recorded = platform_.windowOf(window);
+    pass(recorded);
+    EXPECT_THAT(heard(), ElementsAre("+Main", "+Home"));
+    stack.setCurrentIndex(1);
+    runFor(0.02);
+    EXPECT_THAT(heard(), ElementsAre("-Home", "+Basket"));
+}
+
+TEST_F(QtScreens, ADialogIsAScreenAndAMenuIsNone) {
+    QWidget window;
+    window.setProperty("mirethScreen", "Main");
+    QDialog dialog(&window);
+    QMenu menu(&window);
+    menu.addAction("Copy");
+    window.show();
+    const auto recorded = platform_.windowOf(window);
+    pass(recorded);
+    (void)heard();
+    dialog.show();
+    menu.popup(QPoint(10, 10));
+    pass(recorded);
+    EXPECT_THAT(heard(), ElementsAre("+QDialog"));
+    dialog.hide();
+    pass(recorded);
+    EXPECT_THAT(heard(), ElementsAre("-QDialog"));
+}
+
+TEST_F(QtScreens, PagesOfAStackViewGoByTheirTypesAndNames) {
+    const test::TemporaryDirectory folder;
+    test::writeFile(folder / "BasketPage.qml", "import QtQuick\nItem { }");
+    QmlScene scene(
+        "StackView { objectName: 'pages'; anchors.fill: parent; initialItem: BasketPage { }"
+        " function go() { push(checkout, StackView.Immediate) }"
+        " Component { id: checkout; Item { Mireth.screen: 'Checkout' } } }",
+        QUrl::fromLocalFile(QString::fromStdString((folder / "Scene.qml").native())), "import MirethVex");
+    scene.window().contentItem()->setProperty("mirethScreen", "Main");
+    const auto recorded = platform_.windowOf(scene.window());
+    pass(recorded);
+    EXPECT_THAT(heard(), testing::Contains("+BasketPage"));
+    QMetaObject::invokeMethod(&scene.object("pages"), "go");
+    runFor(0.02);
+    EXPECT_THAT(heard(), ElementsAre("-BasketPage", "+Checkout"));
+}
+
+TEST_F(QtScreens, OnlyALoaderThatFillsTheWindowHoldsAPage) {
+    const test::TemporaryDirectory folder;
+    test::writeFile(folder / "Big.qml", "import QtQuick\nItem { }");
+    test::writeFile(folder / "Small.qml", "import QtQuick\nItem { }");
+    QmlScene scene(
+        "Loader { anchors.fill: parent; source: 'Big.qml' }"
+        "Loader { width: 20; height: 20; source: 'Small.qml' }",
+        QUrl::fromLocalFile(QString::fromStdString((folder / "Scene.qml").native())));
+    pass(platform_.windowOf(scene.window()));
+    const auto names = heard();
+    EXPECT_THAT(names, testing::Contains("+Big"));
+    EXPECT_THAT(names, testing::Not(testing::Contains("+Small")));
+}
+
+}  // namespace
+
+}  // namespace mireth::qttest
+
+#include "ScreensTest.moc"

@@ -1,0 +1,196 @@
+// Which touches a window of the app's hands on to the library.
+#include <gtest/gtest.h>
+
+#include <QDialog>
+#include <QGuiApplication>
+#include <QPushButton>
+#include <QStyleHints>
+#include <QTest>
+
+#include "MirethVex/Qt/QtPlatform.hpp"
+#include "qt/support/EventLoop.hpp"
+
+namespace mireth::qttest {
+
+namespace {
+
+using platform::Touch;
+using platform::TouchEvent;
+using platform::TouchPhase;
+
+/// Keeps every touch that it is told of, and takes none.
+class Witness final : public platform::GestureRecognizer {
+  public:
+    void touchesBegan(const std::vector<Touch>& touches, const TouchEvent& /*event*/) override {
+        add(touches);
+    }
+    void touchesMoved(const std::vector<Touch>& touches, const TouchEvent& /*event*/) override {
+        add(touches);
+    }
+    void touchesEnded(const std::vector<Touch>& touches, const TouchEvent& /*event*/) override {
+        add(touches);
+    }
+    void touchesCancelled(const std::vector<Touch>& touches, const TouchEvent& /*event*/) override {
+        add(touches);
+    }
+
+    std::vector<TouchPhase> phases() const {
+        std::vector<TouchPhase> phases;
+        for (const Touch& touch : seen) {
+            phases.push_back(touch.phase);
+        }
+        return phases;
+    }
+
+    std::vector<Touch> seen;
+
+  private:
+    void add(const std::vector<Touch>& touches) { seen.insert(seen.end(), touches.begin(), touches.end()); }
+};
+
+const std::vector<TouchPhase> tap{TouchPhase::began, TouchPhase::ended};
+
+class QtTouchSource : public testing::Test {
+  protected:
+    QtTouchSource() {
+        window_.setGeometry(100, 100, 200, 100);
+        button_.setGeometry(0, 0, 100, 50);
+        window_.show();
+        runFor(0.01);
+        recorded_ = platform_.windowOf(window_);
+        recorded_->addGestureRecognizer(witness_);
+    }
+
+    QWindow* handle() { return window_.windowHandle(); }
+    /// Later than any double click.
+    static void pause() { QTest::qWait(QGuiApplication::styleHints()->mouseDoubleClickInterval() + 50); }
+
+    const qt::QtPlatform platform_;
+    QWidget window_;
+    QPushButton button_{"Buy", &window_};
+    const std::shared_ptr<Witness> witness_ = std::make_shared<Witness>();
+    std::shared_ptr<platform::Window> recorded_;
+};
+
+TEST_F(QtTouchSource, AClickIsATapAndReachesTheAppAllTheSame) {
+    int clicks = 0;
+    QObject::connect(&button_, &QPushButton::clicked, [&clicks] { ++clicks; });
+    QTest::mouseClick(handle(), Qt::LeftButton, {}, QPoint(30, 20));
+    EXPECT_EQ(clicks, 1);
+    ASSERT_EQ(witness_->phases(), tap);
+    EXPECT_EQ(witness_->seen[1].locationInWindow, (Point{30, 20}));
+    EXPECT_EQ(witness_->seen[1].tapCount, 1);
+    EXPECT_EQ(witness_->seen[0].identity, witness_->seen[1].identity);
+    EXPECT_EQ(witness_->seen[0].window.lock(), recorded_);
+    EXPECT_NEAR(witness_->seen[1].timestamp, platform_.services().clock->uptimeSeconds(), 10);
+}
+
+TEST_F(QtTouchSource, IsToldBeforeTheAppReacts) {
+    std::size_t seenAtTheClick = 0;
+    QObject::connect(&button_, &QPushButton::clicked, [&] { seenAtTheClick = witness_->seen.size(); });
+    QTest::mouseClick(handle(), Qt::LeftButton, {}, QPoint(30, 20));
+    EXPECT_EQ(seenAtTheClick, 2U);
+}
+
+TEST_F(QtTouchSource, TapsInARowAreCountedByThePlatformsInterval) {
+    for (int i = 0; i < 4; ++i) {
+        QTest::mouseClick(handle(), Qt::LeftButton, {}, QPoint(30, 20));
+    }
+    ASSERT_EQ(witness_->seen.size(), 8U);
+    EXPECT_EQ(witness_->seen.back().tapCount, 4);
+    pause();
+    QTest::mouseClick(handle(), Qt::LeftButton, {}, QPoint(30, 20));
+    EXPECT_EQ(witness_->seen.back().tapCount, 1);
+}
+
+TEST_F(QtTouchSource, ATapFarFromTheLastOneBeginsANewRun) {
+    QTest::mouseClick(handle(), Qt::LeftButton, {}, QPoint(30, 20));
+    QTest::mouseClick(handle(), Qt::LeftButton, {}, QPoint(150, 80));
+    EXPECT_EQ(witness_->seen.back().tapCount, 1);
+}
+
+TEST_F(QtTouchSource, OnlyTheLeftButtonTouches) {
+    QTest::mouseClick(handle(), Qt::RightButton, {}, QPoint(30, 20));
+    EXPECT_TRUE(witness_->seen.empty());
+}
+
+TEST_F(QtTouchSource, AMoveBeginsBeyondTheDragDistance) {
+    const int distance = QGuiApplication::styleHints()->startDragDistance();
+    QTest::mousePress(handle(), Qt::LeftButton, {}, QPoint(30, 20));
+    QTest::mouseMove(handle(), QPoint(30 + distance, 20));
+    EXPECT_EQ(witness_->seen.size(), 1U);
+    QTest::mouseMove(handle(), QPoint(30 + distance + 1, 20));
+    QTest::mouseMove(handle(), QPoint(30, 20));
+    QTest::mouseRelease(handle(), Qt::LeftButton, {}, QPoint(30, 20));
+    EXPECT_EQ(witness_->phases(),
+              (std::vector{TouchPhase::began, TouchPhase::moved, TouchPhase::moved, TouchPhase::ended}));
+}
+
+TEST_F(QtTouchSource, AnUnpressedMouseMovesNothing) {
+    QTest::mouseMove(handle(), QPoint(30, 20));
+    QTest::mouseMove(handle(), QPoint(90, 40));
+    EXPECT_TRUE(witness_->seen.empty());
+}
+
+TEST_F(QtTouchSource, FingersAreToldApart) {
+    QPointingDevice* const screen = QTest::createTouchDevice();
+    QTest::touchEvent(handle(), screen).press(0, QPoint(120, 60)).press(1, QPoint(150, 60));
+    QTest::touchEvent(handle(), screen).release(0, QPoint(120, 60)).move(1, QPoint(190, 90));
+    QTest::touchEvent(handle(), screen).release(1, QPoint(190, 90));
+    const auto& seen = witness_->seen;
+    ASSERT_EQ(witness_->phases(), (std::vector{TouchPhase::began, TouchPhase::began, TouchPhase::moved,
+                                               TouchPhase::ended, TouchPhase::ended}));
+    EXPECT_NE(seen[0].identity, seen[1].identity);
+    EXPECT_EQ(seen[2].identity, seen[1].identity);
+    EXPECT_EQ(seen[3].identity, seen[0].identity);
+    EXPECT_EQ(seen[4].locationInWindow, (Point{190, 90}));
+}
+
+TEST_F(QtTouchSource, ATouchIsNotCountedAgainAsTheMouseThatQtMakesOfIt) {
+    QPointingDevice* const screen = QTest::createTouchDevice();
+    QTest::touchEvent(handle(), screen).press(0, QPoint(30, 20));
+    QTest::touchEvent(handle(), screen).release(0, QPoint(30, 20));
+    EXPECT_EQ(witness_->phases(), tap);
+}
+
+TEST_F(QtTouchSource, APressInADialogAboveCountsAtItsPlaceInTheWindow) {
+    QDialog dialog(&window_);
+    dialog.setGeometry(150, 120, 60, 50);
+    dialog.show();
+    runFor(0.01);
+    QTest::mouseClick(dialog.windowHandle(), Qt::LeftButton, {}, QPoint(5, 6));
+    ASSERT_EQ(witness_->phases(), tap);
+    EXPECT_EQ(witness_->seen[0].locationInWindow, (Point{55, 26}));
+}
+
+TEST_F(QtTouchSource, APressInAnotherWindowIsNoneOfOurs) {
+    QWidget other;
+    other.show();
+    runFor(0.01);
+    QTest::mouseClick(other.windowHandle(), Qt::LeftButton, {}, QPoint(5, 6));
+    EXPECT_TRUE(witness_->seen.empty());
+}
+
+TEST_F(QtTouchSource, ARecordingMayEndInTheMiddleOfATouch) {
+    QTest::mousePress(handle(), Qt::LeftButton, {}, QPoint(30, 20));
+    recorded_->removeGestureRecognizer(witness_);
+    recorded_.reset();
+    QTest::mouseRelease(handle(), Qt::LeftButton, {}, QPoint(30, 20));
+    EXPECT_EQ(witness_->phases(), (std::vector{TouchPhase::began, TouchPhase::cancelled}));
+}
+
+TEST_F(QtTouchSource, APressWhoseReleaseWasLostIsCancelledByTheNext) {
+    QTest::mousePress(handle(), Qt::LeftButton, {}, QPoint(30, 20));
+    QTest::mousePress(handle(), Qt::LeftButton, {}, QPoint(130, 70));
+    QTest::mouseRelease(handle(), Qt::LeftButton, {}, QPoint(130, 70));
+    const auto phases = witness_->phases();
+    ASSERT_GE(phases.size(), 4U);
+    EXPECT_EQ(phases.front(), TouchPhase::began);
+    EXPECT_EQ(std::vector(phases.end() - 3, phases.end()),
+              (std::vector{TouchPhase::cancelled, TouchPhase::began, TouchPhase::ended}));
+    EXPECT_NE(witness_->seen.front().identity, witness_->seen.back().identity);
+}
+
+}  // namespace
+
+}  // namespace mireth::qttest

@@ -1,0 +1,242 @@
+// What a window of widgets looks like in the mirror: where things are, and what of them is seen.
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QDialog>
+#include <QFrame>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSlider>
+#include <QVBoxLayout>
+
+#include "MirethVex/Platform/TextViews.hpp"
+#include "MirethVex/Qt/QtPlatform.hpp"
+#include "qt/support/EventLoop.hpp"
+#include "qt/support/Pictures.hpp"
+
+namespace mireth::qttest {
+
+namespace {
+
+QPalette grey() {
+    QPalette palette;
+    palette.setColor(QPalette::Window, QColor(240, 240, 240));
+    return palette;
+}
+
+class CardNumber : public QWidget {
+    Q_OBJECT
+  public:
+    using QWidget::QWidget;
+};
+
+class GoldCardNumber : public CardNumber {
+    Q_OBJECT
+  public:
+    using CardNumber::CardNumber;
+};
+
+class QtWidgetMirror : public testing::Test {
+  protected:
+    QtWidgetMirror() {
+        window_.setPalette(grey());
+        window_.resize(200, 100);
+    }
+    QImage picture(std::vector<const platform::ViewClass*> masked = {}) {
+        window_.show();
+        runFor(0.01);
+        return recordedPicture(*platform_.windowOf(window_), std::move(masked));
+    }
+
+    const qt::QtPlatform platform_;
+    QWidget window_;
+};
+
+TEST_F(QtWidgetMirror, IsTheWindowsSizeAndColour) {
+    const QImage seen = picture();
+    EXPECT_EQ(seen.size(), QSize(200, 100));
+    EXPECT_EQ(seen.pixel(100, 50), qRgb(240, 240, 240));
+}
+
+TEST_F(QtWidgetMirror, TheSameWindowIsMirroredByOneObject) {
+    window_.show();
+    const auto recorded = platform_.windowOf(window_);
+    EXPECT_EQ(platform_.windowOf(window_), recorded);
+    EXPECT_EQ(platform_.windowOf(*window_.windowHandle()), recorded);
+    QLabel inside(&window_);
+    EXPECT_EQ(platform_.windowOf(inside), recorded);
+}
+
+TEST_F(QtWidgetMirror, ABlockStandsWhereTheTextIs) {
+    QLabel label("secret", &window_);
+    label.setGeometry(20, 30, 60, 20);
+    const QImage seen = picture();
+    EXPECT_TRUE(isMaskBlock(seen.pixel(50, 40)));
+    EXPECT_TRUE(isMaskBlock(seen.pixel(21, 40)));
+    EXPECT_TRUE(isMaskBlock(seen.pixel(78, 40)));
+    EXPECT_FALSE(isMaskBlock(seen.pixel(18, 40)));
+    EXPECT_FALSE(isMaskBlock(seen.pixel(81, 40)));
+    EXPECT_FALSE(isMaskBlock(seen.pixel(50, 28)));
+}
+
+TEST_F(QtWidgetMirror, HiddenWidgetsAreNotThere) {
+    QLabel label("secret", &window_);
+    label.setGeometry(20, 30, 60, 20);
+    label.hide();
+    EXPECT_FALSE(isMaskBlock(picture().pixel(50, 40)));
+}
+
+TEST_F(QtWidgetMirror, TheLastRaisedWidgetIsInFront) {
+    QWidget panel(&window_);
+    panel.setGeometry(0, 0, 200, 100);
+    panel.setAutoFillBackground(true);
+    panel.setPalette(QPalette(QColor(10, 10, 10)));
+    QLabel label("secret", &window_);
+    label.setGeometry(20, 30, 60, 20);
+    EXPECT_TRUE(isMaskBlock(picture().pixel(50, 40)));
+    panel.raise();
+    EXPECT_LT(qRed(picture().pixel(50, 40)), 30);
+}
+
+TEST_F(QtWidgetMirror, ChildrenAreCutOffAtTheirParentsEdge) {
+    QWidget panel(&window_);
+    panel.setGeometry(0, 0, 50, 50);
+    QLabel label("secret", &panel);
+    label.setGeometry(40, 0, 100, 100);
+    const QImage seen = picture();
+    EXPECT_TRUE(isMaskBlock(seen.pixel(46, 30)));
+    EXPECT_FALSE(isMaskBlock(seen.pixel(60, 30)));
+}
+
+TEST_F(QtWidgetMirror, ScrolledContentStandsWhereItHasBeenScrolledTo) {
+    QScrollArea area(&window_);
+    area.setGeometry(0, 0, 200, 100);
+    auto* const content = new QWidget;
+    content->resize(180, 1000);
+    auto* const label = new QLabel("secret", content);
+    label->setGeometry(0, 500, 100, 40);
+    area.setWidget(content);
+    EXPECT_FALSE(isMaskBlock(picture().pixel(50, 30)));
+    area.verticalScrollBar()->setValue(490);
+    EXPECT_TRUE(isMaskBlock(picture().pixel(50, 30)));
+}
+
+TEST_F(QtWidgetMirror, ASliderShowsItsValueAndIsDrawnAnewWhenThatChanges) {
+    QSlider slider(Qt::Horizontal, &window_);
+    slider.setGeometry(0, 30, 200, 30);
+    const QImage low = picture();
+    EXPECT_FALSE(isMaskBlock(low.pixel(100, 45)));
+    EXPECT_EQ(picture(), low);
+    slider.setValue(99);
+    EXPECT_NE(picture(), low);
+}
+
+TEST_F(QtWidgetMirror, AWindowAboveStandsAtItsPlace) {
+    window_.setGeometry(100, 100, 200, 100);
+    QDialog dialog(&window_);
+    dialog.setPalette(QPalette(QColor(100, 100, 100)));
+    dialog.setGeometry(150, 120, 60, 50);
+    (void)picture();
+    dialog.show();
+    const QImage seen = picture();
+    EXPECT_EQ(seen.pixel(52, 22), qRgb(100, 100, 100));
+    EXPECT_EQ(seen.pixel(108, 68), qRgb(100, 100, 100));
+    EXPECT_EQ(seen.pixel(48, 22), qRgb(240, 240, 240));
+}
+
+TEST_F(QtWidgetMirror, AWindowThatBelongsToAnotherOneIsNotThere) {
+    QWidget other;
+    other.setGeometry(0, 0, 500, 500);
+    QDialog dialog(&other);
+    dialog.setPalette(QPalette(QColor(100, 100, 100)));
+    dialog.setGeometry(0, 0, 500, 500);
+    other.show();
+    dialog.show();
+    EXPECT_EQ(picture().pixel(50, 50), qRgb(240, 240, 240));
+}
+
+TEST_F(QtWidgetMirror, APropertyMasksAWidgetWithAllThatIsInIt) {
+    QWidget panel(&window_);
+    panel.setGeometry(20, 20, 100, 50);
+    QSlider slider(&panel);
+    EXPECT_FALSE(isMaskBlock(picture().pixel(60, 40)));
+    panel.setProperty("mirethMasked", true);
+    EXPECT_TRUE(isMaskBlock(picture().pixel(60, 40)));
+    panel.setProperty("mirethMasked", false);
+    EXPECT_FALSE(isMaskBlock(picture().pixel(60, 40)));
+}
+
+TEST_F(QtWidgetMirror, AClassThatIsNamedMasksItsSubclassesToo) {
+    const std::string name = GoldCardNumber::staticMetaObject.superClass()->className();
+    const std::vector<const platform::ViewClass*> masked{&qt::viewClassNamed(name)};
+    GoldCardNumber card(&window_);
+    card.setGeometry(20, 20, 100, 50);
+    QSlider slider(&card);
+    EXPECT_FALSE(isMaskBlock(picture().pixel(60, 40)));
+    EXPECT_TRUE(isMaskBlock(picture(masked).pixel(60, 40)));
+}
+
+TEST_F(QtWidgetMirror, AWidgetThatPaintsItselfIsABlock) {
+    CardNumber card(&window_);
+    card.setGeometry(20, 20, 100, 50);
+    EXPECT_TRUE(isMaskBlock(picture().pixel(60, 40)));
+}
+
+TEST_F(QtWidgetMirror, AfterTheAppsWindowIsGoneItIsEmptyAndKeepsItsSize) {
+    auto gone = std::make_unique<QWidget>();
+    QLabel label("secret", gone.get());
+    gone->resize(120, 80);
+    gone->show();
+    const auto recorded = platform_.windowOf(*gone);
+    EXPECT_EQ(recordedPicture(*recorded).size(), QSize(120, 80));
+    label.setParent(nullptr);
+    gone.reset();
+    EXPECT_EQ(recordedPicture(*recorded).size(), QSize(120, 80));
+    EXPECT_TRUE(recorded->subviews().empty());
+}
+
+/// The texts that the library compares before and after a tap.
+std::string textsOf(const platform::View& view) {
+    std::string texts;
+    if (const auto* const label = dynamic_cast<const platform::Label*>(&view)) {
+        texts += label->content.text.value_or("");
+    }
+    for (const auto& subview : view.subviews()) {
+        texts += textsOf(*subview);
+    }
+    return texts;
+}
+
+TEST_F(QtWidgetMirror, AMaskedControlTellsItsStatesApart) {
+    QCheckBox box("Agree", &window_);
+    QLabel label("one", &window_);
+    window_.show();
+    const auto recorded = platform_.windowOf(window_);
+    const std::string before = textsOf(*recorded);
+    EXPECT_EQ(textsOf(*recorded), before);
+    box.setChecked(true);
+    const std::string checked = textsOf(*recorded);
+    EXPECT_NE(checked, before);
+    label.setText("two");
+    EXPECT_NE(textsOf(*recorded), checked);
+}
+
+TEST_F(QtWidgetMirror, BeingPressedIsNoStateOfItsOwn) {
+    QPushButton button("Buy", &window_);
+    window_.show();
+    const auto recorded = platform_.windowOf(window_);
+    const std::string before = textsOf(*recorded);
+    button.setDown(true);
+    EXPECT_EQ(textsOf(*recorded), before);
+}
+
+}  // namespace
+
+}  // namespace mireth::qttest
+
+#include "WidgetMirrorTest.moc"

@@ -1,0 +1,62 @@
+// What a recorded window looks like, and whether something of the app's is to be seen in it.
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "MirethVex/Platform/Window.hpp"
+#include "PrivateSide/Extensions/CALayerExtensions/LayerReplicator.hpp"
+#include "PrivateSide/Recording/OptimizedImageRenderer.hpp"
+#include "platforms/linux/media/CairoGraphics.hpp"
+
+namespace mireth::qttest {
+
+/// The frame that would be recorded now, one pixel a point.
+inline QImage recordedPicture(const platform::Window& window,
+                              std::vector<const platform::ViewClass*> masked = {}) {
+    const auto layers = LayerReplicator(std::move(masked)).replicateLayerTree(window, true);
+    platform::CairoGraphics graphics;
+    OptimizedImageRenderer renderer(graphics, window.frame().size());
+    const auto image = renderer.image([&](platform::GraphicsContext& context) { layers->render(context); });
+    QImage picture(static_cast<int>(image.pixelWidth()), static_cast<int>(image.pixelHeight()),
+                   QImage::Format_RGB32);
+    for (int y = 0; y < picture.height(); ++y) {
+        std::copy_n(image.pixels().data() + static_cast<std::size_t>(y) * image.pixelWidth(),
+                    image.pixelWidth(), reinterpret_cast<std::uint32_t*>(picture.scanLine(y)));
+    }
+    return picture;
+}
+
+/// The difference between a colour's strongest and weakest channel: 0 for any grey.
+inline int saturation(QRgb pixel) {
+    const auto [weakest, strongest] = std::minmax({qRed(pixel), qGreen(pixel), qBlue(pixel)});
+    return strongest - weakest;
+}
+
+/// Canaries have saturated colours; all else is grey. Nothing when there is none.
+inline std::optional<std::string> findCanary(const QImage& picture, int tolerance = 40) {
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const QRgb pixel = picture.pixel(x, y);
+            if (saturation(pixel) > tolerance) {
+                return QColor(pixel).name().toStdString() + " at " + std::to_string(x) + ", " +
+                       std::to_string(y);
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+/// The colour of a mask block.
+inline constexpr QRgb maskBlock = 0xFFBCBCBC;
+
+inline bool isMaskBlock(QRgb pixel) {
+    return std::abs(qRed(pixel) - 188) <= 1 && saturation(pixel) <= 1;
+}
+
+}  // namespace mireth::qttest
