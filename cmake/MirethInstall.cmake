@@ -27,11 +27,17 @@ if(BUILD_SHARED_LIBS)
 endif()
 
 install(TARGETS MirethVex EXPORT MirethVexTargets)
+if(MIRETH_HAS_QT)
+  include(MirethInstallQt)
+endif()
 install(DIRECTORY include/MirethVex platforms/linux/include/MirethVex
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.hpp")
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/MirethVex)
+if(MIRETH_HAS_QT)
+  install(EXPORT MirethVexQtTargets NAMESPACE MirethVex:: DESTINATION ${_package_dir})
+endif()
 install(EXPORT MirethVexTargets NAMESPACE MirethVex:: DESTINATION ${_package_dir})
 configure_package_config_file(cmake/MirethVexConfig.cmake.in ${PROJECT_BINARY_DIR}/MirethVexConfig.cmake
   INSTALL_DESTINATION ${_package_dir})

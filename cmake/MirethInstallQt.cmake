@@ -1,0 +1,16 @@
+# The Qt platform is an object of its own, the component `Qt` of the package: hosts without Qt never see it.
+add_library(MirethVexQt $<TARGET_OBJECTS:mireth_qt_objects>)
+add_library(MirethVex::Qt ALIAS MirethVexQt)
+set_target_properties(MirethVexQt PROPERTIES
+  EXPORT_NAME Qt VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINKER_LANGUAGE CXX)
+target_include_directories(MirethVexQt INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platforms/qt/include>)
+target_link_libraries(MirethVexQt
+  PUBLIC MirethVex
+  PRIVATE $<BUILD_INTERFACE:mireth_options> Qt6::Quick Qt6::Widgets)
+if(BUILD_SHARED_LIBS)
+  target_link_options(MirethVexQt PRIVATE "LINKER:--version-script=${_map}")
+  set_property(TARGET MirethVexQt APPEND PROPERTY LINK_DEPENDS ${_map})
+endif()
+install(TARGETS MirethVexQt EXPORT MirethVexQtTargets)
+install(DIRECTORY platforms/qt/include/MirethVex
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.hpp")
