@@ -198,6 +198,17 @@ describe('A gap', () => {
 });
 
 describe('A chunk that cannot be played', () => {
+    it('does not keep the rest of the page away when it is the first', async () => {
+        const page = await fixture.openReplay('', {
+            before: (opening) => opening.route('**/chunks/0.mp4', (route) => route.fulfill({ status: 200, contentType: 'video/mp4', body: 'no video' })),
+        });
+        await page.getByText('This part cannot be played').waitFor();
+        await page.locator('.entry.rage').waitFor();
+        await page.keyboard.press('End');
+        await untilPicture(page);
+        assert.ok(isNear(await phoneColour(page), blue));
+    });
+
     it('is said to be so, and the rest is played', async () => {
         const page = await fixture.openReplay('#t=9', {
             before: (opening) => opening.route('**/chunks/1.mp4', (route) => route.fulfill({ status: 200, contentType: 'video/mp4', body: 'no video' })),

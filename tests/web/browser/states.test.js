@@ -102,6 +102,16 @@ describe('A receiver that fails', () => {
         await page.getByText('The receiver does not answer.').waitFor({ state: 'hidden' });
     });
 
+    it('leaves the list as it was while it has trouble', async () => {
+        const page = await fixture.open('/');
+        await page.locator(`tr[data-id="${fixture.session}"]`).waitFor();
+        await page.route('**/api/sessions?*', (route) => route.fulfill({ status: 503, contentType: 'application/json', body: '{"error":"busy"}' }));
+        await page.getByText('The receiver has trouble.').waitFor();
+        assert.equal(await page.locator(`tr[data-id="${fixture.session}"]`).count(), 1);
+        await page.unroute('**/api/sessions?*');
+        await page.getByText('The receiver has trouble.').waitFor({ state: 'hidden' });
+    });
+
     it('keeps what has been loaded of a replay, and goes on with it when it answers again', async () => {
         const page = await fixture.openReplay();
         await untilPicture(page);

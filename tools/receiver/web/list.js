@@ -4,7 +4,7 @@ import { facets, listResource } from './api.js';
 import { announce, el, setText } from './dom.js';
 import { filterForm } from './filters.js';
 import { counted, number } from './format.js';
-import { failureNotice, notice, strip } from './notice.js';
+import { failureNotice, notice, strip, troubleOf } from './notice.js';
 import { Pager } from './pager.js';
 import { Poll } from './poll.js';
 import { columns, sessionRow } from './sessionrow.js';
@@ -89,8 +89,8 @@ class SessionList {
         if (failure.kind === 'unauthorised') {
             this.#poll.stop();
             this.#logIn();
-        } else if (this.#shown.size > 0 && failure.kind === 'unreachable') {
-            this.#trouble.say('The receiver does not answer. This is what it last said; the page keeps trying.');
+        } else if (this.#shown.size > 0) {
+            this.#trouble.say(`${troubleOf(failure)} This is what it last said; the page keeps trying.`);
         } else {
             this.#shown.clear();
             setText(this.#count, '');

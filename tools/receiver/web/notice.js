@@ -32,6 +32,11 @@ export function failureNotice(failure, what, again) {
         [`${what} cannot be loaded. The receiver’s own output says more; it called this “${failure.detail || 'an error'}”.`], [retry]);
 }
 
+/** The same in one sentence, for somebody who sees something already. */
+export function troubleOf(failure) {
+    return failure.kind === 'unreachable' ? 'The receiver does not answer.' : 'The receiver has trouble.';
+}
+
 /** Between header and content: what went wrong while older data is still shown. */
 export function strip() {
     const text = el('p', { class: 'strip', role: 'status', hidden: true });

@@ -10,7 +10,7 @@ import { fullDate, when } from './format.js';
 import { icon } from './kinds.js';
 import { liveSign } from './livesign.js';
 import { buildModel } from './model.js';
-import { failureNotice, notice, strip } from './notice.js';
+import { failureNotice, notice, strip, troubleOf } from './notice.js';
 import { Player } from './player.js';
 import { Poll } from './poll.js';
 
@@ -31,7 +31,7 @@ class Replay {
     #heading = document.getElementById('heading');
     #facts = el('section', { class: 'facts', 'aria-label': 'Session', tabindex: 0 });
     #said = '';
-    #player = new Player(this.#facts, () => this.#watch());
+    #player = new Player(this.#facts, () => this.#findOutWhy());
 
     constructor(main, id, logIn) {
         this.#main = main;
@@ -45,7 +45,14 @@ class Replay {
         this.#watch();
     }
 
-    // Asks until all of a closed session is here; again when a chunk cannot be had, to find out why.
+    // A chunk cannot be had: the receiver may be gone, or the session, or the login.
+    #findOutWhy() {
+        if (this.#model !== null) {
+            this.#watch();
+        }
+    }
+
+    // Asks until all of a closed session is here.
     #watch() {
         this.#poll?.stop();
         this.#poll = new Poll(() => this.#read(), { onSuccess: () => this.#answered(), onFailure: (failure) => this.#fail(failure) });
@@ -114,8 +121,8 @@ class Replay {
         if (failure.kind === 'unauthorised') {
             this.#poll.stop();
             this.#logIn();
-        } else if (this.#model !== null && failure.kind === 'unreachable') {
-            this.#trouble.say('The receiver does not answer. What has been loaded can still be watched; the page keeps trying.');
+        } else if (this.#model !== null && failure.kind !== 'missing') {
+            this.#trouble.say(`${troubleOf(failure)} What has been loaded can still be watched; the page keeps trying.`);
         } else {
             this.#player.stop();
             this.#model = null;
