@@ -24,7 +24,8 @@ class Ledger {
     /// Checks the receiver on `port` against all of this; fails the test when an acknowledged chunk is not
     /// there, one that is there is not whole, or a removed session is there.
     void check(int port) const;
-    std::size_t chunks() const;
+    /// How many chunks were acknowledged, those of removed sessions included.
+    std::size_t acknowledged() const;
     std::size_t removals() const;
 
   private:
@@ -34,6 +35,7 @@ class Ledger {
     // Guarded by mutex_.
     std::map<std::string, std::set<std::int64_t>> kept_;
     std::set<std::string> removed_;
+    std::size_t acknowledged_ = 0;
 };
 
 /// The video of a chunk, told by its number alone.
