@@ -2,6 +2,8 @@
 add_library(MirethVexQt $<TARGET_OBJECTS:mireth_qt_objects>)
 add_library(MirethVex::Qt ALIAS MirethVexQt)
 set_target_properties(MirethVexQt PROPERTIES
+  # It finds the library beside it, also for a host that calls nothing of that itself.
+  INSTALL_RPATH "$ORIGIN"
   EXPORT_NAME Qt VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINKER_LANGUAGE CXX)
 target_include_directories(MirethVexQt INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platforms/qt/include>)
 target_link_libraries(MirethVexQt

@@ -1,6 +1,7 @@
 #include "platforms/qt/screens/ScreenWatch.hpp"
 
 #include <QGuiApplication>
+#include <QWindow>
 #include <algorithm>
 #include <array>
 #include <utility>
