@@ -83,7 +83,7 @@ void addFramings(Corpus& corpus) {
         many += delimiter + "\r\nContent-Disposition: form-data; name=\"chunk[extra]\"\r\n\r\n\r\n";
     }
     corpus.addBody("many parts", many + delimiter + "--");
-    for (const std::size_t part : {0, 1, 2}) {
+    for (std::size_t part = 0; part < sound.parts.size(); ++part) {
         auto twice = sound;
         twice.parts.push_back(sound.parts[part]);
         corpus.add("twice", twice);
