@@ -14,3 +14,7 @@ build tests/consumer/qthost qthost
 # What newcomers copy from.
 build examples/qt-form qt-form
 build examples/qt-shop qt-shop
+# It calls nothing of the library itself, only of the component.
+if ldd "$work/qt-shop/qt-shop" | grep -F 'not found'; then
+    fail "the shop does not find its libraries"
+fi

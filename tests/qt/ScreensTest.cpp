@@ -67,7 +67,9 @@ TEST_F(QtScreens, TheRecordedWindowIsAScreenOnce) {
 TEST_F(QtScreens, APageOfAStackGoesByItsClassAndItsChangeIsHeardAtOnce) {
     QWidget window;
     window.setProperty("mirethScreen", "Main");
+    window.resize(200, 100);
     QStackedWidget stack(&window);
+    stack.setGeometry(0, 0, 200, 100);
     auto* const home = new QLabel;
     home->setProperty("mirethScreen", "Home");
     stack.addWidget(home);
@@ -79,6 +81,18 @@ TEST_F(QtScreens, APageOfAStackGoesByItsClassAndItsChangeIsHeardAtOnce) {
     stack.setCurrentIndex(1);
     runFor(0.02);
     EXPECT_THAT(heard(), ElementsAre("-Home", "+Basket"));
+}
+
+TEST_F(QtScreens, AStackInACornerOfTheWindowHoldsNoPage) {
+    QWidget window;
+    window.setProperty("mirethScreen", "Main");
+    window.resize(200, 100);
+    QStackedWidget stack(&window);
+    stack.setGeometry(0, 0, 50, 50);
+    stack.addWidget(new Basket);
+    window.show();
+    pass(platform_.windowOf(window));
+    EXPECT_THAT(heard(), ElementsAre("+Main"));
 }
 
 TEST_F(QtScreens, ADialogIsAScreenAndAMenuIsNone) {

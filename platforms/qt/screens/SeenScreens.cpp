@@ -39,6 +39,12 @@ bool fillsTheWindow(const QQuickItem& loader) {
            loader.width() * loader.height() * 2 > static_cast<double>(window->width()) * window->height();
 }
 
+/// Stacks are used for parts of a window, too.
+bool fillsTheWindow(const QWidget& stack) {
+    const QWidget& window = *stack.window();
+    return stack.width() * stack.height() * 2 > window.width() * window.height();
+}
+
 bool isStack(const QQuickItem& item) {
     return item.inherits("QQuickStackView") || item.inherits("QQuickSwipeView");
 }
@@ -58,7 +64,8 @@ void SeenScreens::addWindow(QWindow& window) {
 }
 
 void SeenScreens::look(QWidget& widget) {
-    if (auto* const stack = qobject_cast<QStackedWidget*>(&widget)) {
+    if (auto* const stack = qobject_cast<QStackedWidget*>(&widget);
+        stack != nullptr && fillsTheWindow(widget)) {
         holders_.push_back(stack);
         add(stack->currentWidget());
     }
