@@ -111,7 +111,7 @@ TEST_F(MemoryUse, OfTheRemoteSessionManager) {
 TEST_F(MemoryUse, OfTheLifecycleObserver) {
     const auto application = std::make_shared<headless::HeadlessApplication>();
     expectLinesOf("AppLifecycleObserver", [&] {
-        return std::make_unique<AppLifecycleObserver>(phone.capture.log(), application,
+        return std::make_unique<AppLifecycleObserver>(phone.capture.log(), *application,
                                                       [] { return Date(0); });
     });
 }
