@@ -63,6 +63,12 @@ TEST_F(QtWidgetMirror, IsTheWindowsSizeAndColour) {
     EXPECT_EQ(seen.pixel(100, 50), qRgb(240, 240, 240));
 }
 
+TEST_F(QtWidgetMirror, FollowsTheWindowWhenItIsResizedOrTurned) {
+    (void)picture();
+    window_.resize(100, 200);
+    EXPECT_EQ(picture().size(), QSize(100, 200));
+}
+
 TEST_F(QtWidgetMirror, TheSameWindowIsMirroredByOneObject) {
     window_.show();
     const auto recorded = platform_.windowOf(window_);
@@ -205,6 +211,8 @@ std::string textsOf(const platform::View& view) {
     std::string texts;
     if (const auto* const label = dynamic_cast<const platform::Label*>(&view)) {
         texts += label->content.text.value_or("");
+    } else if (const auto* const input = dynamic_cast<const platform::TextInputView*>(&view)) {
+        texts += input->content.text.value_or("");
     }
     for (const auto& subview : view.subviews()) {
         texts += textsOf(*subview);
@@ -224,6 +232,13 @@ TEST_F(QtWidgetMirror, AMaskedControlTellsItsStatesApart) {
     EXPECT_NE(checked, before);
     label.setText("two");
     EXPECT_NE(textsOf(*recorded), checked);
+}
+
+TEST_F(QtWidgetMirror, KeepsNoCopyOfATypedText) {
+    QLineEdit password("hunter2", &window_);
+    password.setEchoMode(QLineEdit::Password);
+    window_.show();
+    EXPECT_EQ(textsOf(*platform_.windowOf(window_)).find("hunter2"), std::string::npos);
 }
 
 TEST_F(QtWidgetMirror, BeingPressedIsNoStateOfItsOwn) {

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "platforms/qt/mirror/ClassRules.hpp"
+#include "platforms/qt/mirror/StateText.hpp"
 
 namespace mireth::qt {
 
@@ -74,6 +75,7 @@ const MirroredClass& ClassCatalog::find(const QMetaObject& type, Family family) 
         entry.mirrored =
             family == Family::widget ? ruleForWidget(writtenIn(type)) : ruleForItem(writtenIn(type));
         entry.mirrored.viewClass = &viewClassOf(&type);
+        entry.mirrored.stateProperties = std::make_shared<const std::vector<int>>(statePropertiesOf(type));
     }
     return entry.mirrored;
 }

@@ -3,9 +3,11 @@
 
 #include <QByteArray>
 #include <QMetaObject>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "MirethVex/Platform/ViewClass.hpp"
 
@@ -34,6 +36,8 @@ struct MirroredClass {
     Shown shown = Shown::label;
     /// True when an object without others in it shows nothing of its own either.
     bool emptyIsHarmless = false;
+    /// For `describeState`; never null in what a catalogue gives out.
+    std::shared_ptr<const std::vector<int>> stateProperties = nullptr;
 };
 
 /// The name by which a host knows a class: the C++ name, or `CardNumber` for the type of CardNumber.qml.

@@ -62,7 +62,7 @@ std::shared_ptr<View> ItemMirror::viewOf(QQuickItem& item) {
     layer.appearance.opacity = item.opacity();
     layer.appearance.allowsGroupOpacity = false;
     layer.appearance.masksToBounds = item.clip();
-    describeState(item, *view);
+    describeState(item, *mirrored.stateProperties, *view);
     if (mirrored.shown == Shown::rectangle) {
         addRectangleLook(item, layer);
     }

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QAbstractScrollArea>
+#include <QHashFunctions>
 #include <QMetaProperty>
 #include <QPlainTextEdit>
 #include <QQuickItem>
@@ -11,18 +12,18 @@
 #include <QTextEdit>
 #include <QVariant>
 #include <array>
+#include <cstddef>
 #include <string>
 
 #include "MirethVex/Platform/TextViews.hpp"
 #include "platforms/qt/mirror/ClassCatalog.hpp"
-#include "platforms/qt/mirror/LayerValues.hpp"
 
 namespace mireth::qt {
 
 namespace {
 
-constexpr std::array stateProperties{"text",         "title",       "value",  "checkState", "checked",
-                                     "currentIndex", "currentText", "source", "windowTitle"};
+constexpr std::array stateNames{"text",    "title",        "value",  "checkState",
+                                "checked", "currentIndex", "source", "windowTitle"};
 
 /// A long document is told by its revision: copying its text twice a second would cost too much.
 const QTextDocument* documentOf(const QObject& object) {
@@ -45,8 +46,13 @@ bool isOfQt(const QMetaProperty& property) {
     return type != nullptr && (isDeclared(*type) || type->className()[0] == 'Q');
 }
 
-void append(std::string& state, const std::string& part) {
-    state.append(part).append("\n");
+void append(std::string& state, std::size_t part) {
+    state.append(std::to_string(part)).append("\n");
+}
+
+/// Texts, passwords among them, are not copied: it is enough to know whether they are still the same.
+void appendValue(std::string& state, const QVariant& value) {
+    append(state, qHash(value.toString()));
 }
 
 void appendScrolling(std::string& state, const QObject& object) {
@@ -54,24 +60,21 @@ void appendScrolling(std::string& state, const QObject& object) {
     if (area == nullptr) {
         return;
     }
-    append(state, std::to_string(area->horizontalScrollBar()->value()));
-    append(state, std::to_string(area->verticalScrollBar()->value()));
+    appendValue(state, area->horizontalScrollBar()->value());
+    appendValue(state, area->verticalScrollBar()->value());
     if (const auto* list = qobject_cast<const QAbstractItemView*>(&object)) {
-        append(state, std::to_string(list->currentIndex().row()));
-        append(state, std::to_string(list->currentIndex().column()));
+        appendValue(state, list->currentIndex().row());
+        appendValue(state, list->currentIndex().column());
     }
 }
 
-std::string stateOf(const QObject& object) {
+std::string stateOf(const QObject& object, const std::vector<int>& properties) {
     std::string state;
     if (const auto* document = documentOf(object)) {
-        append(state, std::to_string(document->revision()));
+        appendValue(state, document->revision());
     } else {
-        for (const char* const name : stateProperties) {
-            const int index = object.metaObject()->indexOfProperty(name);
-            if (index >= 0 && isOfQt(object.metaObject()->property(index))) {
-                append(state, textOf(object.metaObject()->property(index).read(&object).toString()));
-            }
+        for (const int index : properties) {
+            appendValue(state, object.metaObject()->property(index).read(&object));
         }
     }
     appendScrolling(state, object);
@@ -88,11 +91,22 @@ bool hasFocus(const QObject& object) {
 
 }  // namespace
 
-void describeState(const QObject& object, platform::View& view) {
+std::vector<int> statePropertiesOf(const QMetaObject& type) {
+    std::vector<int> properties;
+    for (const char* const name : stateNames) {
+        const int index = type.indexOfProperty(name);
+        if (index >= 0 && isOfQt(type.property(index))) {
+            properties.push_back(index);
+        }
+    }
+    return properties;
+}
+
+void describeState(const QObject& object, const std::vector<int>& properties, platform::View& view) {
     if (auto* const label = dynamic_cast<platform::Label*>(&view)) {
-        label->content.text = stateOf(object);
+        label->content.text = stateOf(object, properties);
     } else if (auto* const input = dynamic_cast<platform::TextInputView*>(&view)) {
-        input->content.text = stateOf(object);
+        input->content.text = stateOf(object, properties);
         input->isFirstResponder = hasFocus(object);
     }
 }

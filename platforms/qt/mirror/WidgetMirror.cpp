@@ -75,7 +75,7 @@ std::shared_ptr<View> WidgetMirror::copy(QWidget& widget) {
     view->setFrame({static_cast<double>(widget.x()), static_cast<double>(widget.y()),
                     static_cast<double>(widget.width()), static_cast<double>(widget.height())});
     addOwnLook(widget, mirrored.shown, view->mutableLayer());
-    describeState(widget, *view);
+    describeState(widget, *mirrored.stateProperties, *view);
     if (mirrored.shown == Shown::container) {
         ++depth_;
         for (QWidget* const child : children) {
