@@ -14,6 +14,7 @@
 
 #include "Database.hpp"
 #include "DiskBudget.hpp"
+#include "GroupCommit.hpp"
 #include "Store.hpp"
 #include "VideoFolder.hpp"
 
@@ -99,6 +100,7 @@ class SqliteStore final : public Store {
     std::mutex mutex_;
     // Guarded by mutex_.
     Database database_;
+    GroupCommit commits_{database_, mutex_};
 
     std::mutex readerMutex_;
     // Guarded by readerMutex_.

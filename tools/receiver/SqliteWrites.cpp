@@ -192,20 +192,21 @@ Stored<PutOutcome> SqliteStore::putChunk(const std::string& sessionId, const Chu
     if (auto durable = file.sync(); !durable) {
         return std::unexpected(durable.error());
     }
-    return guarded("cannot keep a chunk", [&] {
-        Transaction transaction(database_, Transaction::Kind::write);
-        const auto outcome = admission(sessionId, chunk, file, *digest, limits);
-        if (outcome == PutOutcome::kept) {
-            const auto place = placeOf(database_, sessionId).value();
-            insertChunk(place, chunk, file, *digest);
-            insertTexts(place, chunk.number, summary.texts);
-            addToSums(place, chunk, file.size(), summary);
-            // Before the commit: a commit that reports an error may have happened all the same, and then the
-            // row must find its file. An orphan is swept at the next start.
-            file.keep();
-            transaction.commit();
-            ++changes_;
-        }
+    return caught("cannot keep a chunk", [&] {
+        auto outcome = PutOutcome::kept;
+        commits_.run([&] {
+            outcome = admission(sessionId, chunk, file, *digest, limits);
+            if (outcome == PutOutcome::kept) {
+                const auto place = placeOf(database_, sessionId).value();
+                insertChunk(place, chunk, file, *digest);
+                insertTexts(place, chunk.number, summary.texts);
+                addToSums(place, chunk, file.size(), summary);
+                // Before the commit: a commit that reports an error may have happened all the same, and then
+                // the row must find its file. An orphan is swept at the next start.
+                file.keep();
+            }
+        });
+        changes_ += outcome == PutOutcome::kept ? 1 : 0;
         return outcome;
     });
 }
