@@ -88,7 +88,8 @@ Task<bool> AssetWriterInput::awaitReadiness(std::shared_ptr<State> state) {
 }
 
 Task<void> AssetWriterInput::finish(std::shared_ptr<State> state) {
-    state->waiting.reset();
+    state->isLetGo = true;
+    state->resumeWaiting();
     state->input->markAsFinished();
     co_return;
 }

@@ -24,7 +24,7 @@ class AssetWriterInput {
     /// Completes when the input is ready for a frame; with false when it has let go of its readiness callback
     /// and takes none any more.
     Task<bool> readyForMoreMediaData() const;
-    /// Tells the input that no frame follows, and wakes nobody any more.
+    /// Tells the input that no frame follows. A wait that is still on ends as when the input has let go.
     Task<void> markAsFinished() const;
 
   private:

@@ -83,7 +83,7 @@ TEST_F(AssetWriterInputTest, CallbackThatComesTooEarlyIsNotMistakenForReadiness)
     EXPECT_TRUE(outcome->succeeded());
 }
 
-TEST_F(AssetWriterInputTest, CallbackAfterTheEndWakesNobody) {
+TEST_F(AssetWriterInputTest, TheEndEndsAWaitAndALaterCallbackDoesNothing) {
     script_->ready = false;
     const auto waiting = awaitReadiness();
     phone_.runUntilIdle();
@@ -91,9 +91,11 @@ TEST_F(AssetWriterInputTest, CallbackAfterTheEndWakesNobody) {
     phone_.runUntilIdle();
     EXPECT_TRUE(finished->succeeded());
     EXPECT_EQ(script_->calls.back(), "markAsFinished");
+    EXPECT_TRUE(waiting->succeeded());
+    EXPECT_EQ(*takesFrames_, false);
     script_->askForMore();
     phone_.runUntilIdle();
-    EXPECT_FALSE(waiting->isDone);
+    EXPECT_EQ(script_->calls.back(), "markAsFinished");
 }
 
 TEST_F(AssetWriterInputTest, TheCallbackKeepsNothingAliveAndFindsNobodyAfterTheEnd) {
