@@ -93,7 +93,8 @@ TEST_F(WholeVideo, JoinsTheChunksInOrderWithoutEncodingThemAgain) {
     // The coded pictures are the chunks' own.
     std::vector<std::string> sizes;
     for (const auto* const bytes : {&first, &second}) {
-        for (const auto& packet : probe(directory_.write("one.mp4", *bytes)).at("packets")) {
+        const auto single = probe(directory_.write("one.mp4", *bytes));
+        for (const auto& packet : single.at("packets")) {
             sizes.push_back(packet.at("size"));
         }
     }
