@@ -1,11 +1,13 @@
 // Which touches a window of the app's hands on to the library.
 #include <gtest/gtest.h>
+#include <memory>
 
 #include <QDialog>
 #include <QGuiApplication>
 #include <QPushButton>
 #include <QStyleHints>
 #include <QTest>
+#include <memory>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
 #include "qt/support/EventLoop.hpp"
@@ -133,10 +135,10 @@ TEST_F(QtTouchSource, AnUnpressedMouseMovesNothing) {
 }
 
 TEST_F(QtTouchSource, FingersAreToldApart) {
-    QPointingDevice* const screen = QTest::createTouchDevice();
-    QTest::touchEvent(handle(), screen).press(0, QPoint(120, 60)).press(1, QPoint(150, 60));
-    QTest::touchEvent(handle(), screen).release(0, QPoint(120, 60)).move(1, QPoint(190, 90));
-    QTest::touchEvent(handle(), screen).release(1, QPoint(190, 90));
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    QTest::touchEvent(handle(), screen.get()).press(0, QPoint(120, 60)).press(1, QPoint(150, 60));
+    QTest::touchEvent(handle(), screen.get()).release(0, QPoint(120, 60)).move(1, QPoint(190, 90));
+    QTest::touchEvent(handle(), screen.get()).release(1, QPoint(190, 90));
     const auto& seen = witness_->seen;
     ASSERT_EQ(witness_->phases(), (std::vector{TouchPhase::began, TouchPhase::began, TouchPhase::moved,
                                                TouchPhase::ended, TouchPhase::ended}));
@@ -147,9 +149,9 @@ TEST_F(QtTouchSource, FingersAreToldApart) {
 }
 
 TEST_F(QtTouchSource, ATouchIsNotCountedAgainAsTheMouseThatQtMakesOfIt) {
-    QPointingDevice* const screen = QTest::createTouchDevice();
-    QTest::touchEvent(handle(), screen).press(0, QPoint(30, 20));
-    QTest::touchEvent(handle(), screen).release(0, QPoint(30, 20));
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    QTest::touchEvent(handle(), screen.get()).press(0, QPoint(30, 20));
+    QTest::touchEvent(handle(), screen.get()).release(0, QPoint(30, 20));
     EXPECT_EQ(witness_->phases(), tap);
 }
 
