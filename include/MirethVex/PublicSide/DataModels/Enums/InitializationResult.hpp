@@ -12,9 +12,8 @@ enum class InitializationResult {
     success,
     /// The brand or the project identifier is empty.
     paramsRequired,
-    /// No window was passed and the application has no key window. Also the answer when a service of the
-    /// platform
-    /// threw meanwhile; a log line tells.
+    /// No window was passed and the application has no key window. Also the answer when something of the
+    /// host or the platform threw meanwhile; a log line tells.
     cannotGetKeyWindow,
     /// A session is starting, running or paused; it goes on.
     sessionAlreadyRunning
