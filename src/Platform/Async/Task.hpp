@@ -31,7 +31,7 @@ std::string describeCurrentException();
 
 /// Runs `task` on `executor`, never inline, and forgets it. Whatever it needs, its parameters must own.
 template <class T>
-void spawn(Executor executor, Task<T> task) {
+void spawn(const Executor& executor, Task<T> task) {
     asio::post(executor, [executor, task = std::move(task)]() mutable {
         asio::co_spawn(executor, std::move(task), [](const std::exception_ptr& exception, auto&&...) {
             if (exception) {
