@@ -62,6 +62,17 @@ class EndToEndQt : public endtoend::EndToEnd {
         return frames;
     }
 
+    /// In parts of the frame.
+    void expectTapAt(double x, double y) const {
+        const Json timeline = report().at("timeline");
+        const auto tap = std::ranges::find(timeline, Json("UserInteraction"),
+                                           [](const Json& event) { return event.value("type", Json()); });
+        ASSERT_NE(tap, timeline.end()) << timeline.dump(1);
+        const Json& target = tap->at("eventDetails").at("target");
+        EXPECT_NEAR(target.at("xNormalizedTo1").get<double>(), x, 0.001);
+        EXPECT_NEAR(target.at("yNormalizedTo1").get<double>(), y, 0.001);
+    }
+
     /// The pixel of a 250 × 500 frame that shows this point of a 250 × 500 window.
     static Rgb at(const Image& frame, std::size_t x, std::size_t y) { return endtoend::pixelAt(frame, x, y); }
 
@@ -109,24 +120,26 @@ TEST_F(EndToEndQt, AWindowOfWidgetsArrivesUprightAndMaskedWithItsTap) {
         EXPECT_LE(endtoend::distance(at(frame, 70, 120), maskColor), 8) << "the label";
         EXPECT_LE(endtoend::distance(at(frame, 70, 220), maskColor), 8) << "the button";
     }
-    const Json timeline = report().at("timeline");
-    const auto tap = std::ranges::find(timeline, Json("UserInteraction"),
-                                       [](const Json& event) { return event.value("type", Json()); });
-    ASSERT_NE(tap, timeline.end()) << timeline.dump(1);
+    expectTapAt(0.2, 0.44);
 }
 
-TEST_F(EndToEndQt, AWindowOfItemsArrivesUprightAndMasked) {
+TEST_F(EndToEndQt, AWindowOfItemsArrivesUprightAndMaskedWithItsTap) {
     QmlScene scene(
         "Rectangle { width: 250; height: 60; color: '#282828' }"
         "Text { x: 20; y: 100; width: 100; height: 40; text: 'Secret'; color: 'red' }"
         "Button { x: 20; y: 200; width: 100; height: 40; text: 'Secret'; palette.buttonText: 'lime' }");
     scene.window().resize(250, 500);
     start(platform_.windowOf(scene.window()));
-    runFor(1.2);
+    runFor(0.8);
+    QTest::mouseClick(&scene.window(), Qt::LeftButton, {}, QPoint(50, 220));
+    runFor(0.8);
     stop();
+    expectTapAt(0.2, 0.44);
     const auto seen = frames();
-    ASSERT_GE(seen.size(), 1U);
+    ASSERT_GE(seen.size(), 2U);
     for (const Image& frame : seen) {
+        EXPECT_EQ(frame.pixelWidth(), 250U);
+        EXPECT_EQ(frame.pixelHeight(), 500U);
         EXPECT_EQ(endtoend::findPixel(frame, isColored), std::nullopt);
         EXPECT_LT(at(frame, 125, 20).red, 60) << "the dark panel is at the top";
         EXPECT_GT(at(frame, 125, 400).red, 225);
