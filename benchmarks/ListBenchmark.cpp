@@ -12,8 +12,8 @@
 #include "benchmarks/ServedReceiver.hpp"
 #include "tests/receiver/support/TemporaryDirectory.hpp"
 #include "tests/receiver/support/Timeline.hpp"
-#include "tools/receiver/SqliteStore.hpp"
-#include "tools/receiver/TimelineText.hpp"
+#include "tools/receiver/sqlite/SqliteStore.hpp"
+#include "tools/receiver/store/TimelineText.hpp"
 
 namespace mireth::benchmarks {
 namespace {

@@ -14,7 +14,7 @@ foreach(name IN LISTS files)
   math(EXPR number "${number} + 1")
 endforeach()
 file(WRITE ${OUTPUT} "// Generated from ${FOLDER}. The byte after each file's last is not part of it.
-#include \"WebFile.hpp\"
+#include \"viewing/WebFile.hpp\"
 
 #include <array>
 #include <cstddef>

@@ -3,7 +3,7 @@
 #include <exception>
 #include <iostream>
 
-#include "CommandLine.hpp"
+#include "command/CommandLine.hpp"
 
 int main(int argc, char** argv) {
     // Blocked before any thread begins, so that only the one that waits for them gets them.

@@ -10,15 +10,15 @@
 #include <string>
 #include <vector>
 
-#include "Config.hpp"
-#include "HttpServer.hpp"
-#include "Metrics.hpp"
-#include "ProgramExporter.hpp"
-#include "Router.hpp"
-#include "SqliteStore.hpp"
+#include "command/Router.hpp"
+#include "http/HttpServer.hpp"
+#include "service/Metrics.hpp"
+#include "settings/Config.hpp"
+#include "sqlite/SqliteStore.hpp"
 #include "support/RawClient.hpp"
 #include "support/TemporaryDirectory.hpp"
 #include "support/Upload.hpp"
+#include "video/ProgramExporter.hpp"
 
 namespace mireth::receiver::test {
 

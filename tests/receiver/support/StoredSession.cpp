@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "TimelineText.hpp"
+#include "store/TimelineText.hpp"
 
 namespace mireth::receiver::test {
 

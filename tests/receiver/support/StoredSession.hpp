@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Store.hpp"
+#include "store/Store.hpp"
 
 namespace mireth::receiver::test {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "TimelineValidator.hpp"
+#include "wire/TimelineValidator.hpp"
 
 namespace mireth::receiver::test {
 

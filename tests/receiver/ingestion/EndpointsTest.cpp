@@ -1,0 +1,224 @@
+// Sessions, configuration and log lines over real sockets.
+#include "ingestion/Endpoints.hpp"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <regex>
+
+#include "support/RunningReceiver.hpp"
+
+namespace mireth::receiver {
+namespace {
+
+using test::RunningReceiver;
+using Reports = std::vector<std::string>;
+
+constexpr const char* create = "/mobile-sr-ingestion/v1/sessions/create";
+constexpr const char* log = "/WRTarrowEngine/Ajax.php?action=ClientLog&M_ZoneID=p1&M_BID=b1";
+constexpr const char* createBody =
+    R"({"brandId":"b1","brandDc":"US_WEST","projectId":"p1","isTestSession":false})";
+constexpr const char* refusedSession =
+    R"({"status":"ERROR","sessionInfo":{"sessionId":"","sessionStartTime":"","creationDataCenter":"","isTestSession":false}})";
+
+TEST(CreateSession, AnswersWithANewSession) {
+    RunningReceiver receiver;
+    const auto response = receiver.post(create, createBody);
+    EXPECT_EQ(response.status, 200);
+    EXPECT_EQ(response.header("content-type"), "application/json");
+    const auto json = nlohmann::json::parse(response.body);
+    EXPECT_EQ(json.at("status"), "SUCCESS");
+    const auto& info = json.at("sessionInfo");
+    const std::string id = info.at("sessionId");
+    EXPECT_TRUE(std::regex_match(id, std::regex("[A-Za-z0-9._-]{1,128}")));
+    EXPECT_EQ(info.at("sessionStartTime"), "2023-11-14T22:13:20.123Z");
+    EXPECT_EQ(info.at("creationDataCenter"), "US_WEST");
+    EXPECT_EQ(info.at("isTestSession"), false);
+    const auto stored = receiver.contents(id).summary.session;
+    EXPECT_EQ(stored.brandId, "b1");
+    EXPECT_EQ(stored.brandDc, "US_WEST");
+    EXPECT_EQ(stored.projectId, "p1");
+    EXPECT_EQ(stored.startMillis, RunningReceiver::wallMillis);
+    EXPECT_EQ(stored.closedMillis, std::nullopt);
+    EXPECT_NE(receiver.createSession(), id);
+    EXPECT_EQ(receiver.takeReports(), Reports{});
+}
+
+TEST(CreateSession, RefusesUnknownAndDisabledProjects) {
+    RunningReceiver receiver(R"({"projects":[{"brandId":"b1","projectId":"off","srEnabled":"SR_DISABLED"},
+                                             {"brandId":"b1","projectId":"web","srEnabled":"SR_ENABLED_FOR_WEB_ONLY"}]})");
+    for (const auto* const project : {"p1", "off", "web"}) {
+        const auto response = receiver.post(create, R"({"brandId":"b1","brandDc":"d","projectId":")" +
+                                                        std::string(project) + R"(","isTestSession":true})");
+        EXPECT_EQ(response.status, 200);
+        EXPECT_EQ(response.body, refusedSession);
+    }
+    EXPECT_TRUE(receiver.store().list({})->sessions.empty());
+    EXPECT_EQ(receiver.takeReports(),
+              (Reports{"a session was refused: unknown project b1/p1",
+                       "a session was refused: mobile sessions are off for project b1/off",
+                       "a session was refused: mobile sessions are off for project b1/web"}));
+}
+
+TEST(CreateSession, RefusesBodiesOfAnotherShape) {
+    RunningReceiver receiver;
+    for (const auto* const body :
+         {"", "{", "[]", "{}", R"({"brandId":"b1","brandDc":"d","projectId":"p1"})",
+          R"({"brandId":1,"brandDc":"d","projectId":"p1","isTestSession":false})",
+          R"({"brandId":"","brandDc":"d","projectId":"p1","isTestSession":false})",
+          R"({"brandId":"b","brandDc":"d","projectId":"p1","isTestSession":0})",
+          R"({"brandId":"b","brandDc":"d","projectId":"p1","isTestSession":false,"x":1})"}) {
+        const auto response = receiver.post(create, body);
+        EXPECT_EQ(response.status, 400) << body;
+        EXPECT_EQ(response.body, refusedSession) << body;
+    }
+    EXPECT_EQ(receiver.post(create, std::string(20'000, ' ')).status, 413);
+    EXPECT_TRUE(receiver.store().list({})->sessions.empty());
+}
+
+TEST(CloseSession, ClosesOnceAndStaysClosed) {
+    RunningReceiver receiver;
+    const auto id = receiver.createSession();
+    for (int i = 0; i < 2; ++i) {
+        const auto response = receiver.closeSession(id);
+        EXPECT_EQ(response.status, 200);
+        EXPECT_EQ(response.body, R"({"status":"SUCCESS"})");
+    }
+    EXPECT_EQ(receiver.contents(id).summary.session.closedMillis, RunningReceiver::wallMillis);
+}
+
+TEST(CloseSession, AnUnknownSessionOrAnotherProjectsIsAnErrorAnswer) {
+    RunningReceiver receiver;
+    const auto id = receiver.createSession();
+    for (const auto& response :
+         {receiver.closeSession("unknown"), receiver.closeSession(id, "b2"),
+          receiver.closeSession(id, "b1", "p2"), receiver.closeSession("..%2F" + id),
+          receiver.closeSession("%00%0D%0A"), receiver.closeSession(std::string(1000, 'x'))}) {
+        EXPECT_EQ(response.status, 200);
+        EXPECT_EQ(response.body, R"({"status":"ERROR"})");
+    }
+    EXPECT_EQ(receiver.post("/mobile-sr-ingestion/v1/sessions/" + id + "/close-session", "{}").status, 400);
+    EXPECT_EQ(receiver.contents(id).summary.session.closedMillis, std::nullopt);
+}
+
+TEST(ProjectConfiguration, IsTheProjects) {
+    RunningReceiver receiver(R"({"default": {"samplingRate": 30, "srEnabled": null},
+        "projects": [{"brandId":"b/1","projectId":"p 1","srEnabled":"SR_ENABLED_FOR_MOBILE_ONLY","samplingRate":12.5,
+                      "dataCenter":"eu.west","customSignal":[{"name":"n","value":"v"}]}]})");
+    const auto own = receiver.get("/app-insights/v1/b%2F1/p%201/sessionReplayConfig?M_BID=b");
+    EXPECT_EQ(own.status, 200);
+    EXPECT_EQ(own.body,
+              R"({"srEnabled":"SR_ENABLED_FOR_MOBILE_ONLY","dataCenter":"eu.west","samplingRate":12.5,)"
+              R"("customSignal":[{"name":"n","value":"v"}]})");
+    const auto other = receiver.get("/app-insights/v1/b/p/sessionReplayConfig");
+    EXPECT_EQ(other.body, R"({"dataCenter":"US_WEST","samplingRate":30.0,"customSignal":[]})");
+}
+
+TEST(ProjectConfiguration, OfAnUnknownProjectIsNotFound) {
+    RunningReceiver receiver("{}");
+    EXPECT_EQ(receiver.get("/app-insights/v1/b1/p1/sessionReplayConfig").status, 404);
+}
+
+TEST(ClientLog, IsKeptWithItsSession) {
+    RunningReceiver receiver;
+    const auto id = receiver.createSession();
+    const auto response = receiver.post(
+        log, "Message=%7B%22sessionId%22:%22" + id + "%22,%22logMessage%22:%22a&b=c%22%7D&LevelName=error");
+    EXPECT_EQ(response.status, 200);
+    EXPECT_EQ(response.body, R"({"status":"Success"})");
+    const auto lines = receiver.contents(id).logLines;
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(lines[0].message, R"({"sessionId":")" + id + R"(","logMessage":"a&b=c"})");
+    EXPECT_EQ(lines[0].levelName, "error");
+    EXPECT_EQ(lines[0].receivedMillis, RunningReceiver::wallMillis);
+}
+
+TEST(ClientLog, WithoutASessionIsKeptAside) {
+    RunningReceiver receiver;
+    for (const auto* const message : {"Failed%20to%20serialize%20log", "%7B%7D"}) {
+        EXPECT_EQ(receiver.post(log, "LevelName=error&Message=" + std::string(message)).body,
+                  R"({"status":"Success"})");
+    }
+    ASSERT_EQ(receiver.store().strayLogLines()->size(), 2U);
+    EXPECT_EQ(receiver.store().strayLogLines()->at(0).message, "Failed to serialize log");
+}
+
+TEST(ClientLog, OfAnUnknownSessionOrAnotherProjectsIsRefused) {
+    RunningReceiver receiver;
+    const auto id = receiver.createSession("b1", "p2");
+    for (const auto& session : {std::string("7"), std::string("%22x%22"), "%22" + id + "%22"}) {
+        const auto response =
+            receiver.post(log, "LevelName=error&Message=%7B%22sessionId%22:" + session + "%7D");
+        EXPECT_EQ(response.status, 200);
+        EXPECT_EQ(response.body, R"({"status":"Failure"})");
+    }
+    EXPECT_TRUE(receiver.store().strayLogLines()->empty());
+    EXPECT_TRUE(receiver.contents(id).logLines.empty());
+}
+
+TEST(ClientLog, OfAnUnknownProjectIsRefused) {
+    RunningReceiver receiver(R"({"projects":[{"brandId":"b1","projectId":"p2"}]})");
+    EXPECT_EQ(receiver.post(log, "LevelName=error&Message=m").body, R"({"status":"Failure"})");
+    EXPECT_EQ(receiver.post("/WRTarrowEngine/Ajax.php?action=ClientLog", "LevelName=error&Message=m").body,
+              R"({"status":"Failure"})");
+    EXPECT_TRUE(receiver.store().strayLogLines()->empty());
+    EXPECT_EQ(receiver.takeReports(), (Reports{"a log line was refused: unknown project b1/p1",
+                                               "a log line was refused: unknown project /"}));
+}
+
+TEST(ClientLog, TheBytesOfOneSessionsLinesAreLimited) {
+    RunningReceiver receiver(R"({"default":{},"limits":{"logBytes":60}})");
+    const auto id = receiver.createSession();
+    const auto line = "Message=%7B%22sessionId%22:%22" + id + "%22%7D&LevelName=info";
+    EXPECT_EQ(receiver.post(log, line).body, R"({"status":"Success"})");
+    EXPECT_EQ(receiver.post(log, line).body, R"({"status":"Failure"})");
+    EXPECT_EQ(receiver.contents(id).logLines.size(), 1U);
+}
+
+TEST(ClientLog, RefusesWhatIsNoLogLine) {
+    RunningReceiver receiver;
+    const auto malformed = receiver.post(log, "nothing");
+    EXPECT_EQ(malformed.status, 400);
+    EXPECT_EQ(malformed.body, R"({"status":"Failure"})");
+    const auto large = receiver.post(log, "Message=" + std::string(200'000, 'a') + "&LevelName=info");
+    EXPECT_EQ(large.status, 413);
+    EXPECT_EQ(large.body, R"({"status":"Failure"})");
+    EXPECT_EQ(receiver.post("/WRTarrowEngine/Ajax.php?action=Other", "Message=a&LevelName=info").status, 404);
+    EXPECT_EQ(receiver.post("/WRTarrowEngine/Ajax.php", "Message=a&LevelName=info").status, 404);
+    EXPECT_TRUE(receiver.store().strayLogLines()->empty());
+}
+
+TEST(ClientLog, LinesOfOneSessionAreLimited) {
+    RunningReceiver receiver(R"({"default":{},"limits":{"logLines":2}})");
+    const auto id = receiver.createSession();
+    const auto line = "Message=%7B%22sessionId%22:%22" + id + "%22%7D&LevelName=info";
+    EXPECT_EQ(receiver.post(log, line).body, R"({"status":"Success"})");
+    EXPECT_EQ(receiver.post(log, line).body, R"({"status":"Success"})");
+    const auto third = receiver.post(log, line);
+    EXPECT_EQ(third.status, 200);
+    EXPECT_EQ(third.body, R"({"status":"Failure"})");
+    EXPECT_EQ(receiver.post(log, "Message=x&LevelName=info").body, R"({"status":"Success"})");
+    EXPECT_EQ(receiver.contents(id).logLines.size(), 2U);
+}
+
+TEST(Routing, UnknownPathsAndMethodsAreRefused) {
+    RunningReceiver receiver;
+    for (const auto* const path :
+         {"/x", "/mobile-sr-ingestion/v1/sessions", "/mobile-sr-ingestion/v1/sessions/a/b",
+          "/mobile-sr-ingestion/v1/sessions/create/", "/app-insights/v1/b/sessionReplayConfig"}) {
+        EXPECT_EQ(receiver.get(path).status, 404) << path;
+    }
+    EXPECT_EQ(receiver.get("/%zz").status, 400);
+    const auto wrongMethod = receiver.get(create);
+    EXPECT_EQ(wrongMethod.status, 405);
+    EXPECT_EQ(wrongMethod.header("allow"), "POST");
+    for (const auto* const method : {"HEAD", "OPTIONS"}) {
+        EXPECT_EQ(test::request(receiver.port(), method, create).status, 405) << method;
+    }
+    for (const auto* const method : {"PUT", "PATCH", "DELETE"}) {
+        EXPECT_EQ(test::request(receiver.port(), method, create, "x").status, 405) << method;
+    }
+}
+
+}  // namespace
+}  // namespace mireth::receiver

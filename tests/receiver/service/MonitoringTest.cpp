@@ -1,0 +1,88 @@
+// What the operator's monitoring reads: /healthz and /metrics.
+#include <gtest/gtest.h>
+
+#include "service/Metrics.hpp"
+#include "support/RunningReceiver.hpp"
+
+namespace mireth::receiver {
+namespace {
+
+using namespace test;
+using std::chrono::milliseconds;
+
+bool holds(const std::string& text, const std::string& line) {
+    return ("\n" + text).find("\nmireth_receiver_" + line + "\n") != std::string::npos;
+}
+
+TEST(Health, IsWellWhileTheStoreAnswers) {
+    RunningReceiver receiver;
+    const auto response = receiver.get("/healthz");
+    EXPECT_EQ(response.status, 200);
+    EXPECT_EQ(response.body, R"({"status":"ok"})");
+    EXPECT_EQ(response.header("cache-control"), "no-store");
+}
+
+TEST(MetricsEndpoint, CountsRequestsBytesChunksAndWhatIsKept) {
+    RunningReceiver receiver(R"({"default":{"uploadRate":{"perSecond":0,"burst":3}}})");
+    const auto id = receiver.createSession();
+    const auto upload = chunkUpload(id, 0);
+    receiver.put(upload);
+    receiver.put(upload);
+    receiver.put(chunkUpload(id, 1, "no video"));
+    receiver.put(chunkUpload(id, 2));
+    receiver.get("/nothing");
+    const auto response = receiver.get("/metrics");
+    EXPECT_EQ(response.header("content-type"), "text/plain; version=0.0.4");
+    const auto& text = response.body;
+    for (const std::string line :
+         {R"(requests_total{endpoint="create",status="200"} 1)",
+          R"(requests_total{endpoint="record",status="200"} 3)",
+          R"(requests_total{endpoint="record",status="400"} 1)",
+          R"(requests_total{endpoint="other",status="404"} 1)", R"(chunks_total{outcome="kept"} 1)",
+          R"(chunks_total{outcome="repeated"} 1)", R"(chunks_total{outcome="malformed"} 1)",
+          R"(chunks_total{outcome="throttled"} 1)", R"(request_seconds_count{endpoint="record"} 4)",
+          R"(request_seconds_bucket{endpoint="record",le="+Inf"} 4)"}) {
+        EXPECT_TRUE(holds(text, line)) << line << '\n' << text;
+    }
+    EXPECT_TRUE(holds(text, "throttled_total 1"));
+    EXPECT_TRUE(holds(text, "errors_total 0"));
+    EXPECT_TRUE(holds(text, "sessions 1"));
+    EXPECT_TRUE(holds(text, "chunks 1"));
+    EXPECT_TRUE(holds(text, "video_bytes " + std::to_string(mp4().size())));
+    EXPECT_FALSE(holds(text, "received_bytes_total 0"));
+    EXPECT_FALSE(holds(text, "disk_free_bytes 0"));
+}
+
+TEST(MetricsText, LatenciesAreCumulativeAndEveryNameIsDescribedOnce) {
+    Metrics metrics;
+    for (const int millis : {0, 1, 2, 40, 9000}) {
+        metrics.count({.endpoint = "list", .status = 200, .took = milliseconds(millis)});
+    }
+    metrics.count({.endpoint = "list", .status = 503, .received = 7, .sent = 9});
+    metrics.countTurnedAway();
+    metrics.countExpired(3);
+    const auto text = metrics.text({});
+    for (const std::string line : {R"(request_seconds_bucket{endpoint="list",le="0.001"} 3)",
+                                   R"(request_seconds_bucket{endpoint="list",le="0.0025"} 4)",
+                                   R"(request_seconds_bucket{endpoint="list",le="0.025"} 4)",
+                                   R"(request_seconds_bucket{endpoint="list",le="0.05"} 5)",
+                                   R"(request_seconds_bucket{endpoint="list",le="5"} 5)",
+                                   R"(request_seconds_bucket{endpoint="list",le="+Inf"} 6)",
+                                   R"(request_seconds_sum{endpoint="list"} 9.043)"}) {
+        EXPECT_TRUE(holds(text, line)) << line << '\n' << text;
+    }
+    EXPECT_TRUE(holds(text, "errors_total 1"));
+    EXPECT_TRUE(holds(text, "received_bytes_total 7"));
+    EXPECT_TRUE(holds(text, "sent_bytes_total 9"));
+    EXPECT_TRUE(holds(text, "connections_refused_total 1"));
+    EXPECT_TRUE(holds(text, "sessions_expired_total 3"));
+    std::size_t described = 0;
+    for (std::size_t at = 0;
+         (at = text.find("# TYPE mireth_receiver_request_seconds ", at)) != std::string::npos; ++at) {
+        ++described;
+    }
+    EXPECT_EQ(described, 1U);
+}
+
+}  // namespace
+}  // namespace mireth::receiver

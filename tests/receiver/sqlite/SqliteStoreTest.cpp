@@ -1,0 +1,193 @@
+// The embedded store directly: durability, orphans, locks and damage.
+#include "sqlite/SqliteStore.hpp"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "support/TemporaryDirectory.hpp"
+
+namespace mireth::receiver {
+namespace {
+
+using test::TemporaryDirectory;
+
+class SqliteStoreTest : public testing::Test {
+  protected:
+    std::unique_ptr<SqliteStore> open() {
+        auto store = SqliteStore::open(data_, [this] { return "video-" + std::to_string(++videos_); });
+        EXPECT_TRUE(store) << store.error();
+        return std::move(*store);
+    }
+    std::string errorOfOpening() {
+        const auto store = SqliteStore::open(data_, [] { return "video"; });
+        return store ? "" : store.error();
+    }
+    static PutOutcome put(SqliteStore& store, std::int64_t number, const std::string& bytes = "video") {
+        const auto video = store.beginVideo();
+        EXPECT_TRUE((*video)->append(bytes));
+        const Chunk chunk{.number = number,
+                          .frames = 2,
+                          .durationMillis = 1000,
+                          .videoPath = {},
+                          .videoDigest = {},
+                          .events = 1,
+                          .timeline = R"([{"timestamp":1,"type":"ChunkEndMarker","chunkNumber":)" +
+                                      std::to_string(number) + "}]"};
+        return store.putChunk("S1", chunk, {}, **video, {}).value();
+    }
+    static void addSession(SqliteStore& store, const std::string& id = "S1", std::int64_t start = 5) {
+        ASSERT_TRUE(store.addSession({.id = id,
+                                      .brandId = "b",
+                                      .brandDc = "d",
+                                      .projectId = "p",
+                                      .startMillis = start,
+                                      .closedMillis = {}}));
+    }
+    bool hasVideo(const std::string& name) const {
+        return std::filesystem::exists(data_ + "/videos/" + name);
+    }
+
+    const TemporaryDirectory directory_;
+    const std::string data_ = directory_.file("some/where/data");
+    int videos_ = -1;  // the first identifier is the opening's
+};
+
+TEST_F(SqliteStoreTest, AVideoThatIsNotKeptVanishes) {
+    const auto store = open();
+    {
+        const auto video = store->beginVideo();
+        ASSERT_TRUE((*video)->append("abc"));
+        EXPECT_EQ((*video)->size(), 3U);
+        EXPECT_TRUE(hasVideo("video-1.mp4"));
+    }
+    EXPECT_FALSE(hasVideo("video-1.mp4"));
+}
+
+TEST_F(SqliteStoreTest, AVideoCanBeReadWhereverItHasBytes) {
+    const auto store = open();
+    const auto video = store->beginVideo();
+    ASSERT_TRUE((*video)->append("abcdef"));
+    unsigned char bytes[3] = {};
+    EXPECT_TRUE((*video)->readAt(3, bytes));
+    EXPECT_EQ(bytes[0], 'd');
+    EXPECT_FALSE((*video)->readAt(4, bytes));
+}
+
+TEST_F(SqliteStoreTest, TellsWhyAChunkIsNotKept) {
+    const auto store = open();
+    EXPECT_EQ(put(*store, 0), PutOutcome::notOpen);
+    addSession(*store);
+    EXPECT_EQ(put(*store, 0), PutOutcome::kept);
+    EXPECT_EQ(put(*store, 0), PutOutcome::repeated);
+    EXPECT_EQ(put(*store, 0, "another"), PutOutcome::conflicting);
+    EXPECT_EQ(store->closeSession("S1", "b", "p", 9), CloseOutcome::closed);
+    EXPECT_EQ(put(*store, 1), PutOutcome::notOpen);
+}
+
+TEST_F(SqliteStoreTest, OrphansAreSweptAtTheNextStartAndNothingElse) {
+    {
+        const auto store = open();
+        addSession(*store);
+        EXPECT_EQ(put(*store, 0), PutOutcome::kept);
+        EXPECT_EQ(store->sweptVideos(), 0);
+    }
+    std::ofstream(data_ + "/videos/orphan.mp4") << "x";
+    std::ofstream(data_ + "/videos/note.txt") << "x";
+    const auto store = open();
+    EXPECT_EQ(store->sweptVideos(), 1);
+    EXPECT_TRUE(hasVideo("video-1.mp4"));
+    EXPECT_FALSE(hasVideo("orphan.mp4"));
+    EXPECT_TRUE(hasVideo("note.txt"));
+}
+
+TEST_F(SqliteStoreTest, ListsTheLastStartedFirst) {
+    const auto store = open();
+    addSession(*store, "late", 9);
+    addSession(*store, "S1", 5);
+    EXPECT_EQ(put(*store, 0), PutOutcome::kept);
+    EXPECT_EQ(put(*store, 1, "longer video"), PutOutcome::kept);
+    const auto sessions = store->list({})->sessions;
+    ASSERT_EQ(sessions.size(), 2U);
+    EXPECT_EQ(sessions[0].chunks, 0);
+    EXPECT_EQ(sessions[1].session.id, "S1");
+    EXPECT_EQ(sessions[1].chunks, 2);
+    EXPECT_EQ(sessions[1].frames, 4);
+    EXPECT_EQ(sessions[1].bytes, 17);
+    EXPECT_EQ(sessions[1].durationMillis, 2000);
+    EXPECT_EQ(sessions[1].events, 2);
+    EXPECT_EQ(store->contents("other").value(), std::nullopt);
+}
+
+TEST_F(SqliteStoreTest, OnlyOneReceiverServesFromADirectory) {
+    const auto store = open();
+    EXPECT_EQ(errorOfOpening(), "another receiver serves from " + data_);
+}
+
+TEST_F(SqliteStoreTest, ReadingIsPossibleWhileAnotherServesAndChangesNothing) {
+    const auto store = open();
+    addSession(*store);
+    const auto video = store->beginVideo();
+    const auto reader = SqliteStore::openForReading(data_);
+    ASSERT_TRUE(reader) << reader.error();
+    EXPECT_EQ((*reader)->list({})->sessions.size(), 1U);
+    EXPECT_TRUE(hasVideo("video-1.mp4"));
+    EXPECT_FALSE((*reader)->addSession(
+        {.id = "S2", .brandId = "b", .brandDc = "d", .projectId = "p", .closedMillis = {}}));
+}
+
+TEST_F(SqliteStoreTest, NothingIsReadWhereNothingIs) {
+    const auto reader = SqliteStore::openForReading(data_);
+    ASSERT_FALSE(reader);
+    EXPECT_EQ(reader.error(), "there is no receiver's data in " + data_);
+    EXPECT_FALSE(std::filesystem::exists(data_));
+}
+
+TEST_F(SqliteStoreTest, ADamagedDatabaseIsNamed) {
+    std::filesystem::create_directories(data_);
+    std::ofstream(data_ + "/receiver.db") << std::string(5000, 'x');
+    EXPECT_EQ(errorOfOpening(), "cannot open the database " + data_ + "/receiver.db: file is not a database");
+}
+
+TEST_F(SqliteStoreTest, ANewerDatabaseIsLeftAlone) {
+    {
+        const auto store = open();
+    }
+    Database(data_ + "/receiver.db", Database::Mode::write).execute("PRAGMA user_version = 99");
+    EXPECT_EQ(errorOfOpening(),
+              "cannot open the database " + data_ + "/receiver.db: it was written by a newer receiver");
+}
+
+TEST_F(SqliteStoreTest, ALinkInTheDatabasesPlaceIsNotFollowed) {
+    std::filesystem::create_directories(data_);
+    std::ofstream(directory_.file("elsewhere")) << "";
+    std::filesystem::create_symlink(directory_.file("elsewhere"), data_ + "/receiver.db");
+    EXPECT_TRUE(errorOfOpening().starts_with("cannot make " + data_ + "/receiver.db"));
+    std::filesystem::remove(data_ + "/receiver.db");
+    std::filesystem::create_directories(directory_.file("other"));
+    std::filesystem::create_directory_symlink(directory_.file("other"), data_ + "/videos");
+    EXPECT_TRUE(errorOfOpening().starts_with("cannot open the folder " + data_ + "/videos"));
+}
+
+TEST_F(SqliteStoreTest, ADirectoryThatCannotBeMadeIsNamed) {
+    std::ofstream(directory_.file("some")) << "a file in the way";
+    EXPECT_EQ(errorOfOpening(), "cannot make the data directory " + data_ + ": Not a directory");
+}
+
+TEST_F(SqliteStoreTest, LogLinesHaveABudgetPerSession) {
+    const auto store = open();
+    addSession(*store);
+    Limits oneLine;
+    oneLine.logLines = 1;
+    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "1"}, oneLine), true);
+    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "2"}, oneLine), false);
+    EXPECT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "3"}, oneLine), true);
+    EXPECT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "4"}, oneLine), false);
+    EXPECT_EQ(store->contents("S1")->value().logLines.size(), 1U);
+    EXPECT_EQ(store->strayLogLines()->size(), 1U);
+}
+
+}  // namespace
+}  // namespace mireth::receiver

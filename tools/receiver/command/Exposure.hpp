@@ -1,0 +1,18 @@
+// Decides whether the receiver may listen where it was told to: what strangers can reach needs tokens and
+// TLS. Used by the serve command before anything is opened.
+#pragma once
+
+#include <expected>
+#include <string>
+
+#include "command/ServeOptions.hpp"
+#include "settings/AccessRules.hpp"
+#include "settings/ListenAddress.hpp"
+
+namespace mireth::receiver {
+
+/// The rules that the options ask for, the tokens read from their files; or why the receiver must not start.
+std::expected<AccessRules, std::string> accessRulesFor(const ServeOptions& options,
+                                                       const ListenAddress& address);
+
+}  // namespace mireth::receiver

@@ -1,0 +1,31 @@
+// The answers of the viewing side that say what was wrong, as JSON for programs with words for people.
+#pragma once
+
+#include <string>
+
+#include "exchange/Exchange.hpp"
+
+namespace mireth::receiver {
+
+/// `why` holds no character that JSON escapes.
+inline std::string errorBody(const std::string& why) {
+    return R"({"error":")" + why + R"("})";
+}
+
+inline Answer errorAnswer(int status, const std::string& why) {
+    return {.status = status, .body = errorBody(why)};
+}
+
+/// 405; `right` is the Allow header.
+inline Answer wrongMethodAnswer(const std::string& right) {
+    auto answer = errorAnswer(405, "this address answers " + right);
+    answer.headers = {{"Allow", right}};
+    return answer;
+}
+
+/// The header that makes a browser save the answer; `id` is a session's.
+inline std::string downloadAs(const std::string& id, const std::string& extension) {
+    return "attachment; filename=\"session-" + id + "." + extension + "\"";
+}
+
+}  // namespace mireth::receiver

@@ -1,0 +1,49 @@
+// The threads that connections run on: one each, made when needed and reused, never more than a bound; beyond
+// it as many connections wait their turn. Used by the HTTP server. Included by .cpp files only, as it names
+// the HTTP library's type.
+#pragma once
+
+#include <httplib.h>
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "http/Crowd.hpp"
+
+namespace mireth::receiver {
+
+class ConnectionThreads final : public httplib::TaskQueue {
+  public:
+    /// `crowd` must outlive it; it is told of every job that waits for a thread.
+    ConnectionThreads(std::size_t most, Crowd& crowd) : most_(most), crowd_(crowd) {}
+
+    /// Runs `job` on a thread of its own, when all are busy as soon as one is free. On the calling thread, at
+    /// once, when too many wait already, so that the job can tell and turn the connection away.
+    void enqueue(std::function<void()> job) override;
+    /// Runs what was enqueued and returns when all of it has ended.
+    void shutdown() override;
+
+  private:
+    bool handOver(std::function<void()>& job);
+    void work();
+
+    bool startThread();
+
+    const std::size_t most_;
+    Crowd& crowd_;
+    std::vector<std::thread> threads_;  // touched by the thread that accepts only
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    // Guarded by mutex_.
+    std::deque<std::function<void()>> jobs_;
+    std::size_t idle_ = 0;
+    bool ending_ = false;
+};
+
+}  // namespace mireth::receiver

@@ -1,0 +1,132 @@
+// Every SQLite result code is looked at; a bad one becomes a DatabaseError with SQLite's words.
+#include "sqlite/Database.hpp"
+
+#include <sqlite3.h>
+
+namespace mireth::receiver {
+
+void Statement::Finalizer::operator()(sqlite3_stmt* statement) const {
+    sqlite3_finalize(statement);
+}
+
+Statement::Statement(sqlite3* connection, std::string_view sql) {
+    sqlite3_stmt* statement = nullptr;
+    const int code =
+        sqlite3_prepare_v2(connection, sql.data(), static_cast<int>(sql.size()), &statement, nullptr);
+    statement_.reset(statement);
+    if (code != SQLITE_OK) {
+        throw DatabaseError(sqlite3_errmsg(connection));
+    }
+}
+
+void Statement::check(int code) const {
+    if (code != SQLITE_OK && code != SQLITE_ROW && code != SQLITE_DONE) {
+        throw DatabaseError(sqlite3_errmsg(sqlite3_db_handle(statement_.get())));
+    }
+}
+
+Statement& Statement::bind(std::string_view text) {
+    // A null pointer would bind NULL where an empty text is meant.
+    check(sqlite3_bind_text64(statement_.get(), ++bound_, text.empty() ? "" : text.data(), text.size(),
+                              SQLITE_TRANSIENT, SQLITE_UTF8));
+    return *this;
+}
+
+Statement& Statement::bind(std::int64_t number) {
+    check(sqlite3_bind_int64(statement_.get(), ++bound_, number));
+    return *this;
+}
+
+Statement& Statement::bindNull() {
+    check(sqlite3_bind_null(statement_.get(), ++bound_));
+    return *this;
+}
+
+bool Statement::step() {
+    const int code = sqlite3_step(statement_.get());
+    check(code);
+    return code == SQLITE_ROW;
+}
+
+void Statement::run() {
+    while (step()) {
+    }
+}
+
+void Statement::reset() {
+    check(sqlite3_reset(statement_.get()));
+    bound_ = 0;
+}
+
+std::string Statement::text(int column) const {
+    const auto* const bytes = sqlite3_column_text(statement_.get(), column);
+    const auto count = static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column));
+    return bytes == nullptr ? std::string() : std::string(reinterpret_cast<const char*>(bytes), count);
+}
+
+std::int64_t Statement::whole(int column) const {
+    return sqlite3_column_int64(statement_.get(), column);
+}
+
+bool Statement::isNull(int column) const {
+    return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL;
+}
+
+void Database::Closer::operator()(sqlite3* connection) const {
+    sqlite3_close(connection);
+}
+
+Database::Database(const std::string& path, Mode mode) {
+    sqlite3* connection = nullptr;
+    // A reader opens for writing as well: joining a write-ahead log needs its shared-memory file.
+    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_NOFOLLOW |
+                      (mode == Mode::write ? SQLITE_OPEN_CREATE : 0);
+    const int code = sqlite3_open_v2(path.c_str(), &connection, flags, nullptr);
+    connection_.reset(connection);
+    if (code != SQLITE_OK) {
+        throw DatabaseError(path + ": " + sqlite3_errstr(code));
+    }
+    sqlite3_busy_timeout(connection, 10'000);
+    execute("PRAGMA foreign_keys = ON");
+    execute("PRAGMA synchronous = FULL");
+    execute("PRAGMA secure_delete = ON");
+    // Takes effect in a database without tables yet.
+    execute(mode == Mode::write ? "PRAGMA auto_vacuum = INCREMENTAL" : "PRAGMA temp_store = MEMORY");
+    execute(mode == Mode::write ? "PRAGMA journal_mode = WAL" : "PRAGMA query_only = ON");
+}
+
+void Database::execute(const char* sql) const {
+    if (sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
+        throw DatabaseError(sqlite3_errmsg(connection_.get()));
+    }
+}
+
+void Database::tryExecute(const char* sql) const noexcept {
+    sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr);
+}
+
+std::int64_t Database::lastRow() const {
+    return sqlite3_last_insert_rowid(connection_.get());
+}
+
+std::int64_t Database::changes() const {
+    return sqlite3_changes64(connection_.get());
+}
+
+Transaction::~Transaction() {
+    if (open_) {
+        try {
+            database_.execute("ROLLBACK");
+        } catch (const DatabaseError&) {
+            // SQLite has rolled back by itself already, as it does for some errors.
+            open_ = false;
+        }
+    }
+}
+
+void Transaction::commit() {
+    database_.execute("COMMIT");
+    open_ = false;
+}
+
+}  // namespace mireth::receiver

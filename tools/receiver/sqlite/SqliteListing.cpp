@@ -1,0 +1,88 @@
+// The list of sessions, page by page, newest first.
+#include <string>
+#include <utility>
+
+#include "sqlite/ListPlan.hpp"
+#include "sqlite/SqliteGuard.hpp"
+#include "sqlite/SqliteStore.hpp"
+#include "sqlite/SummaryRow.hpp"
+
+namespace mireth::receiver {
+
+std::vector<std::string> SqliteStore::screensOf(std::int64_t place) const {
+    std::vector<std::string> screens;
+    auto row = reader_.prepare(
+        "SELECT value FROM sessionText JOIN text ON text.id = textId WHERE place = ? AND kind = 0"
+        " ORDER BY chunkNumber, position");
+    row.bind(place);
+    while (row.step()) {
+        screens.push_back(row.text(0));
+    }
+    return screens;
+}
+
+Stored<SessionPage> SqliteStore::list(const SessionQuery& query) {
+    return reading("cannot list the sessions", [&] {
+        SessionPage page;
+        if (!query.filters()) {
+            auto count = reader_.prepare("SELECT count(*) FROM session");
+            count.step();
+            page.total = count.whole(0);
+        }
+        const auto plan = planList(reader_, query);
+        if (!plan) {
+            return page;
+        }
+        auto row = reader_.prepare(std::string("SELECT ") + sessionColumns + sumColumns +
+                                   ", place FROM session" + plan->sql + " ORDER BY place DESC LIMIT ?");
+        plan->bind(row);
+        row.bind(static_cast<std::int64_t>(query.limit) + 1);
+        std::vector<std::int64_t> places;
+        while (row.step()) {
+            if (places.size() == query.limit) {
+                page.next = places.back();
+                break;
+            }
+            page.sessions.push_back(summaryIn(row));
+            places.push_back(row.whole(placeColumn));
+        }
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            page.sessions[i].screens = screensOf(places[i]);
+        }
+        return page;
+    });
+}
+
+Stored<Facets> SqliteStore::facets() {
+    return reading("cannot read what there is to filter by", [&] {
+        Facets facets;
+        // Steps from one project to the next instead of looking at every session.
+        auto project = reader_.prepare("SELECT min(projectId) FROM session WHERE projectId > ?");
+        for (std::string last;; project.reset()) {
+            project.bind(last).step();
+            if (project.isNull(0)) {
+                break;
+            }
+            facets.projects.push_back(last = project.text(0));
+        }
+        auto screen = reader_.prepare("SELECT value FROM text WHERE kind = 0 ORDER BY value LIMIT 1000");
+        while (screen.step()) {
+            facets.screens.push_back(screen.text(0));
+        }
+        return facets;
+    });
+}
+
+Stored<StoreStats> SqliteStore::stats() {
+    return reading("cannot count what is kept", [&] {
+        auto row = reader_.prepare("SELECT count(*), coalesce(sum(chunks), 0) FROM session");
+        row.step();
+        return StoreStats{.sessions = row.whole(0),
+                          .chunks = row.whole(1),
+                          .videoBytes = budget_->videoBytes(),
+                          .databaseBytes = budget_->databaseBytes(),
+                          .freeBytes = budget_->freeBytes()};
+    });
+}
+
+}  // namespace mireth::receiver

@@ -1,0 +1,134 @@
+// Opening the data directory.
+#include "sqlite/SqliteStore.hpp"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <set>
+#include <system_error>
+#include <utility>
+
+#include "sqlite/SqliteSchema.hpp"
+
+namespace mireth::receiver {
+namespace {
+
+std::unexpected<std::string> failure(const std::string& what) {
+    return std::unexpected(what + ": " + std::generic_category().message(errno));
+}
+
+// Holding the lock is what allows sweeping: nobody else has a video under way in this directory.
+Stored<UniqueFd> lockDirectory(const std::string& directory) {
+    std::error_code error;
+    std::filesystem::create_directories(std::filesystem::path(directory).parent_path(), error);
+    if (::mkdir(directory.c_str(), 0700) != 0 && errno != EEXIST) {
+        return failure("cannot make the data directory " + directory);
+    }
+    if (::chmod(directory.c_str(), 0700) != 0) {
+        return failure("cannot make the data directory " + directory + " private");
+    }
+    const std::string path = directory + "/lock";
+    UniqueFd lock(::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!lock) {
+        return failure("cannot open " + path);
+    }
+    if (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
+        return std::unexpected("another receiver serves from " + directory);
+    }
+    return lock;
+}
+
+// SQLite gives a new database the umask's mode and its side files the database's.
+Stored<void> makePrivateFile(const std::string& path) {
+    const UniqueFd file(::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!file || ::fchmod(file.get(), 0600) != 0) {
+        return failure("cannot make " + path);
+    }
+    return {};
+}
+
+}  // namespace
+
+SqliteStore::SqliteStore(std::string directory, UniqueFd lock, Database database, Database reader,
+                         std::unique_ptr<DiskBudget> budget, VideoFolder videos,
+                         std::function<std::string()> newIdentifier)
+    : directory_(std::move(directory)),
+      lock_(std::move(lock)),
+      budget_(std::move(budget)),
+      videos_(std::move(videos)),
+      newIdentifier_(std::move(newIdentifier)),
+      opened_(newIdentifier_ ? newIdentifier_() : ""),
+      database_(std::move(database)),
+      reader_(std::move(reader)) {}
+
+Stored<std::unique_ptr<SqliteStore>> SqliteStore::open(const std::string& directory,
+                                                       std::function<std::string()> newIdentifier,
+                                                       DiskLimits limits) {
+    auto lock = lockDirectory(directory);
+    if (!lock) {
+        return std::unexpected(lock.error());
+    }
+    const std::string path = directory + "/receiver.db";
+    if (auto made = makePrivateFile(path); !made) {
+        return std::unexpected(made.error());
+    }
+    auto budget = std::make_unique<DiskBudget>(directory, limits);
+    auto videos = VideoFolder::open(directory + "/videos", *budget);
+    if (!videos) {
+        return std::unexpected(videos.error());
+    }
+    try {
+        Database database(path, Database::Mode::write);
+        prepareSchema(database);
+        std::unique_ptr<SqliteStore> store(new SqliteStore(
+            directory, std::move(*lock), std::move(database), Database(path, Database::Mode::read),
+            std::move(budget), std::move(*videos), std::move(newIdentifier)));
+        store->sweep();
+        return store;
+    } catch (const DatabaseError& error) {
+        return std::unexpected("cannot open the database " + path + ": " + error.what());
+    }
+}
+
+Stored<std::unique_ptr<SqliteStore>> SqliteStore::openForReading(const std::string& directory) {
+    const std::string path = directory + "/receiver.db";
+    if (!std::filesystem::exists(path)) {
+        return std::unexpected("there is no receiver's data in " + directory);
+    }
+    auto budget = std::make_unique<DiskBudget>(directory, DiskLimits{});
+    auto videos = VideoFolder::open(directory + "/videos", *budget);
+    if (!videos) {
+        return std::unexpected(videos.error());
+    }
+    try {
+        Database database(path, Database::Mode::read);
+        requireSchema(database);
+        return std::unique_ptr<SqliteStore>(new SqliteStore(directory, UniqueFd(), std::move(database),
+                                                            Database(path, Database::Mode::read),
+                                                            std::move(budget), std::move(*videos), {}));
+    } catch (const DatabaseError& error) {
+        return std::unexpected("cannot open the database " + path + ": " + error.what());
+    }
+}
+
+void SqliteStore::sweep() {
+    std::set<std::string> known;
+    auto rows = database_.prepare("SELECT video FROM chunk");
+    while (rows.step()) {
+        known.insert(rows.text(0));
+    }
+    const auto removed = videos_.sweep(known);
+    if (!removed) {
+        throw DatabaseError(removed.error());
+    }
+    swept_ = *removed;
+}
+
+std::string SqliteStore::revision() const {
+    return opened_ + "-" + std::to_string(changes_.load());
+}
+
+}  // namespace mireth::receiver
