@@ -37,7 +37,8 @@ void replay(const fs::path& file) {
 /// Usage: replay_TARGET FOLDER …; a folder that is not there holds nothing. Fails when there was no input.
 int main(int argumentCount, char** arguments) {
     std::size_t inputs = 0;
-    for (const char* const folder : std::span(arguments, static_cast<std::size_t>(argumentCount)).subspan(1)) {
+    for (const char* const folder :
+         std::span(arguments, static_cast<std::size_t>(argumentCount)).subspan(1)) {
         if (fs::is_directory(folder)) {
             const auto files = filesBelow(folder);
             std::ranges::for_each(files, replay);

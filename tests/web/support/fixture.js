@@ -36,5 +36,6 @@ export function useReceiver({ recorded = true, strangers = false } = {}) {
         }
         return id;
     };
+    fixture.end = (session) => closeSession(fixture.receiver.origin, session);
     return fixture;
 }

@@ -35,6 +35,28 @@ export function setText(element, text) {
     }
 }
 
+/**
+ * Makes `nodes` the children of `parent`, each of them an element. Those that are there already are left alone: what has the
+ * focus, is selected or was opened in them stays so.
+ */
+export function arrange(parent, nodes) {
+    const focused = document.activeElement;
+    const staying = new Set(nodes);
+    [...parent.children].filter((child) => !staying.has(child)).forEach((child) => child.remove());
+    let place = parent.firstElementChild;
+    for (const node of nodes) {
+        if (node === place) {
+            place = place.nextElementSibling;
+        } else {
+            parent.insertBefore(node, place);
+        }
+    }
+    // One that changed places with another has lost it.
+    if (parent.contains(focused) && document.activeElement !== focused) {
+        focused.focus({ preventScroll: true });
+    }
+}
+
 /** A text that somebody else wrote: kept apart from the direction of what surrounds it. */
 export function foreign(text, attributes = {}) {
     return el('bdi', attributes, text);

@@ -1,6 +1,6 @@
 // What happened, in order: scrolls along with the replay, and seeks where it is told to.
-import { el, setText } from './dom.js';
-import { eventRow } from './eventrow.js';
+import { arrange, el, setText } from './dom.js';
+import { EventRow } from './eventrow.js';
 import { counted } from './format.js';
 import { KindChips } from './kindchips.js';
 
@@ -10,11 +10,12 @@ const instant = 0.001;
 
 export class EventList {
     #onSeek;
-    #entries = [];
     #more = 0;
-    #rows = [];
-    #current = -1;
+    #rows = new Map();
+    #shown = [];
+    #current = null;
     #chosen = null;
+    #stop = null;
     #following = true;
     #chips = new KindChips(() => this.#filter());
     #list = el('ol', { class: 'entries' });
@@ -40,41 +41,40 @@ export class EventList {
         this.#follow.addEventListener('click', () => this.follow());
     }
 
+    /** An entry that is there already keeps its row, and the rows in view stay where they are. */
     show(model) {
-        const focused = document.activeElement?.closest('li')?.dataset.entry;
-        this.#entries = model.entries.slice(0, mostRows);
-        this.#more = model.entries.length - this.#entries.length;
-        this.#rows = this.#entries.map((entry) => eventRow(entry, () => this.#choose(entry)));
-        this.#list.replaceChildren(...this.#rows);
-        this.#current = -1;
-        this.#chips.show(this.#entries);
+        const entries = model.entries.slice(0, mostRows);
+        this.#more = model.entries.length - entries.length;
+        this.#rows = new Map(entries.map((entry) => [entry.id, this.#rowOf(entry)]));
+        const { scrollTop } = this.#scroller;
+        const inView = scrollTop > 0 && this.#shown.find((row) => this.#above(row) >= scrollTop && this.#rows.has(row.entry.id));
+        const above = inView && this.#above(inView);
+        arrange(this.#list, [...this.#rows.values()].map((row) => row.element));
+        this.#chips.show(entries);
         this.#filter();
-        if (focused) {
-            this.#rows.find((row) => row.dataset.entry === focused)?.querySelector('button').focus();
+        if (inView) {
+            this.#scroller.scrollTop = scrollTop + this.#above(inView) - above;
         }
     }
 
     render(seconds) {
-        // Of several at one instant the one that was chosen is the one that is meant.
-        const chosen = this.#chosen !== null && Math.abs(this.#chosen.at - seconds) < instant ? this.#entries.indexOf(this.#chosen) : -1;
-        const current = chosen === -1 ? this.#lastBefore(seconds + instant) : chosen;
+        const current = this.#rowAt(seconds);
         if (current === this.#current) {
             return;
         }
-        this.#rows[this.#current]?.removeAttribute('aria-current');
+        this.#current?.element.removeAttribute('aria-current');
         this.#current = current;
-        const row = this.#rows[current];
-        row?.setAttribute('aria-current', 'true');
-        this.#makeStop(row ?? this.#rows.find((each) => !each.hidden));
+        current?.element.setAttribute('aria-current', 'true');
+        this.#makeStop(current ?? this.#shown[0]);
         if (this.#following) {
-            this.#scrollTo(row);
+            this.#scrollToCurrent();
         }
     }
 
     /** Goes along with the replay again. */
     follow() {
         this.#setFollowing(true);
-        this.#scrollTo(this.#rows[this.#current]);
+        this.#scrollToCurrent();
     }
 
     #setFollowing(following) {
@@ -82,69 +82,81 @@ export class EventList {
         this.#follow.hidden = following || this.#list.scrollHeight <= this.#scroller.clientHeight;
     }
 
-    #lastBefore(seconds) {
-        let found = -1;
-        for (let index = 0; index < this.#entries.length && this.#entries[index].at <= seconds; ++index) {
-            if (!this.#rows[index].hidden) {
-                found = index;
-            }
-        }
-        return found;
+    #rowOf(entry) {
+        const row = this.#rows.get(entry.id) ?? new EventRow(entry, (chosen) => this.#choose(chosen));
+        row.entry = entry;
+        return row;
+    }
+
+    // Of several at one instant the one that was chosen is the one that is meant.
+    #rowAt(seconds) {
+        const chosen = this.#rows.get(this.#chosen);
+        return chosen && Math.abs(chosen.entry.at - seconds) < instant
+            ? chosen
+            : this.#shown.findLast((row) => row.entry.at <= seconds + instant) ?? null;
     }
 
     // Only the list scrolls, never the page under it.
-    #scrollTo(row) {
+    #scrollToCurrent() {
         const scroller = this.#scroller;
-        if (!row) {
+        if (this.#current === null) {
             scroller.scrollTop = 0;
             return;
         }
-        const above = row.offsetTop - this.#list.offsetTop;
-        if (above < scroller.scrollTop || above + row.offsetHeight > scroller.scrollTop + scroller.clientHeight) {
+        const above = this.#above(this.#current);
+        if (above < scroller.scrollTop || above + this.#current.element.offsetHeight > scroller.scrollTop + scroller.clientHeight) {
             scroller.scrollTop = above - scroller.clientHeight / 3;
         }
     }
 
+    // How much of the list stands above a row.
+    #above(row) {
+        return row.element.offsetTop - this.#list.offsetTop;
+    }
+
     #choose(entry) {
-        this.#chosen = entry;
+        this.#chosen = entry.id;
         this.#onSeek(entry.at);
     }
 
     // The list is one stop of the tabulator key; the arrow keys go through it.
     #makeStop(row) {
-        this.#list.querySelectorAll('button[tabindex="0"]').forEach((button) => button.setAttribute('tabindex', '-1'));
-        row?.querySelector('button').setAttribute('tabindex', '0');
+        this.#stop?.button.setAttribute('tabindex', '-1');
+        row?.button.setAttribute('tabindex', '0');
+        this.#stop = row ?? null;
     }
 
     #walk(event) {
         const step = { ArrowDown: 1, ArrowUp: -1 }[event.key];
-        const row = event.target.closest('li');
-        if (!step || !row || event.target.tagName !== 'BUTTON') {
+        const at = this.#shown.findIndex((row) => row.button === event.target);
+        if (!step || at === -1) {
             return;
         }
-        const shown = this.#rows.filter((each) => !each.hidden);
-        const next = shown[shown.indexOf(row) + step];
         event.preventDefault();
         event.stopPropagation();
+        const next = this.#shown[at + step];
         if (next) {
             this.#setFollowing(false);
             this.#makeStop(next);
-            next.querySelector('button').focus();
+            next.button.focus();
         }
     }
 
-    #words(any) {
+    #words() {
         if (this.#more > 0) {
             return `${counted(this.#more, 'more entry', 'more entries')} are in the timeline, too many to list.`;
         }
-        return this.#entries.length === 0 || any ? 'Nothing has been recorded yet.' : 'Everything is filtered out.';
+        return this.#rows.size === 0 ? 'Nothing has been recorded yet.' : 'Everything is filtered out.';
     }
 
     #filter() {
-        this.#entries.forEach((entry, index) => { this.#rows[index].hidden = this.#chips.hides(entry.kind); });
-        const any = this.#rows.some((row) => !row.hidden);
-        this.#empty.hidden = any && this.#more === 0;
-        setText(this.#empty, this.#words(any));
-        this.#makeStop(this.#rows[this.#current]?.hidden === false ? this.#rows[this.#current] : this.#rows.find((row) => !row.hidden));
+        const rows = [...this.#rows.values()];
+        rows.forEach((row) => { row.element.hidden = this.#chips.hides(row.entry.kind); });
+        this.#shown = rows.filter((row) => !row.element.hidden);
+        this.#empty.hidden = this.#shown.length > 0 && this.#more === 0;
+        setText(this.#empty, this.#words());
+        if (!this.#shown.includes(this.#stop)) {
+            this.#makeStop(this.#shown.includes(this.#current) ? this.#current : this.#shown[0]);
+        }
     }
 }

@@ -1,17 +1,43 @@
 // One line of the list of what happened.
-import { el, foreign } from './dom.js';
+import { el, foreign, setText } from './dom.js';
 import { clockTime } from './format.js';
 import { kinds, sign } from './kinds.js';
 
-/** A list item for `entry`; its button calls `choose`. */
-export function eventRow(entry, choose) {
-    return row(entry, el('button', { type: 'button', tabindex: -1, on: { click: choose } },
-        el('span', { class: 'at' }, clockTime(entry.at, true)), ...wordsWithSign(entry)));
+export class EventRow {
+    #at = el('span', { class: 'at' });
+    #spread = el('span', { class: 'spread' });
+    #entry;
+    button;
+    element;
+
+    /** `choose` gets the entry when its button is pressed. */
+    constructor(entry, choose) {
+        this.button = el('button', { type: 'button', tabindex: -1, on: { click: () => choose(this.#entry) } },
+            this.#at, sign(entry.kind), el('span', { class: 'what' }, ...wordsOf(entry), ' ', this.#spread));
+        this.element = row(entry, this.button);
+        this.entry = entry;
+    }
+
+    get entry() {
+        return this.#entry;
+    }
+
+    /** The same entry: what is recorded later may tell more of when it was, and of nothing else. */
+    set entry(entry) {
+        this.#entry = entry;
+        setText(this.#at, clockTime(entry.at, true));
+        this.#spread.hidden = entry.spread === null;
+        if (entry.spread !== null) {
+            const { low, high } = entry.spread;
+            setText(this.#spread, `± ${((high - low) / 2).toFixed(1)} s`);
+            this.#spread.title = `Between ${clockTime(low, true)} and ${clockTime(high, true)}: a touch is timed by another clock than the video`;
+        }
+    }
 }
 
-/** One for an entry that has no place in any video. */
+/** A list item for an entry that has no place in any video. */
 export function placelessRow(entry) {
-    return row(entry, el('div', { class: 'placeless' }, ...wordsWithSign(entry)));
+    return row(entry, el('div', { class: 'placeless' }, sign(entry.kind), el('span', { class: 'what' }, ...wordsOf(entry))));
 }
 
 function row(entry, content) {
@@ -25,10 +51,6 @@ function row(entry, content) {
     return item;
 }
 
-function wordsWithSign(entry) {
-    return [sign(entry.kind), el('span', { class: 'what' }, ...wordsOf(entry))];
-}
-
 function wordsOf(entry) {
     const words = [el('span', { class: 'title' }, foreign(entry.title))];
     if (entry.kind === 'screen' || entry.kind === 'log') {
@@ -37,13 +59,5 @@ function wordsOf(entry) {
     if (entry.text) {
         words.push(' ', foreign(entry.text, { class: 'text' }));
     }
-    if (entry.spread) {
-        words.push(' ', spread(entry.spread));
-    }
     return words;
-}
-
-function spread({ low, high }) {
-    const range = `Between ${clockTime(low, true)} and ${clockTime(high, true)}: a touch is timed by another clock than the video`;
-    return el('span', { class: 'spread', title: range }, `± ${((high - low) / 2).toFixed(1)} s`);
 }

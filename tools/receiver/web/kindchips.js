@@ -1,5 +1,5 @@
 // Switches that show and hide entries by kind.
-import { el } from './dom.js';
+import { el, setText } from './dom.js';
 
 const groups = [
     ['Taps', ['tap']],
@@ -11,7 +11,8 @@ const groups = [
 export class KindChips {
     #hidden = new Set();
     #onChange;
-    element = el('div', { class: 'chips', role: 'group', 'aria-label': 'Kinds shown' });
+    #chips = groups.map(([label, members]) => this.#chip(label, members));
+    element = el('div', { class: 'chips', role: 'group', 'aria-label': 'Kinds shown' }, this.#chips.map(({ chip }) => chip));
 
     /** `onChange` is called when other kinds are to be seen. */
     constructor(onChange) {
@@ -20,24 +21,26 @@ export class KindChips {
 
     /** Offers the kinds that there are among `entries`. */
     show(entries) {
-        this.element.replaceChildren(...groups.map(([label, members]) => {
-            const count = entries.filter((entry) => members.includes(entry.kind)).length;
-            return count > 0 && this.#chip(label, members, count);
-        }).filter(Boolean));
+        for (const { chip, count, members } of this.#chips) {
+            const found = entries.filter((entry) => members.includes(entry.kind)).length;
+            setText(count, String(found));
+            chip.hidden = found === 0;
+        }
     }
 
     hides(kind) {
         return this.#hidden.has(kind);
     }
 
-    #chip(label, members, count) {
-        const chip = el('button', { type: 'button', class: 'chip', 'aria-pressed': String(!this.#hidden.has(members[0])) }, `${label} `, el('span', {}, String(count)));
+    #chip(label, members) {
+        const count = el('span');
+        const chip = el('button', { type: 'button', class: 'chip', 'aria-pressed': 'true', hidden: true }, `${label} `, count);
         chip.addEventListener('click', () => {
             const show = this.#hidden.has(members[0]);
             members.forEach((kind) => (show ? this.#hidden.delete(kind) : this.#hidden.add(kind)));
             chip.setAttribute('aria-pressed', String(show));
             this.#onChange();
         });
-        return chip;
+        return { chip, count, members };
     }
 }

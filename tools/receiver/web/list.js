@@ -1,7 +1,7 @@
 // The list of sessions, newest first, a page at a time. It keeps itself up to date while somebody looks.
 import { listAddress } from './address.js';
 import { facets, listResource } from './api.js';
-import { announce, el, setText } from './dom.js';
+import { announce, arrange, el, setText } from './dom.js';
 import { filterForm } from './filters.js';
 import { counted, number } from './format.js';
 import { failureNotice, notice, strip, troubleOf } from './notice.js';
@@ -108,7 +108,7 @@ class SessionList {
         const rows = this.#rows(page.sessions);
         const body = this.#content.querySelector('tbody');
         if (body) {
-            place(body, rows);
+            arrange(body, rows);
         } else {
             this.#content.replaceChildren(table(rows), this.#pager.element);
         }
@@ -155,18 +155,6 @@ class SessionList {
         this.#pager.show(`${number(first)}–${number(first + sessions.length - 1)}${of}`,
             this.#cursors.length > 1 ? () => this.#turn(this.#cursors.slice(0, -1)) : null,
             next ? () => this.#turn([...this.#cursors, next]) : null);
-    }
-}
-
-// Puts the rows in order without touching those that are in their place.
-function place(body, rows) {
-    rows.forEach((row, index) => {
-        if (body.children[index] !== row) {
-            body.insertBefore(row, body.children[index] ?? null);
-        }
-    });
-    while (body.children.length > rows.length) {
-        body.lastElementChild.remove();
     }
 }
 

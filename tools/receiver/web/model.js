@@ -13,15 +13,16 @@ const noticeableSpread = 0.5;
 /**
  * The `film` with its `chunks`, `gaps` and `length`, and beside it `entries` (what happened, by time), `sections` (screens),
  * `session`, `metadata`, and `widestSpread`, the seconds that the least certain touch may be off by, or null without one. An
- * entry has `id`, `kind`, `at`, `spread` ({low, high}, or null where the moment is certain enough), `point` ({x, y} as parts of
+ * entry has `id`, which it keeps when more of the session arrives, `kind`, `at`, `spread` ({low, high}, or null where the moment is certain enough), `point` ({x, y} as parts of
  * the frame, or null), `title`, `text` and `fields`.
  */
 export function buildModel(answer, film = filmOf(answer.chunks)) {
     const { chunks, gaps, length } = film;
     const places = placeEvents(answer.timeline, answer.chunks);
     const seconds = (millis) => Math.min(Math.max(millis / 1000, 0), length);
+    const ids = idsOf(answer.timeline);
     const events = answer.timeline
-        .map((event, index) => entryOf(event, index, places[index], seconds))
+        .map((event, index) => entryOf(event, ids[index], places[index], seconds))
         .filter((entry) => entry !== null);
     const entries = [...events, ...logEntries(answer, places, seconds), ...gaps.map(gapEntry)].sort((a, b) => a.at - b.at);
     return {
@@ -36,10 +37,20 @@ export function buildModel(answer, film = filmOf(answer.chunks)) {
     };
 }
 
+// By the chunk and the place in it: a chunk that comes late leaves everything else its name.
+function idsOf(timeline) {
+    const counts = new Map();
+    return timeline.map(({ chunkNumber }) => {
+        const place = counts.get(chunkNumber) ?? 0;
+        counts.set(chunkNumber, place + 1);
+        return `e${chunkNumber}.${place}`;
+    });
+}
+
 // What is not there has its line too.
 function gapEntry(gap) {
     return {
-        id: `g${gap.from}`, kind: 'gap', at: gap.from, spread: null, point: null,
+        id: `g${gap.from}-${gap.to}`, kind: 'gap', at: gap.from, spread: null, point: null,
         title: wordsOfGap(gap), text: counted(Math.round(gap.to - gap.from), 'second'), fields: null,
     };
 }
@@ -52,14 +63,14 @@ function widestSpread(timeline, places) {
 const signalKinds = { RageTap: 'rage', DeadTap: 'dead', ErrorTap: 'error' };
 const signalTitles = { rage: 'Rage tap', dead: 'Dead tap', error: 'Error tap' };
 
-function entryOf(event, index, place, seconds) {
+function entryOf(event, id, place, seconds) {
     const described = describe(event);
     if (described === null) {
         return null;
     }
     const spread = { low: seconds(place.low), high: seconds(place.high) };
     const uncertain = spread.high - spread.low > noticeableSpread;
-    return { id: `e${index}`, at: seconds(place.at), spread: uncertain ? spread : null, point: null, text: '', fields: null, ...described };
+    return { id, at: seconds(place.at), spread: uncertain ? spread : null, point: null, text: '', fields: null, ...described };
 }
 
 function describe(event) {

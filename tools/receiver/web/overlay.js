@@ -38,9 +38,6 @@ export class Overlay {
 
     set entries(entries) {
         this.#entries = entries.filter((entry) => entry.point !== null);
-        this.#marks.clear();
-        this.#captions.replaceChildren();
-        this.element.replaceChildren(this.#captions);
     }
 
     render(seconds) {
@@ -53,7 +50,9 @@ export class Overlay {
             }
         }
         for (const { entry, age } of marks) {
-            this.#nodesOf(entry).forEach((node) => node.style.setProperty('--age', age.toFixed(3)));
+            const nodes = this.#nodesOf(entry);
+            nodes[0].classList.toggle('uncertain', entry.spread !== null);
+            nodes.forEach((node) => node.style.setProperty('--age', age.toFixed(3)));
         }
         // Words keep away from the place that they are about.
         this.#captions.classList.toggle('low', marks.some((mark) => mark.entry.kind !== 'tap' && mark.entry.point.y < 0.4));
@@ -75,9 +74,9 @@ export class Overlay {
     }
 }
 
-function ringOf({ id, kind, spread, point: { x, y } }) {
+function ringOf({ id, kind, point: { x, y } }) {
     const outside = x < 0 || x > 1 || y < 0 || y > 1;
-    const classes = ['mark', kind, spread && 'uncertain', outside && 'outside'];
+    const classes = ['mark', kind, outside && 'outside'];
     return el('div', { class: classes.filter(Boolean).join(' '), 'data-entry': id });
 }
 

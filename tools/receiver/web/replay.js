@@ -1,18 +1,14 @@
 // One session: gets it from the receiver, and keeps getting it while it is still being recorded.
 import { secondOf } from './address.js';
-import { deleteSession, sessionResource, timelineAddress, videoAddress } from './api.js';
-import { detailsList } from './details.js';
+import { deleteSession, sessionResource } from './api.js';
 import { confirmDelete } from './dialogs.js';
-import { el, foreign } from './dom.js';
-import { placelessRow } from './eventrow.js';
+import { Facts } from './facts.js';
 import { filmOf } from './film.js';
-import { fullDate, when } from './format.js';
-import { icon } from './kinds.js';
-import { liveSign } from './livesign.js';
 import { buildModel } from './model.js';
 import { failureNotice, notice, strip, troubleOf } from './notice.js';
 import { Player } from './player.js';
 import { Poll } from './poll.js';
+import { ReplayHead, wayUp } from './replayhead.js';
 
 /** Fills `main` with the session's replay. `logIn` is called when the receiver wants to know who is there. */
 export function showReplay(main, id, logIn) {
@@ -29,15 +25,17 @@ class Replay {
     #model = null;
     #trouble = strip();
     #heading = document.getElementById('heading');
-    #facts = el('section', { class: 'facts', 'aria-label': 'Session', tabindex: 0 });
-    #said = '';
-    #player = new Player(this.#facts, () => this.#findOutWhy());
+    #head;
+    #facts = new Facts();
+    #arranged = '';
+    #player = new Player(this.#facts.element, () => this.#findOutWhy());
 
     constructor(main, id, logIn) {
         this.#main = main;
         this.#id = id;
         this.#logIn = logIn;
         this.#resource = sessionResource(id);
+        this.#head = new ReplayHead(id, () => this.#askToDelete());
     }
 
     begin() {
@@ -60,7 +58,7 @@ class Replay {
     }
 
     #answered() {
-        this.#head();
+        this.#showHead();
         if (!this.#trouble.element.hidden) {
             this.#trouble.say('');
             this.#player.retry();
@@ -89,31 +87,32 @@ class Replay {
             this.#player.begin(film);
         }
         this.#model = buildModel(answer, film);
-        this.#head();
-        this.#facts.replaceChildren(el('h2', {}, 'Session'), detailsList(this.#model), ...(watchable ? [] : logOf(this.#model)));
+        this.#showHead();
+        this.#facts.show(this.#model);
         if (watchable) {
             this.#player.show(this.#model);
         }
     }
 
-    // The header says the same again only where it has changed, so that what has the focus in it keeps it.
-    #head() {
-        const { session, chunks } = this.#model;
-        const children = this.#headingOf(session, chunks);
-        const said = children.map((child) => child.textContent ?? child).join();
-        if (said !== this.#said) {
-            this.#said = said;
-            document.title = `${session.projectId}, ${when(session.startMillis)} · MirethVex`;
-            this.#heading.replaceChildren(...children);
+    // What is live and what was today changes without a word of the receiver.
+    #showHead() {
+        this.#head.show(this.#model.session, this.#model.chunks.length > 0);
+        if (this.#heading.firstChild !== this.#head.parts[0]) {
+            this.#heading.replaceChildren(...this.#head.parts);
         }
     }
 
     #arrange(watchable, session) {
-        if (!watchable) {
-            this.#main.replaceChildren(this.#trouble.element, nothingYet(session), this.#facts);
-        } else if (!this.#player.element.isConnected) {
-            this.#player.element.append(this.#facts);
+        const wanted = watchable ? 'replay' : session.state;
+        if (wanted === this.#arranged) {
+            return;
+        }
+        this.#arranged = wanted;
+        if (watchable) {
+            this.#player.element.append(this.#facts.element);
             this.#main.replaceChildren(this.#trouble.element, this.#player.element);
+        } else {
+            this.#main.replaceChildren(this.#trouble.element, nothingYet(session), this.#facts.element);
         }
     }
 
@@ -127,25 +126,13 @@ class Replay {
             this.#player.stop();
             this.#model = null;
             this.#resource = sessionResource(this.#id);
-            this.#said = '';
-            this.#heading.replaceChildren(el('a', { href: '/', class: 'up' }, 'Sessions'));
+            this.#arranged = '';
+            this.#heading.replaceChildren(wayUp());
             this.#main.replaceChildren(failureNotice(failure, 'This session', () => this.#watch()));
             if (failure.kind === 'missing') {
                 this.#poll.stop();
             }
         }
-    }
-
-    #headingOf(session, chunks) {
-        return [
-            el('a', { href: '/', class: 'up' }, 'Sessions'),
-            el('h1', { title: fullDate(session.startMillis) }, foreign(session.projectId), ' ', el('span', { class: 'faint' }, when(session.startMillis))),
-            liveSign(session) ?? '',
-            el('div', { class: 'actions' },
-                chunks.length > 0 && el('a', { class: 'button', href: videoAddress(this.#id), download: true, title: 'Download the whole session as one MP4' }, icon('video'), words('Video')),
-                el('a', { class: 'button', href: timelineAddress(this.#id), download: true, title: 'Download the timeline as JSON' }, icon('download'), words('Timeline')),
-                el('button', { type: 'button', class: 'quiet danger', title: 'Delete this session', on: { click: () => this.#askToDelete() } }, icon('remove'), words('Delete'))),
-        ];
     }
 
     #askToDelete() {
@@ -161,17 +148,6 @@ class Replay {
             this.#player.goTo(seconds);
         }
     }
-}
-
-// Without a video to stand beside, the log may still say why there is none.
-function logOf({ entries }) {
-    const lines = entries.filter((entry) => entry.kind === 'log');
-    return lines.length > 0 ? [el('h2', {}, 'Log'), el('ol', { class: 'entries' }, lines.map(placelessRow))] : [];
-}
-
-// On a phone's width the drawing has to do.
-function words(text) {
-    return el('span', { class: 'words' }, text);
 }
 
 function nothingYet(session) {

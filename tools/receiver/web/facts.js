@@ -1,5 +1,6 @@
-// Everything about the session as a whole.
-import { el, foreign } from './dom.js';
+// Everything about the session as a whole, and the log of one that has no video to stand beside.
+import { arrange, el, foreign } from './dom.js';
+import { placelessRow } from './eventrow.js';
 import { bytes, clockTime, counted, fullDate, number } from './format.js';
 
 const names = {
@@ -8,11 +9,36 @@ const names = {
 };
 const order = Object.keys(names);
 
-/** A description list of the session. */
-export function detailsList(model) {
+export class Facts {
+    #said = new Map();
+    #lines = new Map();
+    #list = el('dl', { class: 'details' });
+    #log = el('ol', { class: 'entries' });
+    #logHeading = el('h2', {}, 'Log');
+    element = el('section', { class: 'facts', 'aria-label': 'Session', tabindex: 0 }, el('h2', {}, 'Session'), this.#list, this.#logHeading, this.#log);
+
+    /** What is said of it already stays untouched. */
+    show(model) {
+        this.#said = new Map(factsOf(model).map(([name, value]) => [name, this.#pair(name, value)]));
+        arrange(this.#list, [...this.#said.values()].flat());
+        // Without a video the log may still say why there is none.
+        const lines = model.chunks.length > 0 ? [] : model.entries.filter((entry) => entry.kind === 'log');
+        this.#lines = new Map(lines.map((entry) => [entry.id, this.#lines.get(entry.id) ?? placelessRow(entry)]));
+        arrange(this.#log, [...this.#lines.values()]);
+        this.#log.hidden = this.#logHeading.hidden = lines.length === 0;
+    }
+
+    #pair(name, value) {
+        const pair = [el('dt', {}, name), el('dd', {}, value)];
+        const before = this.#said.get(name);
+        return before?.[1].textContent === pair[1].textContent ? before : pair;
+    }
+}
+
+function factsOf(model) {
     const { session } = model;
     const metadata = [...model.metadata].sort((a, b) => rank(a.id) - rank(b.id));
-    const pairs = [
+    const facts = [
         ['Started', fullDate(session.startMillis)],
         ['Length', model.chunks.length > 0 && `${clockTime(model.length)}${session.state === 'open' ? ', not closed' : ''}`],
         ['Project', foreign(`${session.brandId} / ${session.projectId}`)],
@@ -22,7 +48,7 @@ export function detailsList(model) {
         ['Touches', precision(model)],
         ['Session', foreign(session.id, { class: 'mono' })],
     ];
-    return el('dl', { class: 'details' }, pairs.filter(([, value]) => value).flatMap(([name, value]) => [el('dt', {}, name), el('dd', {}, value)]));
+    return facts.filter(([, value]) => value);
 }
 
 function rank(id) {
