@@ -1,11 +1,13 @@
 // Version 1 kept every event in a row and counted when asked; version 2 keeps a chunk's timeline as one text
-// and counts when a chunk comes in.
+// and counts when a chunk comes in; version 3 finds texts in any case, whatever the alphabet.
 #include "sqlite/SqliteSchema.hpp"
+
+#include "sqlite/SchemaUpdate.hpp"
 
 namespace mireth::receiver {
 namespace {
 
-constexpr std::int64_t schemaVersion = 2;
+constexpr std::int64_t schemaVersion = 3;
 
 // A session's place is its start in milliseconds times 4096 and a little more, so that places are unique and
 // in the order of the starts: pages, cursors and time ranges are all ranges of places.
@@ -83,38 +85,42 @@ CREATE TABLE sessionText (
     PRIMARY KEY (place, textId)
 ) WITHOUT ROWID;
 CREATE INDEX sessionByText ON sessionText(textId, place);
-PRAGMA user_version = 2;
+PRAGMA user_version = 3;
 )sql";
 
-std::int64_t versionOf(const Database& database) {
-    auto version = database.prepare("PRAGMA user_version");
-    version.step();
-    return version.whole(0);
+// The earliest that can be brought up to date.
+constexpr std::int64_t earliestVersion = 2;
+
+// Throws when this receiver can do nothing with the tables.
+std::int64_t readableVersion(const Database& database) {
+    auto row = database.prepare("PRAGMA user_version");
+    row.step();
+    const auto version = row.whole(0);
+    if (version > schemaVersion) {
+        throw DatabaseError("it was written by a newer receiver");
+    }
+    if (version != 0 && version < earliestVersion) {
+        throw DatabaseError("it was written by an older receiver, whose form is no longer read");
+    }
+    return version;
 }
 
 }  // namespace
 
 void prepareSchema(const Database& database) {
     Transaction transaction(database, Transaction::Kind::write);
-    const auto found = versionOf(database);
-    if (found > schemaVersion) {
-        throw DatabaseError("it was written by a newer receiver");
-    }
+    const auto found = readableVersion(database);
     if (found == 0) {
         database.execute(schema);
     } else if (found < schemaVersion) {
-        throw DatabaseError("it was written by an older receiver");
+        updateFromVersion2(database);
     }
     transaction.commit();
 }
 
 void requireSchema(const Database& database) {
-    const auto found = versionOf(database);
-    if (found > schemaVersion) {
-        throw DatabaseError("it was written by a newer receiver");
-    }
-    if (found < schemaVersion) {
-        throw DatabaseError("it was written by an older receiver");
+    if (readableVersion(database) < schemaVersion) {
+        throw DatabaseError("it was written by an older receiver; serve from it once to bring it up to date");
     }
 }
 

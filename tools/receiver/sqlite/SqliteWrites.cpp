@@ -3,7 +3,7 @@
 
 #include "sqlite/SqliteGuard.hpp"
 #include "sqlite/SqliteStore.hpp"
-#include "sqlite/TextSearch.hpp"
+#include "sqlite/TextRows.hpp"
 
 namespace mireth::receiver {
 namespace {
@@ -19,27 +19,6 @@ std::int64_t freePlace(const Database& database, std::int64_t startMillis) {
     auto last = database.prepare("SELECT max(place) FROM session WHERE place >= ? AND place < ?");
     last.bind(first).bind(first + 4096).step();
     return last.isNull(0) ? first : last.whole(0) + 1;
-}
-
-std::int64_t textIdOf(const Database& database, const FoundText& text) {
-    const std::int64_t kind = text.kind == FoundText::Kind::screen ? 0 : 1;
-    auto known = database.prepare("SELECT id FROM text WHERE kind = ? AND value = ?");
-    if (known.bind(kind).bind(text.value).step()) {
-        return known.whole(0);
-    }
-    const auto folded = foldedText(text.value);
-    database.prepare("INSERT INTO text(kind, value, folded) VALUES (?, ?, ?)")
-        .bind(kind)
-        .bind(text.value)
-        .bind(folded)
-        .run();
-    const auto id = database.lastRow();
-    auto gram = database.prepare("INSERT INTO gram(gram, textId) VALUES (?, ?)");
-    for (const auto& each : gramsOf(folded)) {
-        gram.bind(each).bind(id).run();
-        gram.reset();
-    }
-    return id;
 }
 
 }  // namespace
@@ -145,7 +124,7 @@ void SqliteStore::insertTexts(std::int64_t place, std::int64_t chunkNumber,
                 " ON CONFLICT DO UPDATE SET chunkNumber = excluded.chunkNumber, position = excluded.position"
                 " WHERE (excluded.chunkNumber, excluded.position) < (chunkNumber, position)")
             .bind(place)
-            .bind(textIdOf(database_, text))
+            .bind(textRow(database_, text))
             .bind(chunkNumber)
             .bind(position++)
             .run();

@@ -1,0 +1,54 @@
+// Two forms of tables were written under number 2: the first had a full-text index over the texts, whose case
+// rules were for ASCII only, and no sum of a session's timelines. The second is what version 3 is.
+#include "sqlite/SchemaUpdate.hpp"
+
+#include "sqlite/TextRows.hpp"
+#include "sqlite/TextSearch.hpp"
+
+namespace mireth::receiver {
+namespace {
+
+constexpr const char* fromTheFirstForm = R"sql(
+DROP TRIGGER textAdded;
+DROP TRIGGER textGone;
+DROP TABLE textSearch;
+ALTER TABLE session ADD COLUMN timelineBytes INTEGER NOT NULL DEFAULT 0;
+UPDATE session SET timelineBytes =
+    (SELECT coalesce(sum(length(CAST(timeline AS BLOB))), 0) FROM chunk WHERE chunk.place = session.place);
+ALTER TABLE text ADD COLUMN folded TEXT NOT NULL DEFAULT '';
+CREATE TABLE gram (
+    gram TEXT NOT NULL,
+    textId INTEGER NOT NULL,
+    PRIMARY KEY (gram, textId)
+) WITHOUT ROWID;
+CREATE INDEX gramByText ON gram(textId);
+)sql";
+
+bool isFirstForm(const Database& database) {
+    return !database.prepare("SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = 'gram'").step();
+}
+
+// One text at a time: there may be more than fit into memory.
+void foldTexts(const Database& database) {
+    auto next = database.prepare("SELECT id, value FROM text WHERE id > ? ORDER BY id LIMIT 1");
+    auto fold = database.prepare("UPDATE text SET folded = ? WHERE id = ?");
+    for (std::int64_t id = 0; next.bind(id).step(); next.reset()) {
+        id = next.whole(0);
+        const auto folded = foldedText(next.text(1));
+        fold.bind(folded).bind(id).run();
+        fold.reset();
+        insertGrams(database, id, folded);
+    }
+}
+
+}  // namespace
+
+void updateFromVersion2(const Database& database) {
+    if (isFirstForm(database)) {
+        database.execute(fromTheFirstForm);
+        foldTexts(database);
+    }
+    database.execute("PRAGMA user_version = 3");
+}
+
+}  // namespace mireth::receiver
