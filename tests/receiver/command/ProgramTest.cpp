@@ -119,6 +119,21 @@ TEST_F(ReceiverProgram, KilledAtAnyMomentItKeepsWhatItAcknowledged) {
               "mireth-receiver: removed 1 videos that an interrupted upload left behind\n");
 }
 
+TEST_F(ReceiverProgram, ServesAndShowsDataThatItReachesThroughALink) {
+    std::filesystem::create_directories(directory_.file("private"));
+    std::filesystem::create_directory_symlink(directory_.file("private"), data_);
+    Program program(serving());
+    const int port = portOf(nlohmann::json::parse(program.readLine()));
+    const auto created = request(port, "POST", "/mobile-sr-ingestion/v1/sessions/create",
+                                 R"({"brandId":"b1","brandDc":"d","projectId":"p1","isTestSession":true})");
+    const std::string id = nlohmann::json::parse(created.body).at("sessionInfo").at("sessionId");
+    EXPECT_EQ(nlohmann::json::parse(run({"show", id, "--data", data_, "--json"}).out).at("session").at("id"), id);
+    program.signal(SIGTERM);
+    const auto result = program.wait();
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.errors, "");
+}
+
 TEST_F(ReceiverProgram, ListensOnIpv6) {
     Program program(serving("[::1]:0"));
     const auto ready = nlohmann::json::parse(program.readLine());

@@ -171,6 +171,26 @@ TEST_F(SqliteStoreTest, ALinkInTheDatabasesPlaceIsNotFollowed) {
     EXPECT_TRUE(errorOfOpening().starts_with("cannot open the folder " + data_ + "/videos"));
 }
 
+TEST_F(SqliteStoreTest, TheDataDirectoryMayBeReachedThroughALink) {
+    std::filesystem::create_directories(directory_.file("private/data"));
+    std::filesystem::create_directories(directory_.file("some"));
+    std::filesystem::create_directory_symlink(directory_.file("private"), directory_.file("some/where"));
+    {
+        const auto store = open();
+        addSession(*store);
+        EXPECT_EQ(put(*store, 0), PutOutcome::kept);
+    }
+    const auto reader = SqliteStore::openForReading(data_);
+    ASSERT_TRUE(reader) << reader.error();
+    EXPECT_EQ((*reader)->contents("S1")->value().chunks.at(0).videoPath,
+              directory_.file("private/data/videos/video-1.mp4"));
+    // The lock is the same by either name.
+    const auto store = open();
+    const auto other = SqliteStore::open(directory_.file("private/data"), [] { return "video"; });
+    ASSERT_FALSE(other);
+    EXPECT_EQ(other.error(), "another receiver serves from " + directory_.file("private/data"));
+}
+
 TEST_F(SqliteStoreTest, ADirectoryThatCannotBeMadeIsNamed) {
     std::ofstream(directory_.file("some")) << "a file in the way";
     EXPECT_EQ(errorOfOpening(), "cannot make the data directory " + data_ + ": Not a directory");

@@ -20,8 +20,18 @@ std::unexpected<std::string> failure(const std::string& what) {
     return std::unexpected(what + ": " + std::generic_category().message(errno));
 }
 
-// Holding the lock is what allows sweeping: nobody else has a video under way in this directory.
-Stored<UniqueFd> lockDirectory(const std::string& directory) {
+// SQLite follows no link anywhere in a path, and the data directory may well be reached through one, as under
+// systemd. The error is that of a directory that is not there.
+Stored<std::string> resolved(const std::string& directory) {
+    std::error_code error;
+    auto path = std::filesystem::canonical(directory, error);
+    if (error) {
+        return std::unexpected("there is no receiver's data in " + directory);
+    }
+    return path.string();
+}
+
+Stored<std::string> makePrivateDirectory(const std::string& directory) {
     std::error_code error;
     std::filesystem::create_directories(std::filesystem::path(directory).parent_path(), error);
     if (::mkdir(directory.c_str(), 0700) != 0 && errno != EEXIST) {
@@ -30,6 +40,11 @@ Stored<UniqueFd> lockDirectory(const std::string& directory) {
     if (::chmod(directory.c_str(), 0700) != 0) {
         return failure("cannot make the data directory " + directory + " private");
     }
+    return resolved(directory);
+}
+
+// Holding the lock is what allows sweeping: nobody else has a video under way in this directory.
+Stored<UniqueFd> lockDirectory(const std::string& directory) {
     const std::string path = directory + "/lock";
     UniqueFd lock(::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!lock) {
@@ -67,16 +82,20 @@ SqliteStore::SqliteStore(std::string directory, UniqueFd lock, Database database
 Stored<std::unique_ptr<SqliteStore>> SqliteStore::open(const std::string& directory,
                                                        std::function<std::string()> newIdentifier,
                                                        DiskLimits limits) {
-    auto lock = lockDirectory(directory);
+    const auto found = makePrivateDirectory(directory);
+    if (!found) {
+        return std::unexpected(found.error());
+    }
+    auto lock = lockDirectory(*found);
     if (!lock) {
         return std::unexpected(lock.error());
     }
-    const std::string path = directory + "/receiver.db";
+    const std::string path = *found + "/receiver.db";
     if (auto made = makePrivateFile(path); !made) {
         return std::unexpected(made.error());
     }
-    auto budget = std::make_unique<DiskBudget>(directory, limits);
-    auto videos = VideoFolder::open(directory + "/videos", *budget);
+    auto budget = std::make_unique<DiskBudget>(*found, limits);
+    auto videos = VideoFolder::open(*found + "/videos", *budget);
     if (!videos) {
         return std::unexpected(videos.error());
     }
@@ -84,7 +103,7 @@ Stored<std::unique_ptr<SqliteStore>> SqliteStore::open(const std::string& direct
         Database database(path, Database::Mode::write);
         prepareSchema(database);
         std::unique_ptr<SqliteStore> store(new SqliteStore(
-            directory, std::move(*lock), std::move(database), Database(path, Database::Mode::read),
+            *found, std::move(*lock), std::move(database), Database(path, Database::Mode::read),
             std::move(budget), std::move(*videos), std::move(newIdentifier)));
         store->sweep();
         return store;
@@ -94,19 +113,23 @@ Stored<std::unique_ptr<SqliteStore>> SqliteStore::open(const std::string& direct
 }
 
 Stored<std::unique_ptr<SqliteStore>> SqliteStore::openForReading(const std::string& directory) {
-    const std::string path = directory + "/receiver.db";
+    const auto found = resolved(directory);
+    if (!found) {
+        return std::unexpected(found.error());
+    }
+    const std::string path = *found + "/receiver.db";
     if (!std::filesystem::exists(path)) {
         return std::unexpected("there is no receiver's data in " + directory);
     }
-    auto budget = std::make_unique<DiskBudget>(directory, DiskLimits{});
-    auto videos = VideoFolder::open(directory + "/videos", *budget);
+    auto budget = std::make_unique<DiskBudget>(*found, DiskLimits{});
+    auto videos = VideoFolder::open(*found + "/videos", *budget);
     if (!videos) {
         return std::unexpected(videos.error());
     }
     try {
         Database database(path, Database::Mode::read);
         requireSchema(database);
-        return std::unique_ptr<SqliteStore>(new SqliteStore(directory, UniqueFd(), std::move(database),
+        return std::unique_ptr<SqliteStore>(new SqliteStore(*found, UniqueFd(), std::move(database),
                                                             Database(path, Database::Mode::read),
                                                             std::move(budget), std::move(*videos), {}));
     } catch (const DatabaseError& error) {
