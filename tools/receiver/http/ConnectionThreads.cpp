@@ -6,13 +6,7 @@
 
 namespace mireth::receiver {
 
-void ConnectionThreads::enqueue(std::function<void()> job) {
-    if (!handOver(job)) {
-        job();
-    }
-}
-
-bool ConnectionThreads::handOver(std::function<void()>& job) {
+bool ConnectionThreads::enqueue(std::function<void()> job) {
     const std::lock_guard lock(mutex_);
     if (idle_ <= jobs_.size() && !startThread()) {
         if (jobs_.size() - idle_ >= most_) {

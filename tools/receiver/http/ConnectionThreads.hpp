@@ -1,9 +1,6 @@
 // The threads that connections run on: one each, made when needed and reused, never more than a bound; beyond
-// it as many connections wait their turn. Used by the HTTP server. Included by .cpp files only, as it names
-// the HTTP library's type.
+// it as many connections wait their turn. Used by the HTTP server.
 #pragma once
-
-#include <httplib.h>
 
 #include <condition_variable>
 #include <cstddef>
@@ -17,21 +14,19 @@
 
 namespace mireth::receiver {
 
-class ConnectionThreads final : public httplib::TaskQueue {
+class ConnectionThreads {
   public:
     /// `crowd` must outlive it; it is told of every job that waits for a thread.
     ConnectionThreads(std::size_t most, Crowd& crowd) : most_(most), crowd_(crowd) {}
 
-    /// Runs `job` on a thread of its own, when all are busy as soon as one is free. On the calling thread, at
-    /// once, when too many wait already, so that the job can tell and turn the connection away.
-    void enqueue(std::function<void()> job) override;
-    /// Runs what was enqueued and returns when all of it has ended.
-    void shutdown() override;
+    /// Runs `job` on a thread of its own, when all are busy as soon as one is free. False when too many wait
+    /// already. One thread may call, also for `shutdown`.
+    bool enqueue(std::function<void()> job);
+    /// Runs what was enqueued and returns when all of it has ended. Must be called before this object goes.
+    void shutdown();
 
   private:
-    bool handOver(std::function<void()>& job);
     void work();
-
     bool startThread();
 
     const std::size_t most_;

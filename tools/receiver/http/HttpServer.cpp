@@ -1,7 +1,6 @@
 // The library's server with its own way of handling a connection: bounded waits, a bounded head, TLS of ours.
 #include "http/HttpServer.hpp"
 
-#include <fcntl.h>
 #include <httplib.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -13,11 +12,11 @@
 #include <chrono>
 #include <cstring>
 #include <system_error>
-#include <thread>
 #include <utility>
 #include <vector>
 
 #include "base/UniqueFd.hpp"
+#include "http/Acceptor.hpp"
 #include "http/ConnectionStream.hpp"
 #include "http/ConnectionThreads.hpp"
 #include "http/Transport.hpp"
@@ -62,7 +61,6 @@ class HttpServer::Listener final : private httplib::Server {
     Listener(const Limits& limits, RequestHandler& handler, const Environment& environment,
              std::shared_ptr<TlsContext> tls)
         : limits_(limits), handler_(handler), environment_(environment), tls_(std::move(tls)) {
-        new_task_queue = [this] { return new ConnectionThreads(limits_.connections, crowd_); };
         // Not the library's SO_REUSEPORT: with it a second receiver would share the port silently.
         set_socket_options([](socket_t socket) {
             const int yes = 1;
@@ -81,23 +79,21 @@ class HttpServer::Listener final : private httplib::Server {
         return port_ > 0 && ::listen(svr_sock_, backlog) == 0;
     }
 
+    // Not by the library, which closes the socket for good when a connection cannot be accepted.
     void begin() {
-        accepting_ = std::thread([this] {
-            accepter_ = std::this_thread::get_id();
-            listen_after_bind();
-        });
-        // A stop before the library runs would be lost.
-        while (!is_running()) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
+        accepting_ = std::make_unique<Acceptor>(
+            svr_sock_, [this](UniqueFd connection, const sockaddr_storage&) { take(std::move(connection)); },
+            environment_.report);
     }
 
     void end() {
-        if (accepting_.joinable()) {
+        if (accepting_) {
             stop_.raise(grace);
-            Server::stop();
-            accepting_.join();
+            accepting_.reset();
+            threads_.shutdown();
         }
+        // Not before: without it the library breaks its answers off.
+        const UniqueFd noLongerNeeded(svr_sock_.exchange(INVALID_SOCKET));
     }
 
     int port() const { return port_; }
@@ -223,42 +219,49 @@ class HttpServer::Listener final : private httplib::Server {
         return whole ? work.finish() : work.refuse(400);
     }
 
-    bool process_and_close_socket(socket_t socket) override {
-        const UniqueFd owner(socket);
-        if (std::this_thread::get_id() == accepter_) {
-            turnAway(socket);
-            return false;
+    void take(UniqueFd connection) {
+        const auto shared = std::make_shared<UniqueFd>(std::move(connection));
+        if (!threads_.enqueue([this, shared] { serveSafely(shared->get()); })) {
+            turnAway(shared->get());
         }
+    }
+
+    void serveSafely(int socket) {
+        try {
+            serve(socket);
+        } catch (...) {
+            explain(std::current_exception());
+        }
+    }
+
+    void serve(int socket) {
         const int yes = 1;
         ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
-        if (::fcntl(socket, F_SETFL, O_NONBLOCK) != 0) {
-            return false;
-        }
         Patience patience(limits_, stop_, crowd_);
         const auto transport = tls_ ? tls_->accept(socket, patience) : plainTransport(socket, patience);
-        const bool served = transport && serve(*transport, patience);
+        if (transport) {
+            answer(*transport, patience);
+        }
         if (patience.gaveWay()) {
             handler_.gaveWay();
         } else {
             crowd_.serveOne();
         }
-        return served;
     }
 
-    bool serve(Transport& transport, Patience& patience) {
+    void answer(Transport& transport, Patience& patience) {
         // Room for the framing of a chunked body, whose lengths the library reads by itself.
         constexpr std::uint64_t framing = std::uint64_t{1} << 20U;
         ConnectionStream stream(transport, patience, limits_.requestBytes + framing);
         const auto head = stream.readHead();
         if (head == ConnectionStream::Head::absent) {
-            return false;
+            return;
         }
-        bool served = false;
         if (head == ConnectionStream::Head::oversized) {
-            served = transport.write(plainResponse("431 Request Header Fields Too Large"));
+            transport.write(plainResponse("431 Request Header Fields Too Large"));
         } else {
             bool closed = false;
-            served = process_request(stream, true, closed, [](httplib::Request& request) {
+            process_request(stream, true, closed, [](httplib::Request& request) {
                 const auto type = request.get_header_value("Content-Type");
                 request.headers.erase(contentTypeAside);
                 request.headers.erase("Content-Type");
@@ -274,7 +277,6 @@ class HttpServer::Listener final : private httplib::Server {
             });
         }
         stream.linger();
-        return served;
     }
 
     // Runs where connections are accepted, so it must not wait.
@@ -299,10 +301,10 @@ class HttpServer::Listener final : private httplib::Server {
     const Environment& environment_;
     const std::shared_ptr<TlsContext> tls_;
     int port_ = 0;
-    std::thread accepting_;
-    std::thread::id accepter_;  // written before the first connection is handed to another thread
     StopSignal stop_;
     Crowd crowd_;
+    ConnectionThreads threads_{limits_.connections, crowd_};
+    std::unique_ptr<Acceptor> accepting_;
 };
 
 HttpServer::HttpServer(std::unique_ptr<Listener> listener) : listener_(std::move(listener)) {}
