@@ -16,8 +16,9 @@ namespace mireth::receiver {
 namespace {
 
 constexpr std::size_t longestLogin = 1024;
-// Ten at once, then one a second, by whomever: a token is far too long to be guessed at that rate.
-constexpr UploadRate attemptRate{.perSecond = 1, .burst = 10};
+// Of wrong tokens, by whomever. The right one passes at any time, or strangers could lock every viewer out;
+// it is far too long to be guessed.
+constexpr UploadRate wrongTokenRate{.perSecond = 1, .burst = 10};
 
 bool isChange(const RequestHead& head) {
     return head.method != "GET" && head.method != "HEAD" && head.method != "OPTIONS";
@@ -97,19 +98,23 @@ Answer ViewerDoor::logIn(const std::string& body) {
     if (!reader.complaint().empty()) {
         return errorAnswer(400, "the body is not a token");
     }
-    if (!attempts_.take("", "", attemptRate, environment_.steadyNow())) {
-        auto answer = errorAnswer(429, "too many attempts; wait a moment");
-        answer.headers = {{"Retry-After", "5"}};
-        return answer;
-    }
     if (rules_.viewingToken && !sameSecret(token, *rules_.viewingToken)) {
-        environment_.report("a login with a wrong token was refused");
-        return errorAnswer(401, "the token is wrong");
+        return refuseLogin();
     }
     const auto secret = environment_.newIdentifier();
     viewers_.add(secret, environment_.steadyNow());
     return {.status = 204,
             .headers = {{"Set-Cookie", cookie(secret, std::chrono::seconds(Viewers::lifetime).count())}}};
+}
+
+Answer ViewerDoor::refuseLogin() {
+    if (!wrongTokens_.take("", "", wrongTokenRate, environment_.steadyNow())) {
+        auto answer = errorAnswer(429, "the token is wrong, and too many were lately; wait a moment");
+        answer.headers = {{"Retry-After", "5"}};
+        return answer;
+    }
+    environment_.report("a login with a wrong token was refused");
+    return errorAnswer(401, "the token is wrong");
 }
 
 Answer ViewerDoor::logOut(const RequestHead& head) {

@@ -34,14 +34,15 @@ class ViewerDoor {
 
   private:
     Answer logIn(const std::string& body);
+    Answer refuseLogin();
     bool isViewer(const RequestHead& head) const;
     std::string cookie(const std::string& value, long seconds) const;
     const char* cookieName() const { return rules_.secure ? "__Host-mireth" : "mireth"; }
 
     const AccessRules& rules_;
     const Environment& environment_;
-    Viewers viewers_;       // guards itself
-    RateLimiter attempts_;  // guards itself
+    Viewers viewers_;          // guards itself
+    RateLimiter wrongTokens_;  // guards itself
 };
 
 }  // namespace mireth::receiver
