@@ -127,7 +127,8 @@ TEST_F(ReceiverProgram, ServesAndShowsDataThatItReachesThroughALink) {
     const auto created = request(port, "POST", "/mobile-sr-ingestion/v1/sessions/create",
                                  R"({"brandId":"b1","brandDc":"d","projectId":"p1","isTestSession":true})");
     const std::string id = nlohmann::json::parse(created.body).at("sessionInfo").at("sessionId");
-    EXPECT_EQ(nlohmann::json::parse(run({"show", id, "--data", data_, "--json"}).out).at("session").at("id"), id);
+    EXPECT_EQ(nlohmann::json::parse(run({"show", id, "--data", data_, "--json"}).out).at("session").at("id"),
+              id);
     program.signal(SIGTERM);
     const auto result = program.wait();
     EXPECT_EQ(result.status, 0);
@@ -172,6 +173,13 @@ TEST_F(ReceiverProgram, WhereStrangersReachItItWantsTokensAndTls) {
     // Behind a proxy loopback is no protection.
     const auto proxied = run({"--listen", "127.0.0.1:0", "--behind-proxy", "--data", data_});
     EXPECT_EQ(proxied.errors.find("mireth-receiver: a proxy lets strangers reach the receiver: give"), 0U);
+    // And a name that is not this machine's own tells of a proxy, whether or not it was mentioned.
+    const auto named = run(
+        {"--listen", "127.0.0.1:0", "--host", "localhost", "--host", "replay.example.org", "--data", data_});
+    EXPECT_EQ(named.status, 1);
+    EXPECT_EQ(
+        named.errors.find("mireth-receiver: viewers call the receiver \"replay.example.org\": give --upload"),
+        0U);
 
     auto command = serving("0.0.0.0:0");
     command.insert(command.end(), tokens.begin(), tokens.end());
@@ -185,6 +193,15 @@ TEST_F(ReceiverProgram, WhereStrangersReachItItWantsTokensAndTls) {
     EXPECT_EQ(request(port, "GET", "/api/sessions").status, 401);
     program.signal(SIGTERM);
     EXPECT_EQ(program.wait().status, 0);
+}
+
+TEST_F(ReceiverProgram, NamesOfThisMachineNeedNoTokens) {
+    auto command = serving();
+    command.insert(command.end(), {"--host", "localhost", "--host", "127.0.0.1", "--host", "::1"});
+    Program program(command);
+    EXPECT_EQ(request(portOf(nlohmann::json::parse(program.readLine())), "GET", "/api/sessions").status, 200);
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.wait().errors, "");
 }
 
 TEST_F(ReceiverProgram, BadStartsEndWithOneLineAndStatusOne) {

@@ -1,6 +1,9 @@
 // Tokens first, then what lacks.
 #include "command/Exposure.hpp"
 
+#include <algorithm>
+#include <optional>
+
 #include "access/Secrets.hpp"
 
 namespace mireth::receiver {
@@ -17,6 +20,21 @@ std::expected<std::optional<std::string>, std::string> tokenOf(const std::option
     return std::optional(std::move(*token));
 }
 
+// How strangers come to the receiver; none when only this machine does.
+std::optional<std::string> whyReachable(const ServeOptions& options, const ListenAddress& address) {
+    if (options.behindProxy) {
+        return "a proxy lets strangers reach the receiver";
+    }
+    if (!address.isLoopback()) {
+        return "strangers can reach " + address.text();
+    }
+    // On loopback another name is of no use but through a proxy, or a tunnel, that nobody told of.
+    const auto other = std::ranges::find_if(
+        options.hosts, [](const std::string& name) { return !ListenAddress{.host = name}.isLoopback(); });
+    return other == options.hosts.end() ? std::nullopt
+                                        : std::optional("viewers call the receiver \"" + *other + "\"");
+}
+
 }  // namespace
 
 std::expected<AccessRules, std::string> accessRulesFor(const ServeOptions& options,
@@ -26,17 +44,15 @@ std::expected<AccessRules, std::string> accessRulesFor(const ServeOptions& optio
     if (!upload || !viewing) {
         return std::unexpected(!upload ? upload.error() : viewing.error());
     }
-    if (!address.isLoopback() || options.behindProxy) {
-        const std::string reachable = options.behindProxy ? "a proxy lets strangers reach the receiver"
-                                                          : "strangers can reach " + address.text();
+    if (const auto reachable = whyReachable(options, address)) {
         if (!*upload || !*viewing) {
-            return std::unexpected(reachable +
+            return std::unexpected(*reachable +
                                    ": give --upload-token-file and --viewing-token-file, or listen on "
                                    "127.0.0.1 without a proxy");
         }
         if (!options.tls && !options.behindProxy) {
             return std::unexpected(
-                reachable + ": give --tls-cert and --tls-key, or --behind-proxy when a proxy does TLS");
+                *reachable + ": give --tls-cert and --tls-key, or --behind-proxy when a proxy does TLS");
         }
         if (**upload == **viewing) {
             return std::unexpected("the two tokens are the same: who may upload could view everything");
