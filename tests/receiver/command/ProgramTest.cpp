@@ -237,13 +237,21 @@ TEST_F(ReceiverProgram, AnUnknownSessionIsNamedSafely) {
 }
 
 TEST_F(ReceiverProgram, HelpNamesEveryOption) {
-    const auto help = run({"--help"});
-    EXPECT_EQ(help.status, 0);
-    for (const auto* const word :
-         {"--listen", "--tls-cert", "--tls-key", "--data", "--config", "--print-ready", "--behind-proxy",
-          "--upload-token-file", "--viewing-token-file", "--host", "list", "show"}) {
-        EXPECT_NE(help.out.find(word), std::string::npos) << word;
-    }
+    const auto expectHelp = [this](std::vector<std::string> arguments,
+                                   const std::vector<std::string>& words) {
+        arguments.emplace_back("--help");
+        const auto help = run(arguments);
+        EXPECT_EQ(help.status, 0);
+        for (const auto& word : words) {
+            EXPECT_NE(help.out.find(word), std::string::npos) << arguments.front() << ": " << word;
+        }
+    };
+    expectHelp(
+        {}, {"--listen", "--tls-cert", "--tls-key", "--data", "--config", "--print-ready", "--behind-proxy",
+             "--upload-token-file", "--viewing-token-file", "--host", "list", "show", "export"});
+    expectHelp({"list"}, {"--data", "--json"});
+    expectHelp({"show"}, {"SESSION", "--data", "--json"});
+    expectHelp({"export"}, {"SESSION", "--output", "--data"});
 }
 
 }  // namespace
