@@ -120,6 +120,17 @@ class PaintingFilter : public QObject {
     }
 };
 
+/// Counts the paintings of all widgets.
+class PaintCounter : public QObject {
+  public:
+    PaintCounter() { QApplication::instance()->installEventFilter(this); }
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        paintings += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+    int paintings = 0;
+};
+
 template <class Widget>
 Widget* filtered(Widget* widget) {
     widget->installEventFilter(new PaintingFilter(widget));
@@ -387,8 +398,10 @@ TEST_P(QtWidgetGallery, ShowsNoCanaryInAWindow) {
     if (GetParam().showsCanary) {
         EXPECT_TRUE(findCanary(widget->grab().toImage())) << "the exhibit itself is to show it";
     }
+    const PaintCounter counter;
     const auto picture = recordedPicture(*platform_.windowOf(window));
     EXPECT_EQ(findCanary(picture), std::nullopt);
+    EXPECT_EQ(counter.paintings, 0) << "nothing is painted for it";
 }
 
 TEST_P(QtWidgetGallery, ShowsNoCanaryAsTheWindowItself) {

@@ -142,6 +142,31 @@ TEST_F(QtWidgetMirror, ASliderShowsItsValueAndIsDrawnAnewWhenThatChanges) {
     EXPECT_NE(picture(), low);
 }
 
+TEST_F(QtWidgetMirror, AContainerHasTheColourOfItsStyleSheet) {
+    QFrame panel(&window_);
+    panel.setGeometry(0, 0, 90, 40);
+    panel.setStyleSheet("background: #102030");
+    QWidget plain(&window_);
+    plain.setGeometry(100, 0, 90, 40);
+    plain.setStyleSheet("color: #102030");
+    QGroupBox box("secret", &window_);
+    box.setGeometry(0, 50, 90, 40);
+    QWidget inside(&box);
+    inside.setGeometry(10, 30, 5, 5);
+    box.setStyleSheet("QGroupBox { background-color: #302010 }");
+    const QImage seen = picture();
+    EXPECT_EQ(seen.pixel(45, 20), qRgb(0x10, 0x20, 0x30));
+    EXPECT_EQ(seen.pixel(145, 20), qRgb(240, 240, 240));
+    EXPECT_EQ(seen.pixel(45, 70), qRgb(0x30, 0x20, 0x10));
+}
+
+TEST_F(QtWidgetMirror, AGradientOfAStyleSheetIsNotThere) {
+    QFrame panel(&window_);
+    panel.setGeometry(0, 0, 90, 40);
+    panel.setStyleSheet("background: qlineargradient(x1:0, y1:0, x2:1, y2:0, stop:0 red, stop:1 lime)");
+    EXPECT_EQ(findCanary(picture()), std::nullopt);
+}
+
 TEST_F(QtWidgetMirror, AWindowAboveStandsAtItsPlace) {
     window_.setGeometry(100, 100, 200, 100);
     QDialog dialog(&window_);

@@ -33,6 +33,11 @@ class MIRETH_EXPORT View : public std::enable_shared_from_this<View> {
     virtual const Layer& layer() const { return layer_; }
     /// The state now on screen while it differs from the model, during an animation; else null.
     virtual std::shared_ptr<const Layer> presentationLayer() const { return presentationLayer_; }
+    /// The view as the user sees it, with everything that its widget draws itself, texts and pictures among
+    /// it; null when the view is that already. A frame for which masking is disabled shows the answer and its
+    /// subviews in this view's place. It is asked for then only: a binding whose widgets have to be painted
+    /// for it paints none of them while frames are masked.
+    virtual std::shared_ptr<const View> unmasked() const { return nullptr; }
     /// The controller whose root view this is; null for most views.
     virtual std::shared_ptr<ViewController> viewController() const { return viewController_.lock(); }
 

@@ -7,6 +7,7 @@
 #include "platforms/qt/mirror/MarkingProperties.hpp"
 #include "platforms/qt/mirror/RectangleLook.hpp"
 #include "platforms/qt/mirror/StateText.hpp"
+#include "platforms/qt/pictures/PictureViews.hpp"
 
 namespace mireth::qt {
 
@@ -50,11 +51,7 @@ void moveLookIntoSubview(View& view, const platform::ViewClass& viewClass) {
 std::shared_ptr<View> ItemMirror::viewOf(QQuickItem& item) {
     screens_.look(item);
     const QTransform toParent = transformToParent(item);
-    auto mirrored = classOf(item);
-    if (!toParent.isAffine()) {
-        // Turned out of the plane: its place is known, but not how it looks.
-        mirrored.shown = Shown::label;
-    }
+    const auto mirrored = classOf(item, toParent.isAffine());
     auto view = views_.make(mirrored);
     Layer& layer = view->mutableLayer();
     place(layer, {item.width(), item.height()}, toParent);
@@ -63,23 +60,35 @@ std::shared_ptr<View> ItemMirror::viewOf(QQuickItem& item) {
     layer.appearance.allowsGroupOpacity = false;
     layer.appearance.masksToBounds = item.clip();
     describeState(item, *mirrored.stateProperties, *view);
-    if (mirrored.shown == Shown::rectangle) {
-        addRectangleLook(item, layer);
-    }
-    if (mirrored.shown == Shown::container || mirrored.shown == Shown::rectangle) {
+    addLook(item, mirrored.shown, *view);
+    const bool isOpen = mirrored.shown == Shown::container || mirrored.shown == Shown::rectangle;
+    if (isOpen || (pictures_ != nullptr && mirrored.shown != Shown::hosted)) {
         addChildren(item, *view);
     }
     return view;
 }
 
-MirroredClass ItemMirror::classOf(const QQuickItem& item) {
+void ItemMirror::addLook(QQuickItem& item, Shown shown, View& view) {
+    if (shown == Shown::rectangle) {
+        addRectangleLook(item, view.mutableLayer());
+    } else if (pictures_ == nullptr || shown == Shown::container) {
+        return;
+    } else if (shown == Shown::hosted) {
+        makePlainBlock(view.mutableLayer());
+    } else {
+        pictures_->add(item, view);
+    }
+}
+
+MirroredClass ItemMirror::classOf(const QQuickItem& item, bool isInThePlane) {
     MirroredClass mirrored = catalog_.ofItem(*item.metaObject());
     if (mirrored.shown == Shown::label && !item.flags().testFlag(QQuickItem::ItemHasContents)) {
         // It draws nothing itself.
         mirrored.shown = Shown::container;
     }
-    if (depth_ >= maximumMirrorDepth || isMarkedAsMasked(item)) {
-        mirrored.shown = Shown::label;
+    // Turned out of the plane, its place is known, but not how it looks.
+    if (depth_ >= maximumMirrorDepth || !isInThePlane || isMarkedAsMasked(item)) {
+        mirrored.shown = pictures_ != nullptr ? Shown::hosted : Shown::label;
     }
     return mirrored;
 }

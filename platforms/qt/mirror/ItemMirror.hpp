@@ -8,25 +8,30 @@
 #include "MirethVex/Platform/View.hpp"
 #include "platforms/qt/mirror/ClassCatalog.hpp"
 #include "platforms/qt/mirror/MirroredViews.hpp"
+#include "platforms/qt/pictures/ItemPictures.hpp"
 #include "platforms/qt/screens/SeenScreens.hpp"
 
 namespace mireth::qt {
 
-/// One pass. Reads the items' properties; what an item draws is not looked at. Main thread only.
+/// One pass. Reads the items' properties; what an item draws is not looked at, unless the mirror is unmasked:
+/// with `pictures`. Main thread only.
 class ItemMirror {
   public:
-    ItemMirror(ClassCatalog& catalog, const MirroredViews& views, SeenScreens& screens)
-        : catalog_(catalog), views_(views), screens_(screens) {}
+    ItemMirror(ClassCatalog& catalog, const MirroredViews& views, SeenScreens& screens,
+               ItemPictures* pictures = nullptr)
+        : catalog_(catalog), views_(views), screens_(screens), pictures_(pictures) {}
 
     std::shared_ptr<platform::View> viewOf(QQuickItem& item);
 
   private:
-    MirroredClass classOf(const QQuickItem& item);
+    MirroredClass classOf(const QQuickItem& item, bool isInThePlane);
+    void addLook(QQuickItem& item, Shown shown, platform::View& view);
     void addChildren(const QQuickItem& item, platform::View& view);
 
     ClassCatalog& catalog_;
     const MirroredViews& views_;
     SeenScreens& screens_;
+    ItemPictures* const pictures_;
     std::size_t depth_ = 0;
 };
 

@@ -20,6 +20,19 @@ const std::vector<std::shared_ptr<platform::View>>& RecordedWindow::subviews() c
     return mirrored_;
 }
 
+std::shared_ptr<const platform::View> RecordedWindow::unmasked() const {
+    lastPass_ = SteadyClock::now();
+    auto window = std::make_shared<View>(viewClass());
+    window->mutableLayer() = layer();
+    SeenScreens seen;
+    for (const auto& view : mirror_.unmaskedViewsOf(live_, seen)) {
+        window->addSubview(view);
+    }
+    screens_.update(seen);
+    mirror_.paintPictures();
+    return window;
+}
+
 void RecordedWindow::lookAgain() const {
     // Two passes a second: one that is longer ago was of a recording that is over or paused.
     constexpr std::chrono::seconds recently(1);

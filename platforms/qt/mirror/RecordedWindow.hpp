@@ -33,6 +33,8 @@ class RecordedWindow final : public platform::Window {
 
     const std::vector<std::shared_ptr<platform::View>>& subviews() const override;
     const platform::Layer& layer() const override;
+    /// Made anew in a pass of its own, too.
+    std::shared_ptr<const platform::View> unmasked() const override;
     double screenScale() const override { return live_.scale(); }
 
   private:

@@ -3,43 +3,70 @@
 #include "platforms/qt/mirror/ItemMirror.hpp"
 #include "platforms/qt/mirror/LayerValues.hpp"
 #include "platforms/qt/mirror/WidgetMirror.hpp"
+#include "platforms/qt/pictures/PictureViews.hpp"
 
 namespace mireth::qt {
 
 using platform::View;
 
 std::vector<std::shared_ptr<View>> ViewMirror::viewsOf(const LiveWindow& live, SeenScreens& screens) {
-    std::vector<std::shared_ptr<View>> views;
-    if (!live.isVisible()) {
-        return views;
-    }
-    views.push_back(contentOf(live, screens));
-    const Point origin = live.origin();
-    for (const LiveWindow& above : live.windowsAbove()) {
-        auto content = contentOf(above, screens);
-        const Point place = above.origin();
-        const Size size = above.size();
-        content->setFrame({place.x - origin.x, place.y - origin.y, size.width, size.height});
-        content->mutableLayer().appearance.backgroundColor = colorOf(above.backgroundColor());
-        views.push_back(std::move(content));
-    }
+    auto views = allOf(live, screens, nullptr);
     contents_.endPass();
     return views;
 }
 
-std::shared_ptr<View> ViewMirror::contentOf(const LiveWindow& live, SeenScreens& screens) {
+std::vector<std::shared_ptr<View>> ViewMirror::unmaskedViewsOf(const LiveWindow& live, SeenScreens& screens) {
+    if (pictures_ == nullptr) {
+        pictures_ = std::make_unique<UnmaskedPictures>();
+    }
+    return allOf(live, screens, pictures_.get());
+}
+
+void ViewMirror::paintPictures() {
+    if (pictures_ != nullptr) {
+        pictures_->endPass();
+    }
+}
+
+std::vector<std::shared_ptr<View>> ViewMirror::allOf(const LiveWindow& live, SeenScreens& screens,
+                                                     UnmaskedPictures* pictures) {
+    std::vector<std::shared_ptr<View>> views;
+    if (!live.isVisible()) {
+        return views;
+    }
+    views.push_back(contentOf(live, screens, pictures));
+    const Point origin = live.origin();
+    for (const LiveWindow& above : live.windowsAbove()) {
+        auto content = contentOf(above, screens, pictures);
+        const Point place = above.origin();
+        const Size size = above.size();
+        content->setFrame({place.x - origin.x, place.y - origin.y, size.width, size.height});
+        if (const auto background = colorOf(above.backgroundColor())) {
+            content->mutableLayer().appearance.backgroundColor = background;
+        }
+        views.push_back(std::move(content));
+    }
+    return views;
+}
+
+std::shared_ptr<View> ViewMirror::contentOf(const LiveWindow& live, SeenScreens& screens,
+                                            UnmaskedPictures* pictures) {
     if (QWidget* const widget = live.widget()) {
         screens.addWindow(*widget);
-        return WidgetMirror(catalog_, views_, contents_, screens).viewOf(*widget);
+        return WidgetMirror(catalog_, views_, contents_, screens,
+                            pictures != nullptr ? &pictures->ofWidgets : nullptr)
+            .viewOf(*widget);
     }
     if (QQuickWindow* const window = live.quickWindow()) {
         screens.addWindow(*window);
-        return ItemMirror(catalog_, views_, screens).viewOf(*window->contentItem());
+        return ItemMirror(catalog_, views_, screens, pictures != nullptr ? &pictures->ofItems : nullptr)
+            .viewOf(*window->contentItem());
     }
     // A window that Qt knows nothing of but its place.
     const Size size = live.size();
     auto block = views_.make({&platform::ViewClass::view(), Shown::label});
     block->setFrame({0, 0, size.width, size.height});
+    makePlainBlock(block->mutableLayer());
     return block;
 }
 

@@ -9,6 +9,7 @@
 #include "platforms/qt/mirror/LiveWindow.hpp"
 #include "platforms/qt/mirror/MirroredViews.hpp"
 #include "platforms/qt/mirror/StyledContents.hpp"
+#include "platforms/qt/pictures/UnmaskedPictures.hpp"
 #include "platforms/qt/screens/SeenScreens.hpp"
 
 namespace mireth::qt {
@@ -21,12 +22,25 @@ class ViewMirror {
     /// `screens` hears of the screens that are met.
     std::vector<std::shared_ptr<platform::View>> viewsOf(const LiveWindow& live, SeenScreens& screens);
 
+    /// The same with what the widgets and items draw. The views lack what has to be painted anew, until
+    /// `paintPictures` is called.
+    std::vector<std::shared_ptr<platform::View>> unmaskedViewsOf(const LiveWindow& live,
+                                                                 SeenScreens& screens);
+
+    /// Has the widgets paint that the last unmasked pass has come by. That is the app's code, which may do
+    /// anything to them and to the windows.
+    void paintPictures();
+
   private:
-    std::shared_ptr<platform::View> contentOf(const LiveWindow& live, SeenScreens& screens);
+    std::vector<std::shared_ptr<platform::View>> allOf(const LiveWindow& live, SeenScreens& screens,
+                                                       UnmaskedPictures* pictures);
+    std::shared_ptr<platform::View> contentOf(const LiveWindow& live, SeenScreens& screens,
+                                              UnmaskedPictures* pictures);
 
     ClassCatalog catalog_;
     MirroredViews views_;
     StyledContents contents_;
+    std::unique_ptr<UnmaskedPictures> pictures_;
 };
 
 }  // namespace mireth::qt

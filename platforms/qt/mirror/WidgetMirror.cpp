@@ -2,11 +2,14 @@
 
 #include <QFrame>
 #include <QGroupBox>
+#include <QStatusBar>
+#include <QToolBar>
 #include <vector>
 
 #include "platforms/qt/mirror/LayerValues.hpp"
 #include "platforms/qt/mirror/MarkingProperties.hpp"
 #include "platforms/qt/mirror/StateText.hpp"
+#include "platforms/qt/pictures/PictureViews.hpp"
 
 namespace mireth::qt {
 
@@ -34,6 +37,14 @@ bool isLine(const QFrame& frame) {
     return frame.frameShape() == QFrame::HLine || frame.frameShape() == QFrame::VLine;
 }
 
+/// Whether the widget's own painting fills it with its style sheet's background.
+bool drawsWhatASheetSays(const QWidget& widget) {
+    return widget.testAttribute(Qt::WA_StyledBackground) ||
+           qobject_cast<const QGroupBox*>(&widget) != nullptr ||
+           qobject_cast<const QToolBar*>(&widget) != nullptr ||
+           qobject_cast<const QStatusBar*>(&widget) != nullptr;
+}
+
 bool hasFrame(const QWidget& widget) {
     if (const auto* const box = qobject_cast<const QGroupBox*>(&widget)) {
         return !box->isFlat();
@@ -43,8 +54,15 @@ bool hasFrame(const QWidget& widget) {
            frame->frameWidth() > 0;
 }
 
+/// A rule's colour is in the palette, too; its pictures and gradients may be anything.
+bool hasColorOfASheet(const QWidget& widget) {
+    return widget.testAttribute(Qt::WA_StyleSheet) && drawsWhatASheetSays(widget) &&
+           widget.palette().brush(widget.backgroundRole()).style() == Qt::SolidPattern;
+}
+
 void addBackground(const QWidget& widget, Layer& layer) {
-    if (widget.autoFillBackground() && !widget.testAttribute(Qt::WA_NoSystemBackground)) {
+    const bool isFilled = widget.autoFillBackground() && !widget.testAttribute(Qt::WA_NoSystemBackground);
+    if (isFilled || hasColorOfASheet(widget)) {
         layer.appearance.backgroundColor = colorOf(widget.palette().color(widget.backgroundRole()));
     }
 }
@@ -57,6 +75,15 @@ void addFrame(const QWidget& widget, Layer& layer) {
         layer.appearance.borderWidth = 1;
         layer.appearance.borderColor = edge;
     }
+}
+
+/// A container, whatever it shows itself, or one picture together with what lies in it.
+MirroredClass unmasked(MirroredClass mirrored, const QWidget& widget) {
+    if (mirrored.shown != Shown::hosted) {
+        mirrored.shown = WidgetPictures::holdsItsChildrenApart(widget) ? Shown::container : Shown::image;
+    }
+    mirrored.emptyIsHarmless = true;
+    return mirrored;
 }
 
 }  // namespace
@@ -74,7 +101,11 @@ std::shared_ptr<View> WidgetMirror::copy(QWidget& widget) {
     auto view = views_.make(mirrored);
     view->setFrame({static_cast<double>(widget.x()), static_cast<double>(widget.y()),
                     static_cast<double>(widget.width()), static_cast<double>(widget.height())});
-    addOwnLook(widget, mirrored.shown, view->mutableLayer());
+    if (pictures_ != nullptr) {
+        addPicture(widget, mirrored.shown, *view);
+    } else {
+        addOwnLook(widget, mirrored.shown, view->mutableLayer());
+    }
     describeState(widget, *mirrored.stateProperties, *view);
     if (mirrored.shown == Shown::container) {
         ++depth_;
@@ -88,12 +119,24 @@ std::shared_ptr<View> WidgetMirror::copy(QWidget& widget) {
 
 MirroredClass WidgetMirror::classOf(const QWidget& widget, bool hasChildren) {
     MirroredClass mirrored = catalog_.ofWidget(*widget.metaObject());
+    if (pictures_ != nullptr) {
+        mirrored = unmasked(mirrored, widget);
+    }
     const bool isUnknownLeaf =
         mirrored.shown == Shown::container && !hasChildren && !mirrored.emptyIsHarmless;
     if (isUnknownLeaf || depth_ >= maximumMirrorDepth || isMarkedAsMasked(widget)) {
         mirrored.shown = Shown::label;
     }
     return mirrored;
+}
+
+void WidgetMirror::addPicture(QWidget& widget, Shown shown, View& view) {
+    view.mutableLayer().appearance.masksToBounds = true;
+    if (shown == Shown::container || shown == Shown::image) {
+        pictures_->add(widget, view);
+    } else {
+        makePlainBlock(view.mutableLayer());
+    }
 }
 
 void WidgetMirror::addOwnLook(const QWidget& widget, Shown shown, Layer& layer) {

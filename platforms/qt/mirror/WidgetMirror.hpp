@@ -9,16 +9,18 @@
 #include "platforms/qt/mirror/ClassCatalog.hpp"
 #include "platforms/qt/mirror/MirroredViews.hpp"
 #include "platforms/qt/mirror/StyledContents.hpp"
+#include "platforms/qt/pictures/WidgetPictures.hpp"
 #include "platforms/qt/screens/SeenScreens.hpp"
 
 namespace mireth::qt {
 
-/// One pass. Reads the widgets and paints none of them. Main thread only.
+/// One pass. Reads the widgets and paints none of them; with `pictures` the mirror is unmasked, and shows
+/// what they paint. Main thread only.
 class WidgetMirror {
   public:
     WidgetMirror(ClassCatalog& catalog, const MirroredViews& views, StyledContents& contents,
-                 SeenScreens& screens)
-        : catalog_(catalog), views_(views), contents_(contents), screens_(screens) {}
+                 SeenScreens& screens, WidgetPictures* pictures = nullptr)
+        : catalog_(catalog), views_(views), contents_(contents), screens_(screens), pictures_(pictures) {}
 
     /// The window itself lies at the origin; its background is left to whoever places it.
     std::shared_ptr<platform::View> viewOf(QWidget& window);
@@ -28,11 +30,13 @@ class WidgetMirror {
     MirroredClass classOf(const QWidget& widget, bool hasChildren);
     std::shared_ptr<platform::View> copy(QWidget& widget);
     void addOwnLook(const QWidget& widget, Shown shown, platform::Layer& layer);
+    void addPicture(QWidget& widget, Shown shown, platform::View& view);
 
     ClassCatalog& catalog_;
     const MirroredViews& views_;
     StyledContents& contents_;
     SeenScreens& screens_;
+    WidgetPictures* const pictures_;
     std::size_t depth_ = 0;
 };
 

@@ -18,8 +18,9 @@ namespace mireth::qttest {
 
 /// The frame that would be recorded now, one pixel a point.
 inline QImage recordedPicture(const platform::Window& window,
-                              std::vector<const platform::ViewClass*> masked = {}) {
-    const auto layers = LayerReplicator(std::move(masked)).replicateLayerTree(window, true);
+                              std::vector<const platform::ViewClass*> masked = {},
+                              bool withEnabledMasking = true) {
+    const auto layers = LayerReplicator(std::move(masked)).replicateLayerTree(window, withEnabledMasking);
     platform::CairoGraphics graphics;
     OptimizedImageRenderer renderer(graphics, window.frame().size());
     const auto image = renderer.image([&](platform::GraphicsContext& context) { layers->render(context); });
@@ -30,6 +31,11 @@ inline QImage recordedPicture(const platform::Window& window,
                     image.pixelWidth(), reinterpret_cast<std::uint32_t*>(picture.scanLine(y)));
     }
     return picture;
+}
+
+/// The frame of a recording without masking.
+inline QImage unmaskedPicture(const platform::Window& window) {
+    return recordedPicture(window, {}, false);
 }
 
 /// The difference between a colour's strongest and weakest channel: 0 for any grey.

@@ -186,6 +186,57 @@ TEST(LayerReplicator, WithoutMaskingEveryViewIsCopiedInFull) {
     EXPECT_EQ(copy->sublayers()[0]->sublayers().size(), 1U);
 }
 
+/// Shows more where nothing is masked, and counts how often it is asked.
+class Drawing final : public View {
+  public:
+    using View::View;
+    std::shared_ptr<const View> unmasked() const override {
+        ++timesAsked;
+        auto shown = std::make_shared<View>();
+        shown->mutableLayer().content.contents = Image::filled(1, 1, 0xFF112233U);
+        shown->addSubview(viewAt({1, 2, 3, 4}));
+        return shown;
+    }
+    mutable int timesAsked = 0;
+};
+
+TEST(LayerReplicator, WithoutMaskingTheUnmaskedViewStandsInPlaceOfTheView) {
+    const auto root = viewAt({0, 0, 100, 100});
+    const auto drawing = std::make_shared<Drawing>();
+    drawing->addSubview(viewAt({5, 6, 7, 8}));
+    root->addSubview(drawing);
+    const auto copy = copyOf(*root, false);
+    ASSERT_EQ(copy->sublayers().size(), 1U);
+    EXPECT_TRUE(copy->sublayers()[0]->content.contents.hasBitmap());
+    ASSERT_EQ(copy->sublayers()[0]->sublayers().size(), 1U);
+    EXPECT_EQ(copy->sublayers()[0]->sublayers()[0]->frame(), (Rect{1, 2, 3, 4}));
+    EXPECT_EQ(drawing->timesAsked, 1);
+}
+
+TEST(LayerReplicator, NoViewIsAskedForItsUnmaskedSelfWhileMaskingIsEnabled) {
+    const auto root = std::make_shared<Drawing>();
+    const auto label = std::make_shared<Drawing>(ViewClass::label());
+    const auto plain = std::make_shared<Drawing>();
+    root->addSubview(label);
+    root->addSubview(plain);
+    const auto copy = copyOf(*root);
+    EXPECT_EQ(root->timesAsked + label->timesAsked + plain->timesAsked, 0);
+    ASSERT_EQ(copy->sublayers().size(), 2U);
+    EXPECT_FALSE(copy->sublayers()[1]->content.contents.hasBitmap());
+}
+
+TEST(LayerReplicator, AnUnmaskedViewThatHoldsItsViewComesToAnEnd) {
+    class Endless final : public View {
+      public:
+        std::shared_ptr<const View> unmasked() const override {
+            auto shown = std::make_shared<View>();
+            shown->addSubview(std::make_shared<Endless>());
+            return shown;
+        }
+    };
+    EXPECT_TRUE(copyOf(Endless(), false));
+}
+
 TEST(LayerReplicator, PresentationLayerIsPreferred) {
     View view;
     view.setFrame({0, 0, 10, 10});

@@ -44,6 +44,13 @@ class LayerReplicator::Walk {
     /// `declarative`: whether the nearest controller above the view hosts declarative content. It is carried
     /// down, since looking for it from every view would climb the whole tree each time.
     std::shared_ptr<Layer> copy(const View& view, bool declarative) {
+        // Held meanwhile: it need not be part of the tree.
+        const auto unmasked = withEnabledMasking_ ? nullptr : view.unmasked();
+        return copyShown(unmasked ? *unmasked : view, declarative);
+    }
+
+  private:
+    std::shared_ptr<Layer> copyShown(const View& view, bool declarative) {
         const auto verdict = masking_.verdict(view);
         const bool isBlock = walk_.isEndless(view) || isMasked(view, verdict, declarative);
         auto layer = copyLayer(view, isBlock);
@@ -57,7 +64,6 @@ class LayerReplicator::Walk {
         return layer;
     }
 
-  private:
     /// `declarative` is brought up to the view's own controller, if it has one.
     bool isMasked(const View& view, const ViewMasking::Verdict& verdict, bool& declarative) const {
         return withEnabledMasking_ && verdict.masks([&view, &declarative] {

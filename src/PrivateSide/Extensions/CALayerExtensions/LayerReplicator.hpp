@@ -26,8 +26,9 @@ class LayerReplicator {
     explicit LayerReplicator(std::vector<const platform::ViewClass*> additionalViewTypesToMask = {});
 
     /// A new layer for `root` and, below it, one for each view that is not hidden behind a mask. The subviews
-    /// of a masked view are not asked for. `withEnabledAnimations`: where a view has a presentation layer,
-    /// that is copied instead of the model.
+    /// of a masked view are not asked for. With masking disabled `View::unmasked` stands in for a view, which
+    /// is not asked for otherwise. `withEnabledAnimations`: where a view has a presentation layer, that is
+    /// copied instead of the model.
     std::shared_ptr<platform::Layer> replicateLayerTree(const platform::View& root, bool withEnabledMasking,
                                                         bool withEnabledAnimations = true);
 

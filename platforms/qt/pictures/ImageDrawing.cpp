@@ -1,0 +1,149 @@
+#include "platforms/qt/pictures/ImageDrawing.hpp"
+
+#include <qdrawutil.h>
+
+#include <QBrush>
+#include <QImageIOHandler>
+#include <QImageReader>
+#include <QMargins>
+#include <QPixmap>
+#include <QQmlContext>
+#include <QQmlFile>
+#include <QUrl>
+#include <QtQml>
+#include <cstdint>
+
+namespace mireth::qt {
+
+namespace {
+
+/// The numbers of the items' status and fill modes.
+constexpr int ready = 1;
+constexpr int tile = 3;
+constexpr int tileVertically = 4;
+constexpr int tileHorizontally = 5;
+
+/// Where the source lies in the file system or among the resources; empty when it does not.
+QString localFileOf(const QQuickItem& item) {
+    QUrl source = item.property("source").toUrl();
+    if (const QQmlContext* const context = qmlContext(&item)) {
+        source = context->resolvedUrl(source);
+    }
+    return QQmlFile::urlToLocalFileOrQrc(source);
+}
+
+bool isQuickToRead(const QImageReader& reader) {
+    constexpr std::int64_t fewPixels = 4'000'000;
+    constexpr std::int64_t manyPixels = 64'000'000;
+    const QSize size = reader.size();
+    const std::int64_t pixels = static_cast<std::int64_t>(size.width()) * size.height();
+    return pixels > 0 &&
+           pixels <= (reader.supportsOption(QImageIOHandler::ScaledSize) ? manyPixels : fewPixels);
+}
+
+/// The part of the item that the picture fills, of which the item shows what lies within itself.
+QRectF placeOf(const QQuickItem& item) {
+    const QSizeF painted(item.property("paintedWidth").toDouble(), item.property("paintedHeight").toDouble());
+    const double spareWidth = item.width() - painted.width();
+    const double spareHeight = item.height() - painted.height();
+    const int across = item.property("horizontalAlignment").toInt();
+    const int down = item.property("verticalAlignment").toInt();
+    const double left = across == Qt::AlignLeft ? 0 : across == Qt::AlignRight ? spareWidth : spareWidth / 2;
+    const double top = down == Qt::AlignTop ? 0 : down == Qt::AlignBottom ? spareHeight : spareHeight / 2;
+    return {QPointF(left, top), painted};
+}
+
+QImage read(const QQuickItem& item, QSizeF size) {
+    QImageReader reader(localFileOf(item));
+    reader.setAutoTransform(item.property("autoTransform").toBool());
+    const QSize wanted = size.toSize();
+    const bool isSmaller = wanted.width() < reader.size().width() && wanted.height() < reader.size().height();
+    if (isSmaller && !wanted.isEmpty() && reader.transformation() == QImageIOHandler::TransformationNone) {
+        reader.setScaledSize(wanted);
+    }
+    QImage picture = reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    picture.setDevicePixelRatio(1);
+    return picture;
+}
+
+/// Icons are drawn in one colour.
+void colorize(QImage& picture, const QColor& color) {
+    if (picture.isNull() || !color.isValid() || color.alpha() == 0) {
+        return;
+    }
+    QPainter painter(&picture);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(picture.rect(), color);
+}
+
+void drawTiles(QPainter& painter, const QQuickItem& item, int fillMode) {
+    const QRectF whole(0, 0, item.width(), item.height());
+    QSizeF size(item.implicitWidth(), item.implicitHeight());
+    if (fillMode == tileVertically) {
+        size.setWidth(whole.width());
+    } else if (fillMode == tileHorizontally) {
+        size.setHeight(whole.height());
+    }
+    const QImage picture = read(item, size).scaled(size.toSize().expandedTo({1, 1}));
+    painter.fillRect(whole, QBrush(picture));
+}
+
+void drawImage(QPainter& painter, const QQuickItem& item) {
+    const int fillMode = item.property("fillMode").toInt();
+    if (item.property("mirror").toBool()) {
+        painter.translate(item.width(), 0);
+        painter.scale(-1, 1);
+    }
+    if (fillMode >= tile && fillMode <= tileHorizontally) {
+        drawTiles(painter, item, fillMode);
+        return;
+    }
+    const QRectF place = placeOf(item);
+    QImage picture = read(item, place.size());
+    colorize(picture, item.property("color").value<QColor>());
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, item.property("smooth").toBool());
+    painter.drawImage(place, picture);
+}
+
+void drawBorderImage(QPainter& painter, const QQuickItem& item) {
+    const auto* const border = item.property("border").value<QObject*>();
+    if (border == nullptr) {
+        return;
+    }
+    const QMargins margins(border->property("left").toInt(), border->property("top").toInt(),
+                           border->property("right").toInt(), border->property("bottom").toInt());
+    const QTileRules rules(static_cast<Qt::TileRule>(item.property("horizontalTileMode").toInt()),
+                           static_cast<Qt::TileRule>(item.property("verticalTileMode").toInt()));
+    const QPixmap picture = QPixmap::fromImage(read(item, {}));
+    qDrawBorderPixmap(&painter, QRectF(0, 0, item.width(), item.height()).toRect(), margins, picture,
+                      picture.rect(), margins, rules);
+}
+
+}  // namespace
+
+std::optional<ItemDrawing> imageDrawingOf(QQuickItem& item) {
+    if (!item.inherits("QQuickImageBase")) {
+        return std::nullopt;
+    }
+    ItemDrawing drawing;
+    if (item.property("status").toInt() != ready) {
+        return drawing;
+    }
+    drawing.values = valuesOf(item, {"source", "fillMode", "horizontalAlignment", "verticalAlignment",
+                                     "mirror", "paintedWidth", "paintedHeight", "color"});
+    drawing.area = {0, 0, item.width(), item.height()};
+    drawing.draw = [&item](QPainter& painter) {
+        if (!isQuickToRead(QImageReader(localFileOf(item)))) {
+            return false;
+        }
+        if (item.inherits("QQuickBorderImage")) {
+            drawBorderImage(painter, item);
+        } else {
+            drawImage(painter, item);
+        }
+        return true;
+    };
+    return drawing;
+}
+
+}  // namespace mireth::qt

@@ -1,0 +1,149 @@
+// What a window of Qt Quick items looks like in a recording without masking.
+#include <gtest/gtest.h>
+
+#include <QImage>
+
+#include "MirethVex/Qt/QtPlatform.hpp"
+#include "contract/services/TestSupport.hpp"
+#include "qt/support/Pictures.hpp"
+#include "qt/support/QmlScene.hpp"
+
+namespace mireth::qttest {
+
+namespace {
+
+bool isNear(QRgb seen, int red, int green, int blue) {
+    return std::abs(qRed(seen) - red) <= 3 && std::abs(qGreen(seen) - green) <= 3 &&
+           std::abs(qBlue(seen) - blue) <= 3;
+}
+
+/// The smallest rectangle that holds all pixels of a saturated colour.
+QRect colored(const QImage& picture) {
+    QRect held;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (saturation(picture.pixel(x, y)) > 100) {
+                held |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return held;
+}
+
+/// Within a few pixels at each edge: fonts are drawn in more than one way.
+void expectNear(const QRect& seen, const QRect& shown) {
+    constexpr int slack = 3;
+    EXPECT_NEAR(seen.left(), shown.left(), slack);
+    EXPECT_NEAR(seen.top(), shown.top(), slack);
+    EXPECT_NEAR(seen.right(), shown.right(), slack);
+    EXPECT_NEAR(seen.bottom(), shown.bottom(), slack);
+}
+
+class QtUnmaskedItems : public testing::Test {
+  protected:
+    QImage pictureOf(QmlScene& scene) { return unmaskedPicture(*platform_.windowOf(scene.window())); }
+    QImage pictureOf(const std::string& body) {
+        QmlScene scene(body);
+        return pictureOf(scene);
+    }
+    /// Something saturated is shown, and where it is in the window.
+    void expectAsShown(const std::string& body) {
+        QmlScene scene(body);
+        const QRect shown = colored(scene.window().grabWindow());
+        ASSERT_FALSE(shown.isEmpty()) << body;
+        SCOPED_TRACE(body);
+        expectNear(colored(pictureOf(scene)), shown);
+    }
+
+    const qt::QtPlatform platform_;
+};
+
+TEST_F(QtUnmaskedItems, TextsAreWhereTheWindowShowsThem) {
+    expectAsShown("Text { x: 20; y: 30; text: 'MMMM'; color: 'red' }");
+    expectAsShown(
+        "Text { width: 200; height: 100; text: 'MM'; color: 'red'; horizontalAlignment: Text.AlignRight;"
+        " verticalAlignment: Text.AlignBottom }");
+    expectAsShown(
+        "Text { width: 200; height: 100; padding: 10; text: 'MM\\nM'; color: 'red';"
+        " horizontalAlignment: Text.AlignHCenter; verticalAlignment: Text.AlignVCenter }");
+    expectAsShown("Text { width: 60; wrapMode: Text.Wrap; text: 'MM MM MM MM'; color: 'red' }");
+    expectAsShown("Text { width: 60; elide: Text.ElideRight; text: 'MMMMMMMMMMMM'; color: 'red' }");
+    expectAsShown("Text { width: 5; text: 'MMMM'; color: 'red' }");
+    expectAsShown("Text { text: '<b>MMMM</b><br>M'; color: 'red'; font.pixelSize: 20 }");
+}
+
+TEST_F(QtUnmaskedItems, EditableTextsAreWhereTheWindowShowsThem) {
+    expectAsShown("TextInput { x: 10; y: 10; text: 'MMMM'; color: 'red' }");
+    expectAsShown(
+        "TextInput { width: 100; height: 60; text: 'MMMM'; color: 'red';"
+        " horizontalAlignment: Text.AlignHCenter; verticalAlignment: Text.AlignVCenter }");
+    expectAsShown("TextEdit { x: 10; y: 10; text: 'MMMM\\nMM'; color: 'red' }");
+    expectAsShown("TextField { text: 'MMMM'; color: 'red'; width: 150; height: 40 }");
+    expectAsShown("TextArea { text: 'MMMM'; color: 'red'; width: 150; height: 60 }");
+}
+
+TEST_F(QtUnmaskedItems, AButtonShowsItsTextOnItsBackground) {
+    expectAsShown("Button { x: 20; y: 20; width: 100; height: 40; text: 'MMMM'; palette.buttonText: 'red' }");
+}
+
+TEST_F(QtUnmaskedItems, APictureOfAFileIsFittedAsTheItemSays) {
+    const test::TemporaryDirectory folder;
+    QImage picture(40, 20, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    const QString file = QString::fromStdString((folder / "red.png").native());
+    ASSERT_TRUE(picture.save(file));
+    const std::string source = "source: 'file://" + file.toStdString() + "'; ";
+    expectAsShown("Image { x: 10; y: 10; " + source + "}");
+    expectAsShown("Image { x: 10; y: 10; width: 80; height: 80; " + source + "}");
+    expectAsShown("Image { width: 80; height: 80; fillMode: Image.PreserveAspectFit; " + source + "}");
+    expectAsShown("Image { x: 60; width: 80; height: 80; fillMode: Image.PreserveAspectCrop; clip: true; " +
+                  source + "}");
+    expectAsShown("Image { width: 80; height: 80; fillMode: Image.Pad; verticalAlignment: Image.AlignTop; " +
+                  source + "}");
+    expectAsShown("Image { width: 90; height: 70; fillMode: Image.Tile; " + source + "}");
+    expectAsShown("BorderImage { width: 90; height: 70; border.left: 5; border.top: 5; " + source + "}");
+}
+
+TEST_F(QtUnmaskedItems, WhatCannotBeHadIsAPlainBlockWithItsChildrenOnIt) {
+    const QImage seen = pictureOf(
+        "Canvas { width: 80; height: 80; Rectangle { x: 20; y: 20; width: 20; height: 20; color: 'red' } }"
+        "Rectangle { x: 100; width: 50; height: 60; color: 'black';"
+        " transform: Rotation { axis { x: 0; y: 1; z: 0 } angle: 40 } }");
+    EXPECT_TRUE(isMaskBlock(seen.pixel(10, 10)));
+    EXPECT_TRUE(isNear(seen.pixel(30, 30), 255, 0, 0));
+    EXPECT_TRUE(isMaskBlock(seen.pixel(120, 30)));
+}
+
+TEST_F(QtUnmaskedItems, AnItemWithALayerShowsWhatIsInIt) {
+    const QImage seen = pictureOf(
+        "Item { width: 80; height: 40; layer.enabled: true; Rectangle { width: 80; height: 40; color: 'red' "
+        "} "
+        "}");
+    EXPECT_TRUE(isNear(seen.pixel(40, 20), 255, 0, 0));
+}
+
+TEST_F(QtUnmaskedItems, APictureFollowsItsItemsProperties) {
+    QmlScene scene("Text { objectName: 'text'; text: 'MMMM'; color: 'red' }");
+    const QImage before = pictureOf(scene);
+    EXPECT_EQ(pictureOf(scene), before);
+    scene.object("text").setProperty("text", "M");
+    EXPECT_NE(pictureOf(scene), before);
+}
+
+TEST_F(QtUnmaskedItems, OfALongDocumentOnlyWhatIsInTheWindowIsDrawn) {
+    const QImage seen = pictureOf(
+        "Flickable { anchors.fill: parent; contentHeight: 1000000; contentY: 500000;"
+        " Text { y: 0; width: 200; height: 1000000; verticalAlignment: Text.AlignVCenter;"
+        " text: 'MMMM'; color: 'red' } }");
+    EXPECT_FALSE(colored(seen).isEmpty());
+}
+
+TEST_F(QtUnmaskedItems, WhatIsMarkedAsMaskedIsAPlainBlock) {
+    QmlScene scene("Text { objectName: 'text'; width: 80; height: 40; text: 'MMMM'; color: 'red' }");
+    scene.object("text").setProperty("mirethMasked", true);
+    EXPECT_TRUE(isMaskBlock(pictureOf(scene).pixel(40, 20)));
+}
+
+}  // namespace
+
+}  // namespace mireth::qttest
