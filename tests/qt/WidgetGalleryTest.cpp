@@ -10,7 +10,6 @@
 #include <QCommandLinkButton>
 #include <QDateTimeEdit>
 #include <QDialogButtonBox>
-#include <QDir>
 #include <QDockWidget>
 #include <QErrorMessage>
 #include <QEvent>
@@ -52,6 +51,7 @@
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTableWidget>
+#include <QTemporaryDir>
 #include <QTextBrowser>
 #include <QToolBar>
 #include <QToolBox>
@@ -203,7 +203,9 @@ QWidget* messageBox() {
 }
 
 QWidget* styled(QWidget* widget, const char* sheet) {
-    QString path = QDir::temp().filePath("mireth-canary.png");
+    // Of this process alone: the galleries of all scale factors run at once.
+    static const QTemporaryDir folder;
+    const QString path = folder.filePath("canary.png");
     canaryPicture().save(path);
     widget->setStyleSheet(QString::fromLatin1(sheet).replace("PICTURE", path));
     return widget;
