@@ -1,5 +1,6 @@
 #include "platforms/linux/system/AsioMainQueue.hpp"
 
+#include <unistd.h>
 #include <atomic>
 #include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/io_context.hpp>
@@ -14,6 +15,14 @@ namespace mireth::platform {
 
 namespace asio = boost::asio;
 
+namespace {
+
+bool isFirstThreadOfProcess() noexcept {
+    return gettid() == getpid();
+}
+
+}  // namespace
+
 /// Kept alive by `run` too, so that work may drop the queue that runs it.
 struct AsioMainQueue::Loop {
     explicit Loop(EscapedErrorHandler handler) : onEscapedError(std::move(handler)) {}
@@ -21,7 +30,8 @@ struct AsioMainQueue::Loop {
     void runWork(Work& work) const noexcept { runGuarded(work, "work on the main queue", onEscapedError); }
 
     const EscapedErrorHandler onEscapedError;
-    std::atomic<std::thread::id> mainThread = std::this_thread::get_id();
+    /// Of no thread before the first `run`.
+    std::atomic<std::thread::id> runner = std::thread::id();
 
     asio::io_context context;
     asio::executor_work_guard<asio::io_context::executor_type> busy = asio::make_work_guard(context);
@@ -36,7 +46,7 @@ AsioMainQueue::~AsioMainQueue() {
 
 void AsioMainQueue::run() {
     const auto loop = loop_;
-    loop->mainThread = std::this_thread::get_id();
+    loop->runner = std::this_thread::get_id();
     loop->context.run();
     // Not before running: a stop that came first must count.
     loop->context.restart();
@@ -74,7 +84,8 @@ std::unique_ptr<Timer> AsioMainQueue::scheduleRepeating(Seconds interval, Work t
 }
 
 bool AsioMainQueue::isCurrent() const noexcept {
-    return loop_->mainThread.load() == std::this_thread::get_id();
+    const std::thread::id runner = loop_->runner.load();
+    return runner == std::thread::id() ? isFirstThreadOfProcess() : runner == std::this_thread::get_id();
 }
 
 }  // namespace mireth::platform

@@ -8,8 +8,8 @@
 
 namespace mireth::platform {
 
-/// The main thread is the one that calls `run`; before the first `run`, the one that built the queue. Delays
-/// and timers follow the steady clock, which stands still while the machine sleeps.
+/// The main thread is the one that calls `run`; before the first `run`, the process's first thread, whichever
+/// built the queue. Delays and timers follow the steady clock, which stands still while the machine sleeps.
 ///
 /// May be destroyed by work that it runs: the loop then ends after that work.
 class AsioMainQueue final : public MainQueue {

@@ -11,7 +11,7 @@ namespace mireth::platform {
 
 TEST(AsioMainQueue, TheThreadThatRunsItIsTheMainThread) {
     AsioMainQueue queue;
-    EXPECT_TRUE(queue.isCurrent()) << "before the first run, the one that built it";
+    EXPECT_TRUE(queue.isCurrent()) << "before the first run";
     bool onRunner = false;
     bool onBuilder = true;
     std::thread runner([&] {
@@ -25,6 +25,15 @@ TEST(AsioMainQueue, TheThreadThatRunsItIsTheMainThread) {
     runner.join();
     EXPECT_TRUE(onRunner);
     EXPECT_FALSE(onBuilder);
+}
+
+TEST(AsioMainQueue, BeforeItRunsTheProcesssFirstThreadIsTheMainThread) {
+    std::unique_ptr<AsioMainQueue> queue;
+    std::thread([&queue] {
+        queue = std::make_unique<AsioMainQueue>();
+        EXPECT_FALSE(queue->isCurrent());
+    }).join();
+    EXPECT_TRUE(queue->isCurrent());
 }
 
 TEST(AsioMainQueue, AStopBeforeTheRunCounts) {
