@@ -128,6 +128,13 @@ TEST_F(QtTouchSource, AMoveBeginsBeyondTheDragDistance) {
               (std::vector{TouchPhase::began, TouchPhase::moved, TouchPhase::moved, TouchPhase::ended}));
 }
 
+TEST_F(QtTouchSource, AReleaseFarFromItsPressHasMovedWhoeverTookTheMoves) {
+    QTest::mousePress(handle(), Qt::LeftButton, {}, QPoint(30, 20));
+    QTest::mouseRelease(handle(), Qt::LeftButton, {}, QPoint(90, 40));
+    EXPECT_EQ(witness_->phases(), (std::vector{TouchPhase::began, TouchPhase::moved, TouchPhase::ended}));
+    EXPECT_EQ(witness_->seen.back().locationInWindow, (Point{90, 40}));
+}
+
 TEST_F(QtTouchSource, AnUnpressedMouseMovesNothing) {
     QTest::mouseMove(handle(), QPoint(30, 20));
     QTest::mouseMove(handle(), QPoint(90, 40));

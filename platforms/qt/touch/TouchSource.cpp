@@ -148,6 +148,10 @@ void TouchSource::end(TouchEvent& event, std::uint64_t key, std::optional<Point>
     if (found == fingers_.end()) {
         return;
     }
+    if (location && !found->second.hasMoved) {
+        // While the app drags something, Qt keeps the moves and hands on no more than the release.
+        move(event, key, *location);
+    }
     Finger finger = std::move(found->second);
     fingers_.erase(found);
     finger.touch.phase = TouchPhase::ended;
