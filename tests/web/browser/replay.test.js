@@ -46,6 +46,22 @@ describe('The list of events', () => {
         page.expectQuiet();
     });
 
+    it('has the same entry current when its address is opened, and its mark on the video', async () => {
+        const page = await opened();
+        const places = await page.locator('.entry').count();
+        for (let place = 0; place < places; ++place) {
+            await page.locator('.entry button').nth(place).click();
+            const words = await page.locator('.entry[aria-current]').textContent();
+            const marks = await page.locator('.mark').count();
+            await page.reload();
+            await untilPicture(page);
+            await page.locator('.entry[aria-current]').waitFor();
+            assert.equal(await page.locator('.entry[aria-current]').textContent(), words);
+            assert.equal(await page.locator('.mark').count(), marks, words);
+        }
+        page.expectQuiet();
+    });
+
     it('goes along with the replay', async () => {
         const page = await opened('#t=18', { height: 480 });
         await page.getByRole('combobox', { name: 'Speed' }).selectOption('8');

@@ -139,6 +139,37 @@ describe('A receiver that fails', () => {
     });
 });
 
+describe('A page that fails', () => {
+    const nonsense = { before: (opening) => opening.route(/api.sessions.[^/]+$/, (route) => route.fulfill({ status: 200, contentType: 'application/json', body: '{"session":{},"chunks":[null]}' })) };
+
+    it('says so itself, and does not blame the receiver', async () => {
+        const page = await fixture.open(`/sessions/${fixture.session}`, nonsense);
+        await page.getByRole('heading', { name: 'This page has failed' }).waitFor();
+        await assertAccessible(page);
+        assert.equal(await page.getByText('receiver has trouble').count(), 0);
+        page.expectQuiet(/TypeError/);
+        await page.unrouteAll();
+        await page.getByRole('button', { name: 'Try again' }).click();
+        await untilPicture(page);
+    });
+
+    it('leaves what has been loaded where it is', async () => {
+        const id = await fixture.seed([{ number: 0, events: [start] }], { close: false });
+        const page = await fixture.open(`/sessions/${id}`);
+        await untilPicture(page);
+        await nonsense.before(page);
+        await page.getByText('This page has failed').waitFor();
+        await page.getByRole('button', { name: 'Play', exact: true }).waitFor();
+        page.expectQuiet(/TypeError/);
+    });
+
+    it('says so on the list', async () => {
+        const page = await fixture.open('/', { before: (opening) => opening.route('**/api/sessions?*', (route) => route.fulfill({ status: 200, contentType: 'application/json', body: '{}' })) });
+        await page.getByRole('heading', { name: 'This page has failed' }).waitFor();
+        page.expectQuiet(/TypeError/);
+    });
+});
+
 describe('Deleting', () => {
     it('asks first, and does nothing when the answer is no', async () => {
         const page = await fixture.openReplay();

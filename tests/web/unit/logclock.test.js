@@ -21,3 +21,8 @@ it('A session that a script played in no time puts its lines between the chunks 
 it('Without anything on both clocks a line stands at the beginning', () => {
     assert.equal(logClock([])(12345), 0);
 });
+
+it('A session may have any number of chunks', () => {
+    const anchors = Array.from({ length: 300000 }, (_, at) => ({ received: at * 10000, at: at * 10000 - 500 }));
+    assert.equal(logClock(anchors)(20000), 19500);
+});

@@ -30,6 +30,29 @@ describe('Entries', () => {
         assert.equal(sharp.spread, null);
     });
 
+    it('stand at whole milliseconds, which an address can carry', () => {
+        const { entries } = modelOf([start(), firstFrame(), tap(2000), appears(5001, 'A'), chunkEnd(10040, 0)]);
+        entries.forEach(({ at }) => assert.equal(at, Math.round(at * 1000) / 1000));
+    });
+
+    it('keep their names when an earlier chunk comes late', () => {
+        const [early, late] = [[start(), firstFrame(), appears(2000, 'A', 0)], [appears(22000, 'C', 2), appears(23000, 'D', 2)]];
+        const idOf = (model, title) => model.entries.find((entry) => entry.title === title).id;
+        const before = modelOf([...early, ...late], chunks([0, 2]));
+        const after = modelOf([...early, appears(12000, 'B', 1), ...late], chunks([0, 1, 2]));
+        for (const title of ['A', 'C', 'D']) {
+            assert.equal(idOf(after, title), idOf(before, title));
+        }
+        assert.equal(new Set(after.entries.map(({ id }) => id)).size, after.entries.length);
+    });
+
+    it('may be as many as a session can hold', () => {
+        const taps = Array.from({ length: 150000 }, (_, index) => tap(1000 + index / 20));
+        const { entries, widestSpread } = modelOf([start(), firstFrame(), ...taps, chunkEnd(10040, 0)]);
+        assert.equal(entries.filter((entry) => entry.kind === 'tap').length, taps.length);
+        assert.ok(Math.abs(widestSpread - 2.34) < 0.01);
+    });
+
     it('never leave the video', () => {
         const { entries, length } = modelOf([start(), firstFrame(), appears(9.99e5, 'A'), chunkEnd(10040, 0)]);
         entries.forEach((entry) => assert.ok(entry.at >= 0 && entry.at <= length));

@@ -4,7 +4,7 @@ import { describe, it } from 'node:test';
 
 process.env.TZ = 'Europe/Berlin';
 const { bytes, clockTime, counted, spokenTime, when } = await import('../../../tools/receiver/web/format.js');
-const { hashAt, listAddress, readAddress, replayAddress, secondOf } = await import('../../../tools/receiver/web/address.js');
+const { entryOf, hashAt, listAddress, readAddress, replayAddress, secondOf } = await import('../../../tools/receiver/web/address.js');
 const { startOfDay } = await import('../../../tools/receiver/web/api.js');
 
 describe('Times', () => {
@@ -51,9 +51,18 @@ it('One thing is one thing', () => {
 
 describe('Addresses', () => {
     it('of a replay carry the session and the second', () => {
-        const address = new URL(`http://h${replayAddress('a.b-c_1')}${hashAt(12.34)}`);
+        const address = new URL(`http://h${replayAddress('a.b-c_1')}${hashAt(12.3456)}`);
         assert.equal(readAddress(address).session, 'a.b-c_1');
-        assert.equal(secondOf(address.hash), 12.3);
+        assert.equal(secondOf(address.hash), 12.346);
+        assert.equal(entryOf(address.hash), null);
+    });
+
+    it('of a replay bring back every millisecond, and the entry that was chosen there', () => {
+        for (const millis of [0, 1, 999, 13230, 1799999]) {
+            assert.equal(secondOf(hashAt(millis / 1000)), millis / 1000);
+        }
+        assert.equal(secondOf(hashAt(5, 'e1.4')), 5);
+        assert.equal(entryOf(hashAt(5, 'e1.4')), 'e1.4');
     });
 
     it('with nonsense for a second open at the beginning', () => {

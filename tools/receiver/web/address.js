@@ -1,4 +1,5 @@
-// The page's own addresses: "/" is the list, its filters are in the query; "/sessions/ID#t=SECONDS" is a replay.
+// The page's own addresses: "/" is the list, its filters are in the query; "/sessions/ID#t=SECONDS" is a replay
+// at that second; "&entry=ID" says which of the entries at one instant is meant.
 
 export const filterNames = ['text', 'project', 'screen', 'signal', 'from', 'to'];
 
@@ -26,13 +27,23 @@ function decoded(segment) {
 
 /** The seconds of "#t=12.5", or null. */
 export function secondOf(hash) {
-    const value = new URLSearchParams(hash.replace(/^#/, '')).get('t');
+    const value = itemsOf(hash).get('t');
     const seconds = value === null || value === '' ? NaN : Number(value);
     return Number.isFinite(seconds) && seconds >= 0 ? seconds : null;
 }
 
-export function hashAt(seconds) {
-    return `#t=${Math.round(seconds * 10) / 10}`;
+/** The entry of "#t=12.5&entry=e1.4", or null. */
+export function entryOf(hash) {
+    return itemsOf(hash).get('entry');
+}
+
+function itemsOf(hash) {
+    return new URLSearchParams(hash.replace(/^#/, ''));
+}
+
+export function hashAt(seconds, entry = null) {
+    const second = `#t=${Math.round(seconds * 1000) / 1000}`;
+    return entry === null ? second : `${second}&entry=${encodeURIComponent(entry)}`;
 }
 
 export function replayAddress(id) {

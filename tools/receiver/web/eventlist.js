@@ -10,11 +10,12 @@ const instant = 0.001;
 
 export class EventList {
     #onSeek;
+    /** The id of the entry that was chosen last, or null. */
+    chosen = null;
     #more = 0;
     #rows = new Map();
     #shown = [];
     #current = null;
-    #chosen = null;
     #stop = null;
     #following = true;
     #chips = new KindChips(() => this.#filter());
@@ -57,6 +58,12 @@ export class EventList {
         }
     }
 
+    /** The id of the entry that was chosen, if it is at `seconds`; or null. */
+    chosenAt(seconds) {
+        const row = this.#rows.get(this.chosen);
+        return row && Math.abs(row.entry.at - seconds) < instant ? this.chosen : null;
+    }
+
     render(seconds) {
         const current = this.#rowAt(seconds);
         if (current === this.#current) {
@@ -90,10 +97,8 @@ export class EventList {
 
     // Of several at one instant the one that was chosen is the one that is meant.
     #rowAt(seconds) {
-        const chosen = this.#rows.get(this.#chosen);
-        return chosen && Math.abs(chosen.entry.at - seconds) < instant
-            ? chosen
-            : this.#shown.findLast((row) => row.entry.at <= seconds + instant) ?? null;
+        const chosen = this.chosenAt(seconds);
+        return this.#rows.get(chosen) ?? this.#shown.findLast((row) => row.entry.at <= seconds + instant) ?? null;
     }
 
     // Only the list scrolls, never the page under it.
@@ -115,7 +120,7 @@ export class EventList {
     }
 
     #choose(entry) {
-        this.#chosen = entry.id;
+        this.chosen = entry.id;
         this.#onSeek(entry.at);
     }
 

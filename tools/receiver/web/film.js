@@ -11,7 +11,7 @@ const shortestGap = 0.25;
 export function filmOf(chunks) {
     const reels = chunks.map(({ number, durationMillis, url }) => {
         const from = (number * chunkMillis) / 1000;
-        return { number, from, to: from + Math.min(durationMillis, chunkMillis) / 1000, url };
+        return { number, from, to: (number * chunkMillis + Math.min(durationMillis, chunkMillis)) / 1000, url };
     });
     return { chunks: reels, gaps: gapsOf(reels), length: reels.length > 0 ? reels.at(-1).to : 0 };
 }

@@ -4,7 +4,7 @@ import { facets, listResource } from './api.js';
 import { announce, arrange, el, setText } from './dom.js';
 import { filterForm } from './filters.js';
 import { counted, number } from './format.js';
-import { failureNotice, notice, strip, troubleOf } from './notice.js';
+import { failureNotice, isOurs, notice, strip, troubleOf } from './notice.js';
 import { Pager } from './pager.js';
 import { Poll } from './poll.js';
 import { columns, sessionRow } from './sessionrow.js';
@@ -86,6 +86,9 @@ class SessionList {
     }
 
     #fail(failure) {
+        if (isOurs(failure)) {
+            console.error(failure);
+        }
         if (failure.kind === 'unauthorised') {
             this.#poll.stop();
             this.#logIn();

@@ -18,7 +18,7 @@ export function logClock(anchors) {
         return (millis) => between(anchors, millis);
     }
     // What arrived soonest after it was recorded tells best how far the two clocks are apart.
-    const shift = Math.min(...anchors.map((anchor) => anchor.received - anchor.at));
+    const shift = anchors.reduce((least, anchor) => Math.min(least, anchor.received - anchor.at), Infinity);
     return (millis) => millis - shift;
 }
 

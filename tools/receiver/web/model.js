@@ -19,7 +19,8 @@ const noticeableSpread = 0.5;
 export function buildModel(answer, film = filmOf(answer.chunks)) {
     const { chunks, gaps, length } = film;
     const places = placeEvents(answer.timeline, answer.chunks);
-    const seconds = (millis) => Math.min(Math.max(millis / 1000, 0), length);
+    // Whole milliseconds, so that an address can name the very moment.
+    const seconds = (millis) => Math.min(Math.max(Math.round(millis) / 1000, 0), length);
     const ids = idsOf(answer.timeline);
     const events = answer.timeline
         .map((event, index) => entryOf(event, ids[index], places[index], seconds))
@@ -56,8 +57,10 @@ function gapEntry(gap) {
 }
 
 function widestSpread(timeline, places) {
-    const spreads = timeline.flatMap((event, index) => (carriesUptime(event) ? [(places[index].high - places[index].low) / 1000] : []));
-    return spreads.length > 0 ? Math.max(...spreads) : null;
+    return timeline.reduce((widest, event, index) => {
+        const { low, high } = places[index];
+        return carriesUptime(event) ? Math.max(widest ?? 0, (high - low) / 1000) : widest;
+    }, null);
 }
 
 const signalKinds = { RageTap: 'rage', DeadTap: 'dead', ErrorTap: 'error' };

@@ -1,4 +1,5 @@
 // What the page says when there is nothing to show, or when something is broken.
+import { ApiFailure } from './api.js';
 import { el } from './dom.js';
 import { sign } from './kinds.js';
 
@@ -16,9 +17,18 @@ export function notice(kind, title, sentences, actions = []) {
             : el('button', { type: 'button', on: { click: act } }, text))));
 }
 
-/** In words what an ApiFailure means for somebody who wanted to see `what`. */
+/** Whether it was the page itself that failed, which asking once more does not mend. */
+export function isOurs(failure) {
+    return !(failure instanceof ApiFailure);
+}
+
+/** In words what a failure means for somebody who wanted to see `what`. */
 export function failureNotice(failure, what, again) {
     const retry = { text: 'Try again', act: again };
+    if (isOurs(failure)) {
+        return notice('error', 'This page has failed',
+            [`${what} cannot be shown: the page’s own program ran into “${failure.message}”. The receiver has answered; what it keeps is safe.`], [retry]);
+    }
     if (failure.kind === 'unreachable') {
         return notice('error', 'The receiver does not answer',
             [`${what} cannot be loaded: the receiver is not running, or the network to it is down. This page keeps trying.`], [retry]);
@@ -34,6 +44,9 @@ export function failureNotice(failure, what, again) {
 
 /** The same in one sentence, for somebody who sees something already. */
 export function troubleOf(failure) {
+    if (isOurs(failure)) {
+        return 'This page has failed.';
+    }
     return failure.kind === 'unreachable' ? 'The receiver does not answer.' : 'The receiver has trouble.';
 }
 

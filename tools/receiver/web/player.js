@@ -78,7 +78,13 @@ export class Player {
         this.#draw();
     }
 
-    goTo(seconds) {
+    /** Of several entries at the second where the replay stands, the one with this id is meant. */
+    choose(entry) {
+        this.#list.chosen = entry;
+    }
+
+    goTo(seconds, entry) {
+        this.choose(entry);
         this.#reel.seek(seconds);
         this.#arrived();
     }
@@ -160,7 +166,7 @@ export class Player {
     }
 
     #keepAddress() {
-        window.history.replaceState(null, '', hashAt(this.#reel.time));
+        window.history.replaceState(null, '', hashAt(this.#reel.time, this.#list.chosenAt(this.#reel.time)));
     }
 
     // Draws now, and goes on for as long as something moves.

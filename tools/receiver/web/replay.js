@@ -1,11 +1,11 @@
 // One session: gets it from the receiver, and keeps getting it while it is still being recorded.
-import { secondOf } from './address.js';
+import { entryOf, secondOf } from './address.js';
 import { deleteSession, sessionResource } from './api.js';
 import { confirmDelete } from './dialogs.js';
 import { Facts } from './facts.js';
 import { filmOf } from './film.js';
 import { buildModel } from './model.js';
-import { failureNotice, notice, strip, troubleOf } from './notice.js';
+import { failureNotice, isOurs, notice, strip, troubleOf } from './notice.js';
 import { Player } from './player.js';
 import { Poll } from './poll.js';
 import { ReplayHead, wayUp } from './replayhead.js';
@@ -82,6 +82,7 @@ class Replay {
         const watchable = film.chunks.length > 0;
         this.#arrange(watchable, answer.session);
         if (watchable && this.#model === null) {
+            this.#player.choose(entryOf(window.location.hash));
             await this.#player.begin(film, secondOf(window.location.hash) ?? 0);
         } else if (watchable) {
             this.#player.begin(film);
@@ -117,11 +118,16 @@ class Replay {
     }
 
     #fail(failure) {
+        if (isOurs(failure)) {
+            this.#poll.stop();
+            console.error(failure);
+        }
         if (failure.kind === 'unauthorised') {
             this.#poll.stop();
             this.#logIn();
         } else if (this.#model !== null && failure.kind !== 'missing') {
-            this.#trouble.say(`${troubleOf(failure)} What has been loaded can still be watched; the page keeps trying.`);
+            const next = isOurs(failure) ? 'loading it again may help' : 'the page keeps trying';
+            this.#trouble.say(`${troubleOf(failure)} What has been loaded can still be watched; ${next}.`);
         } else {
             this.#player.stop();
             this.#model = null;
@@ -145,7 +151,7 @@ class Replay {
     #goToAddress() {
         const seconds = secondOf(window.location.hash);
         if (seconds !== null && this.#model !== null) {
-            this.#player.goTo(seconds);
+            this.#player.goTo(seconds, entryOf(window.location.hash));
         }
     }
 }
