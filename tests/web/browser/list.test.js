@@ -110,6 +110,31 @@ describe('The filters', () => {
         page.expectQuiet();
     });
 
+    it('offer projects and screens that come while somebody looks', async () => {
+        const { origin } = fixture.receiver;
+        const page = await fixture.open('/');
+        await rowOf(page, fixture.session).waitFor();
+        await page.getByRole('combobox', { name: 'Screen' }).selectOption('GreenScreen');
+        const late = { brandId: 'brand', projectId: 'latecomer' };
+        const id = await createSession(origin, late);
+        const appeared = { timestamp: start.timestamp + 100, type: 'ScreenChange', eventDetails: { changeType: 'appear', detectionType: 'manual', screenHierarchy: [{ depth: 0, screenName: 'Alcove', screenType: 'Screen' }] } };
+        await uploadChunk(origin, id, 0, [start, appeared], await videoOf(origin, fixture.session, 0), late);
+        await page.locator('#screen option[value="Alcove"]').waitFor({ state: 'attached' });
+        assert.equal(await page.getByRole('combobox', { name: 'Screen' }).inputValue(), 'GreenScreen');
+        await page.getByRole('combobox', { name: 'Screen' }).selectOption('');
+        await page.getByRole('combobox', { name: 'Project' }).selectOption('latecomer');
+        await rowOf(page, fixture.session).waitFor({ state: 'detached' });
+        assert.equal(await rowOf(page, id).count(), 1);
+        page.expectQuiet();
+    });
+
+    it('say so where there are more screens than they list', async () => {
+        const answer = { projects: ['colours'], screens: ['RedScreen', 'GreenScreen'], moreScreens: true };
+        const page = await fixture.open('/', { before: (opening) => opening.route('**/api/facets', (route) => route.fulfill({ json: answer })) });
+        await page.locator('#screen optgroup[label="There are more: search for them"]').waitFor({ state: 'attached' });
+        await assertAccessible(page);
+    });
+
     it('find a session by a signal, a screen and a word', async () => {
         await fixture.seed([]);
         for (const query of ['signal=rageTap', 'screen=GreenScreen', 'text=greenscr']) {

@@ -16,6 +16,7 @@ const entry = (page, text) => page.locator('.entry button', { hasText: text });
 async function opened(hash, options) {
     const page = await fixture.openReplay(hash, options);
     await untilPicture(page);
+    await page.locator('.entry').first().waitFor();
     return page;
 }
 

@@ -130,6 +130,20 @@ describe('A receiver that fails', () => {
         await untilPicture(page);
     });
 
+    it('that never says anything counts as gone', async () => {
+        let silent = true;
+        const page = await fixture.open('/', { before: async (opening) => {
+            await opening.clock.install();
+            await opening.route('**/api/sessions?*', (route) => (silent ? null : route.continue()));
+        } });
+        await page.getByText('Loading').waitFor();
+        await page.clock.runFor(21000);
+        await page.getByRole('heading', { name: 'The receiver does not answer' }).waitFor();
+        silent = false;
+        await page.getByRole('button', { name: 'Try again' }).click();
+        await page.locator(`tr[data-id="${fixture.session}"]`).waitFor();
+    });
+
     it('that is not there at all says so, and is found again', async () => {
         let there = false;
         const page = await fixture.open('/', { before: (opening) => opening.route('**/api/**', (route) => (there ? route.continue() : route.abort())) });

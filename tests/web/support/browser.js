@@ -38,12 +38,18 @@ export async function openPage(browser, origin, path, { width = 1280, height = 8
     return page;
 }
 
-/** Waits until the replay's picture is there. */
+let waits = 0;
+
+/** Waits until the picture of the second that the replay shows is there. */
 export async function untilPicture(page) {
-    await page.waitForFunction(() => {
-        const video = document.querySelector('video.front');
-        return video !== null && video.readyState >= 2 && !video.seeking;
-    });
+    // What was asked of the replay just now has its effect when it is drawn next, so one look is not enough.
+    await page.waitForFunction((wait) => {
+        const video = document.querySelector('.phone:not([aria-busy="true"]) video.front');
+        const isThere = video !== null && video.readyState >= 2 && !video.seeking;
+        const looks = window.looks?.wait === wait ? window.looks.count : 0;
+        window.looks = { wait, count: isThere ? looks + 1 : 0 };
+        return window.looks.count > 2;
+    }, ++waits);
 }
 
 /** The seconds that the replay shows. */

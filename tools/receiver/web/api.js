@@ -1,29 +1,5 @@
-// Asks the receiver. Every failure is an ApiFailure whose `kind` the page has words for.
-
-export class ApiFailure extends Error {
-    /** `kind`: "unreachable", "unauthorised", "missing", "tooMany" or "broken"; `detail` is the receiver's own word, if any. */
-    constructor(kind, detail = '') {
-        super(`${kind} ${detail}`.trim());
-        this.kind = kind;
-        this.detail = detail;
-    }
-}
-
-const kindOfStatus = new Map([[401, 'unauthorised'], [404, 'missing'], [429, 'tooMany']]);
-
-async function request(path, options) {
-    let response;
-    try {
-        response = await fetch(path, { cache: 'no-store', credentials: 'same-origin', ...options });
-    } catch (error) {
-        throw error.name === 'AbortError' ? error : new ApiFailure('unreachable');
-    }
-    if (response.ok || response.status === 304) {
-        return response;
-    }
-    const detail = await response.json().then((body) => body.error, () => undefined);
-    throw new ApiFailure(kindOfStatus.get(response.status) ?? 'broken', typeof detail === 'string' ? detail : `${response.status}`);
-}
+// What the receiver can be asked, and where its files are.
+import { ApiFailure, request } from './request.js';
 
 /**
  * A document that is asked for again and again: `read` answers its JSON, or null when it has not changed since the last
@@ -37,22 +13,27 @@ export class Resource {
         this.#path = path;
     }
 
-    async read(signal) {
-        const headers = this.#tag === null ? {} : { 'If-None-Match': this.#tag };
-        const response = await request(this.#path, { headers, signal });
-        if (response.status === 304) {
+    async read() {
+        const { status, headers, text } = await request(this.#path, { headers: this.#tag === null ? {} : { 'If-None-Match': this.#tag } });
+        if (status === 304) {
             return null;
         }
-        const json = await response.json().catch(() => {
-            throw new ApiFailure('broken', 'its answer is no JSON');
-        });
-        this.#tag = response.headers.get('ETag');
+        const json = parsed(text);
+        this.#tag = headers.get('ETag');
         return json;
     }
 }
 
-export function facets() {
-    return new Resource('/api/facets').read();
+function parsed(text) {
+    try {
+        return JSON.parse(text);
+    } catch {
+        throw new ApiFailure('broken', 'its answer is no JSON');
+    }
+}
+
+export function facetsResource() {
+    return new Resource('/api/facets');
 }
 
 export function sessionResource(id) {

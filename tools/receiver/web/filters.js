@@ -1,10 +1,10 @@
 // The list's filters: a form whose every change is at once in the address and in the list.
-import { el } from './dom.js';
+import { arrange, el } from './dom.js';
 
 const typingPause = 300;
 const signals = [['', 'Any'], ['rageTap', 'Rage taps'], ['deadTap', 'Dead taps'], ['errorTap', 'Error taps'], ['tap', 'Taps']];
 
-/** `element`, and `offer(facets)`, which fills in the projects and screens that there are. `changed` gets the new filters. */
+/** `element`, and `offer(facets)`, which offers the projects and screens that there are now. `changed` gets the new filters. */
 export function filterForm(filters, changed) {
     const text = el('input', { type: 'search', id: 'text', name: 'text', placeholder: 'Screen or error message', maxlength: 200 });
     const project = choice('project', [['', 'All']]);
@@ -42,17 +42,18 @@ export function filterForm(filters, changed) {
         clearTimeout(timer);
         timer = setTimeout(report, typingPause);
     });
-    const more = el('button', { type: 'button', class: 'more', 'aria-expanded': 'false' }, 'Filters');
-    more.addEventListener('click', () => {
+    const unfold = el('button', { type: 'button', class: 'more', 'aria-expanded': 'false' }, 'Filters');
+    unfold.addEventListener('click', () => {
         const open = element.classList.toggle('open');
-        more.setAttribute('aria-expanded', String(open));
+        unfold.setAttribute('aria-expanded', String(open));
     });
     const element = el('form', { class: clear.hidden ? 'filters' : 'filters open', role: 'search', 'aria-label': 'Sessions', on: { submit: (event) => { event.preventDefault(); report(); } } },
-        labelled('Search', text, 'wide'), more, labelled('Project', project), labelled('Screen', screen), labelled('Signal', signal),
+        labelled('Search', text, 'wide'), unfold, labelled('Project', project), labelled('Screen', screen), labelled('Signal', signal),
         labelled('From', from), labelled('Until', to), clear);
-    const offer = (facets) => {
-        refill(project, [['', 'All'], ...facets.projects.map((each) => [each, each])]);
-        refill(screen, [['', 'Any'], ...facets.screens.map((each) => [each, each])]);
+    const more = el('optgroup', { label: 'There are more: search for them' });
+    const offer = ({ projects, screens, moreScreens }) => {
+        refill(project, projects);
+        refill(screen, screens, moreScreens ? [more] : []);
     };
     return { element, offer };
 }
@@ -73,8 +74,11 @@ function keep(field, value) {
     field.value = value;
 }
 
-function refill(select, options) {
+// The first option, which chooses none of `values`, stays; and so does the list when it is open.
+function refill(select, values, after = []) {
     const chosen = select.value;
-    select.replaceChildren(...options.map(([value, label]) => el('option', { value }, label)));
+    const [none, ...known] = select.options;
+    const options = new Map(known.map((option) => [option.value, option]));
+    arrange(select, [none, ...values.map((value) => options.get(value) ?? el('option', { value }, value)), ...after]);
     keep(select, chosen);
 }

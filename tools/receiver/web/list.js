@@ -1,6 +1,6 @@
 // The list of sessions, newest first, a page at a time. It keeps itself up to date while somebody looks.
 import { listAddress } from './address.js';
-import { facets, listResource } from './api.js';
+import { facetsResource, listResource } from './api.js';
 import { announce, arrange, el, setText } from './dom.js';
 import { filterForm } from './filters.js';
 import { counted, number } from './format.js';
@@ -23,6 +23,8 @@ class SessionList {
     #logIn;
     #cursors = [null];
     #resource = null;
+    #facets = facetsResource();
+    #facetsAreOld = true;
     #poll = null;
     #requests = 0;
     #page = null;
@@ -43,7 +45,6 @@ class SessionList {
     begin() {
         document.getElementById('heading').replaceChildren(el('h1', {}, 'Sessions'), this.#count);
         this.#main.replaceChildren(this.#form.element, this.#trouble.element, this.#content);
-        facets().then((found) => this.#form.offer(found), () => {});
         this.#open();
     }
 
@@ -75,6 +76,8 @@ class SessionList {
         const request = ++this.#requests;
         const answer = await this.#resource.read();
         if (request === this.#requests) {
+            this.#facetsAreOld ||= answer !== null;
+            this.#offerFacets();
             // What is live and what was today changes without a word of the receiver.
             const page = answer ?? this.#page;
             this.#page = page;
@@ -82,6 +85,23 @@ class SessionList {
             if (aloud) {
                 announce(page.total === null ? 'The list has changed' : `${counted(page.total, 'session')} found`);
             }
+        }
+    }
+
+    // What came in since may be of another project, or have been on another screen.
+    async #offerFacets() {
+        if (!this.#facetsAreOld) {
+            return;
+        }
+        this.#facetsAreOld = false;
+        try {
+            const found = await this.#facets.read();
+            if (found !== null) {
+                this.#form.offer(found);
+            }
+        } catch {
+            // The filters are still of use; the next time may go better.
+            this.#facetsAreOld = true;
         }
     }
 

@@ -1,7 +1,7 @@
 // What the page says when there is nothing to show, or when something is broken.
-import { ApiFailure } from './api.js';
 import { el } from './dom.js';
 import { sign } from './kinds.js';
+import { ApiFailure } from './request.js';
 
 /**
  * A heading under the sign of a kind, a few sentences (texts or elements), and what can be done: links as `{text, href}`,

@@ -35,6 +35,7 @@ export class Stage {
     render(now) {
         const { time, waiting } = this.reel;
         this.#waitingSince = waiting ? (this.#waitingSince ?? now) : null;
+        this.phone.setAttribute('aria-busy', String(waiting));
         const slow = waiting && now - this.#waitingSince > patience;
         this.phone.classList.toggle('slow', slow);
         setText(this.#words, this.#wordsFor(time, slow));
