@@ -69,5 +69,24 @@ TEST(JsonText, RefusesWhatIsNoJson) {
     }
 }
 
+TEST(JsonText, AnArrayCanBeTakenApartElementByElement) {
+    const auto elements = [](std::string_view text) {
+        std::vector<std::string> all;
+        auto rest = elementsOf(text).value();
+        while (const auto element = nextElement(rest)) {
+            all.emplace_back(*element);
+        }
+        return all;
+    };
+    using All = std::vector<std::string>;
+    EXPECT_EQ(elements("[]"), All{});
+    EXPECT_EQ(elements(" [ \n ] "), All{});
+    EXPECT_EQ(elements(R"([1, {"a":[1,2],"b":"],[\\\"," } ,"x,y",[ ],null])"),
+              (All{"1", R"({"a":[1,2],"b":"],[\\\"," })", R"("x,y")", "[ ]", "null"}));
+    for (const auto* const text : {"", "1", "{}", "\"[]\"", "["}) {
+        EXPECT_EQ(elementsOf(text), std::nullopt) << text;
+    }
+}
+
 }  // namespace
 }  // namespace mireth::receiver

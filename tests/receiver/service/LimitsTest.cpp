@@ -29,6 +29,15 @@ TEST(SessionBytes, PastTheirCapAChunkIsTooLarge) {
     EXPECT_EQ(receiver.put(chunkUpload(receiver.createSession(), 0)).status, 200);
 }
 
+TEST(TimelineBytes, PastTheirCapAChunkIsTooLarge) {
+    RunningReceiver receiver(R"({"default":{},"limits":{"timelineBytes":2000}})");
+    const auto id = receiver.createSession();
+    EXPECT_EQ(receiver.put(chunkUpload(id, 0)).status, 200);
+    EXPECT_EQ(receiver.put(chunkUpload(id, 1)).status, 413);
+    EXPECT_EQ(receiver.contents(id).chunks.size(), 1U);
+    EXPECT_EQ(receiver.videoFiles(), 1U);
+}
+
 TEST(DiskBytes, PastTheirCapThereIsNoRoomLeft) {
     RunningReceiver receiver(R"({"default":{},"limits":{"diskBytes":1000000}})");
     const auto id = receiver.createSession();

@@ -41,6 +41,21 @@ TEST_F(ReplayApi, HoldsTheTimelineAsUploaded) {
     EXPECT_EQ(timeline.header("content-disposition"), "attachment; filename=\"session-" + id_ + ".json\"");
 }
 
+TEST_F(ReplayApi, IsCompressedForWhoTakesThatAndHasALengthForOthers) {
+    receiver_.put(chunkUpload(id_, 0));
+    const auto plain = receiver_.get(at(""));
+    EXPECT_EQ(plain.header("content-length"), std::to_string(plain.body.size()));
+    const auto compressed = receiver_.get(at(""), "Accept-Encoding: gzip, br\r\n");
+    EXPECT_EQ(compressed.status, 200);
+    EXPECT_EQ(compressed.header("content-encoding"), "gzip");
+    EXPECT_EQ(compressed.header("content-type"), "application/json");
+    EXPECT_EQ(compressed.header("etag"), plain.header("etag"));
+    EXPECT_LT(compressed.body.size(), plain.body.size());
+    const RawConnection old(receiver_.port());
+    old.send("GET " + at("") + " HTTP/1.0\r\nHost: localhost\r\nAccept-Encoding: gzip\r\n\r\n");
+    EXPECT_EQ(old.receive().body, plain.body);
+}
+
 TEST_F(ReplayApi, OfASessionWithoutChunksIsComplete) {
     const auto answer = replay();
     EXPECT_EQ(answer.at("session").at("window"), nullptr);

@@ -1,8 +1,10 @@
 // Capped JSON reading over nlohmann's parser.
 #include "base/JsonText.hpp"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <utility>
 #include <vector>
 
 namespace mireth::receiver {
@@ -10,26 +12,45 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+constexpr std::string_view blanks = " \t\r\n";
+
+// Reads JSON character by character and knows how deep it stands.
+class Depth {
+  public:
+    /// The depth after `c`.
+    std::size_t after(char c) {
+        if (escaped_) {
+            escaped_ = false;
+        } else if (inString_) {
+            escaped_ = c == '\\';
+            inString_ = c != '"';
+        } else if (c == '"') {
+            inString_ = true;
+        } else if (c == '[' || c == '{') {
+            ++depth_;
+        } else if ((c == ']' || c == '}') && depth_ > 0) {
+            --depth_;
+        }
+        return depth_;
+    }
+    bool inString() const { return inString_; }
+
+  private:
+    std::size_t depth_ = 0;
+    bool inString_ = false;
+    bool escaped_ = false;
+};
+
 // A scan of the raw text, so that a bomb costs nothing but the scan.
 bool nestsDeeperThan(std::string_view text, std::size_t limit) {
-    std::size_t depth = 0;
-    bool inString = false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (inString) {
-            i += c == '\\' ? 1 : 0;
-            inString = c != '"';
-        } else if (c == '"') {
-            inString = true;
-        } else if (c == '[' || c == '{') {
-            if (++depth > limit) {
-                return true;
-            }
-        } else if ((c == ']' || c == '}') && depth > 0) {
-            --depth;
-        }
-    }
-    return false;
+    Depth depth;
+    return std::ranges::any_of(text, [&](char c) { return depth.after(c) > limit; });
+}
+
+std::string_view withoutBlanks(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    text.remove_suffix(text.size() - (text.find_last_not_of(blanks) + 1));
+    return text;
 }
 
 // Reads along before anything is built. Two values under one key would let two readers see different things;
@@ -87,18 +108,41 @@ class Scrutiny final : public nlohmann::json_sax<Json> {
 
 }  // namespace
 
-std::expected<nlohmann::ordered_json, std::string> parseJson(std::string_view text, const JsonCaps& caps) {
+std::string jsonComplaint(std::string_view text, const JsonCaps& caps) {
     if (text.size() > caps.bytes) {
-        return std::unexpected("longer than " + std::to_string(caps.bytes) + " bytes");
+        return "longer than " + std::to_string(caps.bytes) + " bytes";
     }
     if (nestsDeeperThan(text, caps.depth)) {
-        return std::unexpected("nested deeper than " + std::to_string(caps.depth) + " levels");
+        return "nested deeper than " + std::to_string(caps.depth) + " levels";
     }
     Scrutiny scrutiny(caps);
-    if (!Json::sax_parse(text, &scrutiny)) {
-        return std::unexpected(scrutiny.complaint());
+    return Json::sax_parse(text, &scrutiny) ? "" : scrutiny.complaint();
+}
+
+std::expected<nlohmann::ordered_json, std::string> parseJson(std::string_view text, const JsonCaps& caps) {
+    if (auto complaint = jsonComplaint(text, caps); !complaint.empty()) {
+        return std::unexpected(std::move(complaint));
     }
     return Json::parse(text);
+}
+
+std::optional<std::string_view> elementsOf(std::string_view text) {
+    text = withoutBlanks(text);
+    const bool array = text.size() >= 2 && text.front() == '[' && text.back() == ']';
+    return array ? std::optional(text.substr(1, text.size() - 2)) : std::nullopt;
+}
+
+std::optional<std::string_view> nextElement(std::string_view& elements) {
+    if (elements.find_first_not_of(blanks) == std::string_view::npos) {
+        return std::nullopt;
+    }
+    Depth depth;
+    const auto comma = std::ranges::find_if(
+        elements, [&](char c) { return depth.after(c) == 0 && !depth.inString() && c == ','; });
+    const auto size = static_cast<std::size_t>(comma - elements.begin());
+    const auto element = elements.substr(0, size);
+    elements.remove_prefix(std::min(size + 1, elements.size()));
+    return withoutBlanks(element);
 }
 
 std::string jsonText(const nlohmann::ordered_json& value) {

@@ -34,6 +34,7 @@ struct FilePiece {
     std::shared_ptr<ByteSource> file;
     std::uint64_t offset = 0;
     std::uint64_t size = 0;
+    bool compressible = false;  ///< then it goes without its length to a client that takes it compressed
 };
 
 struct Answer {

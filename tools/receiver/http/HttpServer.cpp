@@ -169,29 +169,47 @@ class HttpServer::Listener final : private httplib::Server {
                                           .origin = request.get_header_value("Origin"),
                                           .fetchSite = request.get_header_value("Sec-Fetch-Site"),
                                           .asked = request.get_header_value("X-Mireth-Request")});
-        send(answerTo(request, *work, reader), response);
+        send(answerTo(request, *work, reader), request, response);
     }
 
-    static void send(const Answer& answer, httplib::Response& response) {
+    static void send(const Answer& answer, const httplib::Request& request, httplib::Response& response) {
         response.status = answer.status;
         for (const auto& [name, value] : answer.headers) {
             response.set_header(name, value);
         }
         if (answer.piece) {
-            sendPiece(*answer.piece, answer.contentType, response);
+            const bool compressed = answer.piece->compressible && request.version == "HTTP/1.1" &&
+                                    request.has_header("Accept-Encoding");
+            compressed ? sendCompressed(*answer.piece, answer.contentType, response)
+                       : sendPiece(*answer.piece, answer.contentType, response);
         } else if (answer.status != 304) {
             response.set_content(answer.body, answer.contentType);
         }
+    }
+
+    static bool write(const FilePiece& piece, std::uint64_t at, std::uint64_t left, httplib::DataSink& sink) {
+        std::vector<unsigned char> buffer(std::min(left, std::uint64_t{pieceBuffer}));
+        return piece.file->readAt(piece.offset + at, buffer) &&
+               sink.write(reinterpret_cast<const char*>(buffer.data()), buffer.size());
+    }
+
+    // The library compresses what it sends in chunks.
+    static void sendCompressed(const FilePiece& piece, const std::string& contentType,
+                               httplib::Response& response) {
+        response.set_chunked_content_provider(contentType, [piece](std::size_t at, httplib::DataSink& sink) {
+            if (at == piece.size) {
+                sink.done();
+                return true;
+            }
+            return write(piece, at, piece.size - at, sink);
+        });
     }
 
     static void sendPiece(const FilePiece& piece, const std::string& contentType,
                           httplib::Response& response) {
         response.set_content_provider(static_cast<std::size_t>(piece.size), contentType,
                                       [piece](std::size_t at, std::size_t left, httplib::DataSink& sink) {
-                                          std::vector<unsigned char> buffer(std::min(left, pieceBuffer));
-                                          return piece.file->readAt(piece.offset + at, buffer) &&
-                                                 sink.write(reinterpret_cast<const char*>(buffer.data()),
-                                                            buffer.size());
+                                          return write(piece, at, left, sink);
                                       });
     }
 

@@ -96,7 +96,7 @@ std::unique_ptr<Exchange> Endpoints::closeSession(const std::string& sessionId) 
 }
 
 std::unique_ptr<Exchange> Endpoints::recordPlayback(const std::string& contentType) {
-    return std::make_unique<RecordPlayback>(services_, limiter_, contentType);
+    return std::make_unique<RecordPlayback>(services_, shared_, contentType);
 }
 
 std::unique_ptr<Exchange> Endpoints::configuration(const std::string& brandId, const std::string& projectId) {

@@ -5,10 +5,10 @@
 #include <memory>
 #include <string>
 
-#include "access/RateLimiter.hpp"
 #include "exchange/Exchange.hpp"
 #include "exchange/RequestTarget.hpp"
 #include "exchange/Route.hpp"
+#include "ingestion/UploadLimits.hpp"
 #include "service/Services.hpp"
 
 namespace mireth::receiver {
@@ -37,7 +37,7 @@ class Endpoints {
     Stored<bool> isOf(const std::string& brandId, const std::string& projectId, const std::string& sessionId);
 
     const Services services_;
-    RateLimiter limiter_;  // guards itself
+    UploadLimits shared_;
 };
 
 }  // namespace mireth::receiver

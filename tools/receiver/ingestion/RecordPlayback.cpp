@@ -1,11 +1,11 @@
 // The order of checks: shape of the body, who it is for, how often, what it holds.
 #include "ingestion/RecordPlayback.hpp"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/HeaderParameters.hpp"
 #include "exchange/Answers.hpp"
-#include "store/TimelineSummary.hpp"
 #include "store/TimelineText.hpp"
 #include "video/Mp4Boxes.hpp"
 #include "wire/TimelineValidator.hpp"
@@ -23,8 +23,8 @@ const char* outcomeOf(std::string_view status, int httpStatus) {
 
 }  // namespace
 
-RecordPlayback::RecordPlayback(Services services, RateLimiter& limiter, std::string_view contentType)
-    : services_(services), limiter_(limiter) {
+RecordPlayback::RecordPlayback(Services services, UploadLimits& shared, std::string_view contentType)
+    : services_(services), shared_(shared) {
     if (const auto boundary = MultipartReader::boundaryOf(contentType)) {
         reader_.emplace(*boundary, static_cast<PartListener&>(*this));
     } else {
@@ -41,6 +41,8 @@ bool RecordPlayback::settle(const char* status, int httpStatus, const std::strin
         answer_ = statusAnswer(status, httpStatus);
         services_.metrics.countChunk(outcomeOf(status, httpStatus));
         video_.reset();
+        timeline_.reset();
+        held_.release();
     }
     return false;
 }
@@ -89,9 +91,16 @@ bool RecordPlayback::collect(std::string& into, std::string_view bytes, std::siz
     return true;
 }
 
+bool RecordPlayback::collectTimeline(std::string_view bytes) {
+    if (!held_.hold(std::min(timeline_->size() + bytes.size(), longestTimeline))) {
+        return settle("ERROR", 503, "too many long timelines come in at once");
+    }
+    return collect(*timeline_, bytes, longestTimeline, "the timeline");
+}
+
 bool RecordPlayback::partBytes(std::string_view bytes) {
     if (part_ == Part::timeline) {
-        return collect(*timeline_, bytes, longestTimeline, "the timeline");
+        return collectTimeline(bytes);
     }
     if (part_ == Part::info) {
         return collect(*infoText_, bytes, longestChunkInfo, "the chunk information");
@@ -129,8 +138,8 @@ bool RecordPlayback::admit() {
     if (project == nullptr) {
         return settle("ERROR", 200, "the project is no longer known");
     }
-    if (!limiter_.take(info_->brandId, info_->projectId, project->uploadRate,
-                       services_.environment.steadyNow())) {
+    if (!shared_.rate.take(info_->brandId, info_->projectId, project->uploadRate,
+                           services_.environment.steadyNow())) {
         return settle("THROTTLED", 200, "the project uploads too fast");
     }
     return true;
@@ -149,10 +158,23 @@ Answer RecordPlayback::finish() {
     return *answer_;
 }
 
-void RecordPlayback::keep() {
+std::optional<RecordPlayback::CheckedTimeline> RecordPlayback::checkTimeline() {
+    const Turn turn(shared_.checking);
     const auto events = validateTimeline(*timeline_, info_->chunkNumber);
     if (!events) {
         malformed(events.error());
+        return std::nullopt;
+    }
+    timeline_->clear();
+    timeline_->shrink_to_fit();
+    return CheckedTimeline{.events = static_cast<std::int64_t>(events->size()),
+                           .text = timelineText(*events, info_->chunkNumber),
+                           .summary = summarise(*events)};
+}
+
+void RecordPlayback::keep() {
+    auto timeline = checkTimeline();
+    if (!timeline) {
         return;
     }
     const auto facts = inspectMp4(*video_);
@@ -168,9 +190,9 @@ void RecordPlayback::keep() {
                       .durationMillis = facts->durationMillis,
                       .videoPath = {},
                       .videoDigest = {},
-                      .events = static_cast<std::int64_t>(events->size()),
-                      .timeline = timelineText(*events, info_->chunkNumber)};
-    const auto outcome = services_.store.putChunk(info_->sessionId, chunk, summarise(*events), *video_,
+                      .events = timeline->events,
+                      .timeline = std::move(timeline->text)};
+    const auto outcome = services_.store.putChunk(info_->sessionId, chunk, timeline->summary, *video_,
                                                   services_.config.limits);
     if (!outcome) {
         failed(outcome.error());

@@ -7,9 +7,10 @@
 #include <string>
 #include <string_view>
 
-#include "access/RateLimiter.hpp"
 #include "exchange/Exchange.hpp"
+#include "ingestion/UploadLimits.hpp"
 #include "service/Services.hpp"
+#include "store/TimelineSummary.hpp"
 #include "wire/ChunkInfo.hpp"
 #include "wire/MultipartReader.hpp"
 
@@ -19,8 +20,8 @@ namespace mireth::receiver {
 /// so that the client gets to see the answer.
 class RecordPlayback final : public Exchange, private PartListener {
   public:
-    /// `limiter` outlives the exchange.
-    RecordPlayback(Services services, RateLimiter& limiter, std::string_view contentType);
+    /// `shared` outlives the exchange.
+    RecordPlayback(Services services, UploadLimits& shared, std::string_view contentType);
 
     std::uint64_t bodyLimit() const override { return services_.config.limits.requestBytes; }
     void accept(std::string_view bytes) override;
@@ -30,21 +31,31 @@ class RecordPlayback final : public Exchange, private PartListener {
   private:
     enum class Part { none, timeline, info, playback };
 
+    struct CheckedTimeline {
+        std::int64_t events = 0;
+        std::string text;
+        TimelineSummary summary;
+    };
+
     bool partBegan(const PartHead& head) override;
     bool partBytes(std::string_view bytes) override;
     bool partEnded() override;
 
     bool beginVideo(const PartHead& head);
+    bool collectTimeline(std::string_view bytes);
     bool collect(std::string& into, std::string_view bytes, std::size_t most, const char* what);
     bool admit();
     void keep();
+    /// The timeline checked and in the form in which it is kept; none when it was refused.
+    std::optional<CheckedTimeline> checkTimeline();
     /// Settles the answer; always false, as what the listener's operations return then.
     bool settle(const char* status, int httpStatus, const std::string& why);
     bool malformed(const std::string& why) { return settle("ERROR", 400, why); }
     bool failed(const std::string& why) { return settle("ERROR", 500, why); }
 
     const Services services_;
-    RateLimiter& limiter_;
+    UploadLimits& shared_;
+    HeldText held_{shared_.text};
     std::optional<MultipartReader> reader_;
     Part part_ = Part::none;
     std::optional<std::string> timeline_;

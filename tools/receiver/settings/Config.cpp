@@ -192,7 +192,7 @@ void readLimits(const Json& object, Limits& limits) {
     requireObject(object, "limits");
     refuseUnknown(object,
                   {"requestBytes", "connections", "headSeconds", "idleSeconds", "requestSeconds", "chunks",
-                   "sessionBytes", "logLines", "logBytes", "diskBytes", "freeBytes"},
+                   "sessionBytes", "timelineBytes", "logLines", "logBytes", "diskBytes", "freeBytes"},
                   "limits");
     constexpr int day = 86400;
     readWhole(object, "requestBytes", std::uint64_t{1} << 32U, "limits", limits.requestBytes);
@@ -202,6 +202,7 @@ void readLimits(const Json& object, Limits& limits) {
     readWhole(object, "requestSeconds", day, "limits", limits.requestSeconds);
     readWhole(object, "chunks", std::int64_t{1'000'000}, "limits", limits.chunks);
     readWhole(object, "sessionBytes", mostBytes, "limits", limits.sessionBytes);
+    readWhole(object, "timelineBytes", mostBytes, "limits", limits.timelineBytes);
     readWhole(object, "logBytes", mostBytes, "limits", limits.logBytes);
     limits.diskBytes = optionalWhole(object, "diskBytes", mostBytes, "limits");
     readWhole(object, "freeBytes", mostBytes, "limits", limits.freeBytes);

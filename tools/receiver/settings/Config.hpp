@@ -44,7 +44,8 @@ struct Limits {
     int idleSeconds = 15;          ///< longest silence within a request
     int requestSeconds = 120;      ///< from the connection until the body is complete
     std::int64_t chunks = 10'000;  ///< kept for one session
-    std::uint64_t sessionBytes = 1ULL << 30U;  ///< videos and timelines kept for one session
+    std::uint64_t sessionBytes = 1ULL << 30U;    ///< videos and timelines kept for one session
+    std::uint64_t timelineBytes = 32ULL << 20U;  ///< of the timelines alone
     std::int64_t logLines = 10'000;        ///< kept for one session; lines without one share one such budget
     std::uint64_t logBytes = 4ULL << 20U;  ///< the same in bytes
     std::optional<std::uint64_t> diskBytes;   ///< of all that is kept; none: as much as the disk holds

@@ -105,6 +105,19 @@ void Database::tryExecute(const char* sql) const noexcept {
     sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr);
 }
 
+bool Database::readPiece(const char* table, const char* column, std::int64_t row, std::uint64_t offset,
+                         std::span<unsigned char> into) const {
+    sqlite3_blob* opened = nullptr;
+    if (sqlite3_blob_open(connection_.get(), "main", table, column, row, 0, &opened) != SQLITE_OK) {
+        throw DatabaseError(sqlite3_errmsg(connection_.get()));
+    }
+    const std::unique_ptr<sqlite3_blob, decltype(&sqlite3_blob_close)> blob(opened, sqlite3_blob_close);
+    const auto size = static_cast<std::uint64_t>(sqlite3_blob_bytes(opened));
+    return offset <= size && into.size() <= size - offset &&
+           sqlite3_blob_read(opened, into.data(), static_cast<int>(into.size()), static_cast<int>(offset)) ==
+               SQLITE_OK;
+}
+
 std::int64_t Database::lastRow() const {
     return sqlite3_last_insert_rowid(connection_.get());
 }

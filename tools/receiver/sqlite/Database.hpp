@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -71,6 +72,10 @@ class Database {
     /// The same where it is no harm when it cannot be done.
     void tryExecute(const char* sql) const noexcept;
     std::int64_t changes() const;
+    /// Fills `into` with bytes of a text or blob from `offset` on, without reading the rest; false when they
+    /// are not all there.
+    bool readPiece(const char* table, const char* column, std::int64_t row, std::uint64_t offset,
+                   std::span<unsigned char> into) const;
     /// The id of the row that was inserted last.
     std::int64_t lastRow() const;
 

@@ -47,6 +47,9 @@ class SqliteStore final : public Store {
     std::string revision() const override;
     Stored<std::optional<SessionSummary>> summary(const std::string& id) override;
     Stored<std::optional<SessionContents>> contents(const std::string& id) override;
+    Stored<std::optional<SessionContents>> outline(const std::string& id) override;
+    Stored<std::unique_ptr<ByteSource>> openTimeline(const std::string& sessionId,
+                                                     std::int64_t number) override;
     Stored<std::optional<StoredVideo>> openVideo(const std::string& sessionId, std::int64_t number) override;
     Stored<std::int64_t> removeSessions(const std::vector<std::string>& ids) override;
     Stored<std::vector<std::string>> quietSince(std::int64_t millis, std::int64_t most) override;
@@ -55,6 +58,8 @@ class SqliteStore final : public Store {
     Stored<std::vector<LogLine>> strayLogLines() override;
 
   private:
+    class Timeline;
+
     SqliteStore(std::string directory, UniqueFd lock, Database database, Database reader,
                 std::unique_ptr<DiskBudget> budget, VideoFolder videos,
                 std::function<std::string()> newIdentifier);
@@ -84,7 +89,12 @@ class SqliteStore final : public Store {
     /// The summary and the session's place.
     std::optional<std::pair<SessionSummary, std::int64_t>> summaryOf(const std::string& id) const;
     std::vector<std::string> screensOf(std::int64_t place) const;
-    std::vector<Chunk> chunksOf(std::int64_t place) const;
+    enum class Timelines { with, without };
+    Stored<std::optional<SessionContents>> contents(const std::string& id, Timelines timelines);
+    std::vector<Chunk> chunksOf(std::int64_t place, Timelines timelines) const;
+    /// False when they are not there any more.
+    bool readTimeline(const std::string& sessionId, std::int64_t number, std::uint64_t offset,
+                      std::span<unsigned char> into);
     std::vector<LogLine> logLinesOf(std::optional<std::int64_t> place,
                                     const std::optional<std::string>& sessionId) const;
 

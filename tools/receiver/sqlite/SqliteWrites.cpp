@@ -72,7 +72,7 @@ Stored<std::unique_ptr<IncomingVideo>> SqliteStore::beginVideo() {
 PutOutcome SqliteStore::admission(const std::string& sessionId, const Chunk& chunk, const VideoFile& video,
                                   const std::string& digest, const Limits& limits) const {
     auto session = database_.prepare(
-        "SELECT place, chunks, bytes + timelineBytes FROM session WHERE id = ? AND closedMillis IS NULL");
+        "SELECT place, chunks, bytes, timelineBytes FROM session WHERE id = ? AND closedMillis IS NULL");
     if (!session.bind(sessionId).step()) {
         return PutOutcome::notOpen;
     }
@@ -83,8 +83,10 @@ PutOutcome SqliteStore::admission(const std::string& sessionId, const Chunk& chu
     if (session.whole(1) >= limits.chunks) {
         return PutOutcome::full;
     }
-    const auto bytes = static_cast<std::uint64_t>(session.whole(2)) + video.size() + chunk.timeline.size();
-    return bytes > limits.sessionBytes ? PutOutcome::tooLarge : PutOutcome::kept;
+    const auto timelines = static_cast<std::uint64_t>(session.whole(3)) + chunk.timeline.size();
+    const auto bytes = static_cast<std::uint64_t>(session.whole(2)) + video.size() + timelines;
+    return timelines > limits.timelineBytes || bytes > limits.sessionBytes ? PutOutcome::tooLarge
+                                                                           : PutOutcome::kept;
 }
 
 void SqliteStore::insertChunk(std::int64_t place, const Chunk& chunk, const VideoFile& video,

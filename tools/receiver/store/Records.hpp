@@ -26,10 +26,11 @@ struct Chunk {
     std::int64_t bytes = 0;  ///< of the video
     std::int64_t frames = 0;
     std::int64_t durationMillis = 0;
-    std::string videoPath;    ///< where the video lies; set by the store
-    std::string videoDigest;  ///< SHA-256 of the video in hexadecimal; set by the store
-    std::int64_t events = 0;  ///< in the timeline
-    std::string timeline;     ///< the events as a JSON array
+    std::string videoPath;           ///< where the video lies; set by the store
+    std::string videoDigest;         ///< SHA-256 of the video in hexadecimal; set by the store
+    std::int64_t events = 0;         ///< in the timeline
+    std::int64_t timelineBytes = 0;  ///< set by the store
+    std::string timeline;            ///< the events as a JSON array
 };
 
 struct LogLine {

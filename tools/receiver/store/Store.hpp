@@ -85,6 +85,12 @@ class Store {
     virtual Stored<std::optional<SessionSummary>> summary(const std::string& id) = 0;
     /// Everything of one session; none when it is unknown.
     virtual Stored<std::optional<SessionContents>> contents(const std::string& id) = 0;
+    /// The same with empty timelines, which may be too long to be held all at once.
+    virtual Stored<std::optional<SessionContents>> outline(const std::string& id) = 0;
+    /// The timeline of a chunk, to be read piece by piece; null when the session or the chunk is unknown. It
+    /// cannot be read any more once the session is removed, and must not outlive the store.
+    virtual Stored<std::unique_ptr<ByteSource>> openTimeline(const std::string& sessionId,
+                                                             std::int64_t number) = 0;
     /// The video of a chunk; none when the session or the chunk is unknown.
     virtual Stored<std::optional<StoredVideo>> openVideo(const std::string& sessionId,
                                                          std::int64_t number) = 0;

@@ -1,9 +1,7 @@
-// Timelines are kept as JSON text and are put into the answer as they are.
+// Timelines are kept as JSON text and go into the answer as they are.
 #include "viewing/SessionJson.hpp"
 
-#include <map>
 #include <nlohmann/json.hpp>
-#include <string_view>
 #include <vector>
 
 #include "base/JsonText.hpp"
@@ -36,43 +34,7 @@ Json summaryJson(const SessionSummary& summary) {
             {"bytes", summary.bytes}};
 }
 
-// What the timeline says once or seldom: the window's size and the device's data; the last word counts.
-struct Facts {
-    Json window = nullptr;
-    std::map<std::string, std::string> metadata;
-};
-
-void take(const Json& event, Facts& facts) {
-    const auto type = event.value("type", "");
-    if (type == "WindowDimensions") {
-        const auto& details = event.at("eventDetails");
-        facts.window = {{"widthPx", details.at("windowWidthPx")}, {"heightPx", details.at("windowHeightPx")}};
-    } else if (type == "MetadataCaptured") {
-        for (const auto& entry : event.at("eventDetails").at("metadata")) {
-            facts.metadata[entry.value("metadataId", "")] = entry.value("metadataValue", "");
-        }
-    }
-}
-
-Facts factsOf(const std::vector<Chunk>& chunks) {
-    Facts facts;
-    for (const auto& chunk : chunks) {
-        // Few chunks hold any; the others need not be parsed.
-        const std::string_view text = chunk.timeline;
-        if (text.find("WindowDimensions") == std::string_view::npos &&
-            text.find("MetadataCaptured") == std::string_view::npos) {
-            continue;
-        }
-        if (const auto events = parseJson(text, {.bytes = text.size()})) {
-            for (const auto& event : *events) {
-                take(event, facts);
-            }
-        }
-    }
-    return facts;
-}
-
-Json metadataJson(const Facts& facts) {
+Json metadataJson(const SessionFacts& facts) {
     Json list = Json::array();
     for (const auto& [id, value] : facts.metadata) {
         list.push_back({{"id", id}, {"value", value}});
@@ -80,11 +42,11 @@ Json metadataJson(const Facts& facts) {
     return list;
 }
 
-Json chunksJson(const SessionContents& contents) {
+Json chunksJson(const SessionContents& outline) {
     Json list = Json::array();
-    const auto places = chunkPlaces(contents.chunks);
+    const auto places = chunkPlaces(outline.chunks);
     for (std::size_t i = 0; i < places.size(); ++i) {
-        const auto& chunk = contents.chunks[i];
+        const auto& chunk = outline.chunks[i];
         list.push_back({{"number", chunk.number},
                         {"atMillis", places[i]},
                         {"durationMillis", chunk.durationMillis},
@@ -92,7 +54,7 @@ Json chunksJson(const SessionContents& contents) {
                         {"bytes", chunk.bytes},
                         {"endMillis", chunk.endMillis},
                         {"receivedMillis", chunk.receivedMillis},
-                        {"url", "/api/sessions/" + contents.summary.session.id + "/chunks/" +
+                        {"url", "/api/sessions/" + outline.summary.session.id + "/chunks/" +
                                     std::to_string(chunk.number) + ".mp4"}});
     }
     return list;
@@ -121,12 +83,13 @@ Json logJson(const LogLine& line) {
     return json;
 }
 
-Json logsJson(const std::vector<LogLine>& lines) {
-    Json list = Json::array();
+// Line by line: each may take many times its length while it is built.
+std::string logsText(const std::vector<LogLine>& lines) {
+    std::string text;
     for (const auto& line : lines) {
-        list.push_back(logJson(line));
+        text += (text.empty() ? "[" : ",") + jsonText(logJson(line));
     }
-    return list;
+    return text.empty() ? "[]" : text + "]";
 }
 
 }  // namespace
@@ -145,23 +108,13 @@ std::string facetsJson(const Facets& facets) {
     return jsonText({{"projects", facets.projects}, {"screens", facets.screens}});
 }
 
-std::string timelineJson(const SessionContents& contents) {
-    std::string text = "[";
-    for (const auto& chunk : contents.chunks) {
-        const auto events = std::string_view(chunk.timeline).substr(1, chunk.timeline.size() - 2);
-        text += events.empty() || text.size() == 1 ? "" : ",";
-        text += events;
-    }
-    return text + "]";
-}
-
-std::string replayJson(const SessionContents& contents) {
-    const auto facts = factsOf(contents.chunks);
-    auto session = summaryJson(contents.summary);
-    session["window"] = facts.window;
-    return R"({"session":)" + jsonText(session) + R"(,"metadata":)" + jsonText(metadataJson(facts)) +
-           R"(,"chunks":)" + jsonText(chunksJson(contents)) + R"(,"timeline":)" + timelineJson(contents) +
-           R"(,"logs":)" + jsonText(logsJson(contents.logLines)) + "}";
+ReplayJson replayJson(const SessionContents& outline, const SessionFacts& facts) {
+    auto session = jsonText(summaryJson(outline.summary));
+    session.pop_back();
+    return {.before = R"({"session":)" + session + R"(,"window":)" + facts.window + R"(},"metadata":)" +
+                      jsonText(metadataJson(facts)) + R"(,"chunks":)" + jsonText(chunksJson(outline)) +
+                      R"(,"timeline":)",
+            .after = R"(,"logs":)" + logsText(outline.logLines) + "}"};
 }
 
 }  // namespace mireth::receiver

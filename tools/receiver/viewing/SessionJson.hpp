@@ -5,13 +5,18 @@
 
 #include "store/Records.hpp"
 #include "store/SessionQuery.hpp"
+#include "viewing/SessionFacts.hpp"
 
 namespace mireth::receiver {
 
 std::string pageJson(const SessionPage& page);
 std::string facetsJson(const Facets& facets);
-std::string replayJson(const SessionContents& contents);
-/// The timeline alone: the events of all chunks in one array.
-std::string timelineJson(const SessionContents& contents);
+
+/// A session's replay but for its timeline.
+struct ReplayJson {
+    std::string before;  ///< what stands before the timeline
+    std::string after;
+};
+ReplayJson replayJson(const SessionContents& outline, const SessionFacts& facts);
 
 }  // namespace mireth::receiver

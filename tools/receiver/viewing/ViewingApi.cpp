@@ -7,6 +7,8 @@
 #include "exchange/ByteRange.hpp"
 #include "exchange/ErrorAnswer.hpp"
 #include "exchange/SmallExchange.hpp"
+#include "viewing/JoinedTimelines.hpp"
+#include "viewing/SessionFacts.hpp"
 #include "viewing/SessionJson.hpp"
 #include "viewing/SessionQueryReader.hpp"
 
@@ -52,6 +54,11 @@ std::optional<std::int64_t> chunkNumberIn(const std::string& name) {
     const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), number);
     const bool whole = error == std::errc() && number >= 0 && std::string_view(end) == ".mp4";
     return whole ? std::optional(number) : std::nullopt;
+}
+
+FilePiece wholeText(std::shared_ptr<ByteSource> text) {
+    const auto size = text->size();
+    return {.file = std::move(text), .size = size, .compressible = true};
 }
 
 // The file, or the range of it that the request asks for.
@@ -169,22 +176,29 @@ Answer ViewingApi::replay(const RequestHead& head, const std::string& id) const 
     if (isKnown(head, etag)) {
         return notModified(etag);
     }
-    const auto contents = services_.store.contents(id);
-    if (!contents) {
-        return failed(contents.error());
+    const Turn turn(building_);
+    const auto outline = services_.store.outline(id);
+    if (!outline || !*outline) {
+        return outline ? errorAnswer(404, "there is no such session") : failed(outline.error());
     }
-    return *contents ? tagged(replayJson(**contents), etag) : errorAnswer(404, "there is no such session");
+    const auto facts = readFacts(services_.store, **outline);
+    if (!facts) {
+        return failed(facts.error());
+    }
+    const auto json = replayJson(**outline, *facts);
+    auto answer = tagged({}, etag);
+    answer.piece =
+        wholeText(std::make_shared<JoinedTimelines>(services_.store, **outline, json.before, json.after));
+    return answer;
 }
 
 Answer ViewingApi::timeline(const std::string& id) const {
-    const auto contents = services_.store.contents(id);
-    if (!contents) {
-        return failed(contents.error());
+    const auto outline = services_.store.outline(id);
+    if (!outline || !*outline) {
+        return outline ? errorAnswer(404, "there is no such session") : failed(outline.error());
     }
-    if (!*contents) {
-        return errorAnswer(404, "there is no such session");
-    }
-    return {.body = timelineJson(**contents), .headers = {{"Content-Disposition", downloadAs(id, "json")}}};
+    return {.headers = {{"Content-Disposition", downloadAs(id, "json")}},
+            .piece = wholeText(std::make_shared<JoinedTimelines>(services_.store, **outline))};
 }
 
 Answer ViewingApi::video(const RequestHead& head, const std::string& id, const std::string& name) const {

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "base/Turns.hpp"
 #include "exchange/Exchange.hpp"
 #include "exchange/RequestTarget.hpp"
 #include "exchange/Route.hpp"
@@ -32,6 +33,7 @@ class ViewingApi {
     Answer failed(const std::string& why) const;
 
     const Services services_;
+    mutable Turns building_{2};  // of replays
 };
 
 }  // namespace mireth::receiver

@@ -174,23 +174,31 @@ TimelineEvent eventOf(const Json& json, std::int64_t chunkNumber) {
     return event;
 }
 
+std::size_t countOf(std::string_view elements) {
+    std::size_t count = 0;
+    while (nextElement(elements)) {
+        ++count;
+    }
+    return count;
+}
+
 }  // namespace
 
 std::expected<std::vector<TimelineEvent>, std::string> validateTimeline(std::string_view text,
                                                                         std::int64_t chunkNumber) {
-    const auto json = parseJson(text, {.bytes = longestTimeline});
-    if (!json) {
-        return std::unexpected("the timeline is " + json.error());
+    if (const auto complaint = jsonComplaint(text, {.bytes = longestTimeline}); !complaint.empty()) {
+        return std::unexpected("the timeline is " + complaint);
     }
-    if (!json->is_array() || json->size() > mostEvents) {
+    auto elements = elementsOf(text);
+    if (!elements || countOf(*elements) > mostEvents) {
         return std::unexpected("the timeline is not an array of at most " + std::to_string(mostEvents) +
                                " events");
     }
     std::vector<TimelineEvent> events;
-    events.reserve(json->size());
-    for (const auto& entry : *json) {
+    // One event at a time: built whole, a timeline takes many times its length.
+    while (const auto element = nextElement(*elements)) {
         try {
-            events.push_back(eventOf(entry, chunkNumber));
+            events.push_back(eventOf(Json::parse(*element), chunkNumber));
         } catch (const std::exception& complaint) {
             return std::unexpected("timeline event " + std::to_string(events.size()) + ": " +
                                    complaint.what());
