@@ -16,3 +16,17 @@ endif()
 install(TARGETS MirethVexQt EXPORT MirethVexQtTargets)
 install(DIRECTORY platforms/qt/include/MirethVex
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.hpp")
+
+# Programs as they are, and such in QML alone. Each finds the library from where it stands itself.
+set(_generic_dir ${CMAKE_INSTALL_LIBDIR}/mireth/plugins/generic)
+set_target_properties(mireth_qt_plugin PROPERTIES INSTALL_RPATH "$ORIGIN/../../..")
+install(TARGETS mireth_qt_plugin LIBRARY DESTINATION ${_generic_dir})
+if(TARGET mireth-attach)
+  install(TARGETS mireth-attach)
+endif()
+if(TARGET mireth_qml_plugin)
+  set(_module_dir ${CMAKE_INSTALL_LIBDIR}/qt6/qml/MirethVex)
+  set_target_properties(mireth_qml_plugin PROPERTIES INSTALL_RPATH "$ORIGIN/../../..")
+  install(TARGETS mireth_qml_plugin LIBRARY DESTINATION ${_module_dir})
+  install(FILES platforms/qt/qml/qmldir DESTINATION ${_module_dir})
+endif()

@@ -29,11 +29,11 @@ struct Options {
     std::string info;
 };
 
-/// Beside this program, in the build tree as well as where it is installed.
+/// As far from this program in the build tree as where it is installed.
 std::filesystem::path pluginDirectory() {
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return program.parent_path().parent_path() / "lib" / "mireth" / "plugins";
+    return (program.parent_path() / MIRETH_PLUGINS).lexically_normal();
 }
 
 void set(const char* variable, const std::string& value) {

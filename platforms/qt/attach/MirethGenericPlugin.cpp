@@ -1,9 +1,11 @@
 #include "platforms/qt/attach/MirethGenericPlugin.hpp"
 
 #include <QString>
+#include <utility>
 
 #include "Platform/Guarded.hpp"
 #include "platforms/qt/attach/Attachment.hpp"
+#include "platforms/qt/qml/QmlModule.hpp"
 
 namespace mireth::qt {
 
@@ -12,6 +14,8 @@ QObject* MirethGenericPlugin::create(const QString& name, const QString& /*speci
     if (name.compare(QLatin1String("mireth"), Qt::CaseInsensitive) == 0) {
         platform::guarded("the attaching to a program", [&attachment] {
             if (auto settings = takeAttachSettings()) {
+                // Before the program loads QML that may import it.
+                registerQmlModule();
                 attachment = new Attachment(std::move(*settings));
             }
         });
