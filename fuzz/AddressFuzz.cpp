@@ -15,6 +15,11 @@ std::string lowerCase(std::string text) {
     return text;
 }
 
+/// An address in figures.
+bool isNumber(std::string_view host) {
+    return host.find_first_not_of("0123456789.") == std::string_view::npos;
+}
+
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -25,8 +30,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string base(end == std::string_view::npos ? "https://kelda.example" : text.substr(end + 1));
     const auto url = logUrl(dataCenter, base);
     const auto reachedBase = platform::checkUrl(base, true);
-    // The host configures the base; nothing is fetched from one that cannot be used.
-    if (!url || !reachedBase) {
+    // The host configures the base; nothing is fetched from one that cannot be used, and no name lies below a
+    // number, which is read as an address.
+    if (!url || !reachedBase || isNumber(reachedBase->host)) {
         return 0;
     }
     const auto reached = platform::checkUrl(*url, false);
