@@ -5,83 +5,21 @@
 #include <QTest>
 #include <QVBoxLayout>
 
-#include "MirethVex/Qt/QtPlatform.hpp"
-#include "PublicSide/MirethSRCore.hpp"
-#include "endtoend/support/EndToEnd.hpp"
 #include "endtoend/support/Video.hpp"
 #include "qt/support/EventLoop.hpp"
 #include "qt/support/QmlScene.hpp"
-#include "support/LogCapture.hpp"
+#include "qt/support/RecordedSession.hpp"
 
 namespace mireth::qttest {
 
 namespace {
 
-using endtoend::Json;
 using endtoend::Rgb;
 using platform::Image;
 
 constexpr Rgb maskColor{188, 188, 188};
 
-class EndToEndQt : public endtoend::EndToEnd {
-  protected:
-    platform::LinuxPlatformOptions options() {
-        platform::LinuxPlatformOptions options;
-        options.information = {{"SR_ENDPOINT_URL", receiver_->origin()},
-                               {"KELDA_ENDPOINT_URL", receiver_->origin()},
-                               {"CFBundleShortVersionString", "2.3.1"},
-                               {"VEX_VERSION", "1.0.0"},
-                               {"DEVICE_IDIOM", "phone"}};
-        options.cachesDirectory = caches();
-        return options;
-    }
-
-    void start(const std::shared_ptr<platform::Window>& window) {
-        ASSERT_EQ(core_.initializeProject("b1", "p1", window), InitializationResult::success);
-        const auto started = await(core_.startRecording({}));
-        ASSERT_TRUE(started && started->kind == SessionStartResult::Kind::success);
-        session_ = started->info->sessionId;
-    }
-
-    void stop() {
-        const auto stopped = await(core_.stopRecording());
-        ASSERT_TRUE(stopped.has_value());
-        EXPECT_EQ(stopped->kind, SessionCloseResult::Kind::success);
-    }
-
-    Json report() const { return receiver_->show(session_); }
-
-    std::vector<Image> frames() const {
-        std::vector<Image> frames;
-        const Json whole = report();
-        for (const Json& chunk : whole.at("chunks")) {
-            for (auto& frame : endtoend::decodeFrames(chunk.at("path"))) {
-                frames.push_back(std::move(frame));
-            }
-        }
-        return frames;
-    }
-
-    /// In parts of the frame.
-    void expectTapAt(double x, double y) const {
-        const Json timeline = report().at("timeline");
-        const auto tap = std::ranges::find(timeline, Json("UserInteraction"),
-                                           [](const Json& event) { return event.value("type", Json()); });
-        ASSERT_NE(tap, timeline.end()) << timeline.dump(1);
-        const Json& target = tap->at("eventDetails").at("target");
-        EXPECT_NEAR(target.at("xNormalizedTo1").get<double>(), x, 0.001);
-        EXPECT_NEAR(target.at("yNormalizedTo1").get<double>(), y, 0.001);
-    }
-
-    /// The pixel of a 250 × 500 frame that shows this point of a 250 × 500 window.
-    static Rgb at(const Image& frame, std::size_t x, std::size_t y) { return endtoend::pixelAt(frame, x, y); }
-
-    const std::unique_ptr<endtoend::Receiver> receiver_ = startReceiver();
-    test::LogCapture log_{{}};
-    const qt::QtPlatform platform_{options()};
-    MirethSRCore core_{log_.log(), platform_.services()};
-    std::string session_;
-};
+class EndToEndQt : public RecordedSession {};
 
 bool isColored(Rgb color) {
     return endtoend::saturation(color) > 24;

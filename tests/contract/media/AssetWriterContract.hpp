@@ -1,16 +1,15 @@
-// The rules of every AssetWriterFactory, and what an implementation gives to be held to them.
+// Runs the suites of the asset-writer contract against every answer to it.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <filesystem>
-#include <functional>
 #include <memory>
-#include <ostream>
 #include <string>
 
 #include "MirethVex/Platform/AssetWriter.hpp"
+#include "platforms/linux/media/OpenH264AssetWriterFactory.hpp"
 #include "tests/contract/media/DecodedVideo.hpp"
 #include "tests/support/Canvas.hpp"
 #include "tests/support/MemoryFileManager.hpp"
@@ -51,14 +50,8 @@ struct WriterTrack {
 
 /// Makes the writers under test.
 struct AssetWriterAnswer {
-    /// Of the tests, too: letters and digits.
-    std::string name;
-    /// Their files go through the file manager, which the suites read and break.
-    std::function<std::shared_ptr<AssetWriterFactory>(std::shared_ptr<FileManager>)> make;
-
-    friend std::ostream& operator<<(std::ostream& out, const AssetWriterAnswer& answer) {
-        return out << answer.name;
-    }
+    const char* name;
+    std::shared_ptr<AssetWriterFactory> (*make)(std::shared_ptr<FileManager>);
 };
 
 class AssetWriterContract : public testing::TestWithParam<AssetWriterAnswer> {
@@ -89,10 +82,14 @@ class AssetWriterContract : public testing::TestWithParam<AssetWriterAnswer> {
     const std::shared_ptr<AssetWriterFactory> factory = GetParam().make(files);
 };
 
-class AssetWriterFiles : public AssetWriterContract {};
-class AssetWriterStates : public AssetWriterContract {};
-class AssetWriterReadiness : public AssetWriterContract {};
+inline const AssetWriterAnswer openH264Answer{
+    "OpenH264", [](std::shared_ptr<FileManager> files) -> std::shared_ptr<AssetWriterFactory> {
+        return std::make_shared<OpenH264AssetWriterFactory>(std::move(files));
+    }};
 
-inline constexpr auto nameOfAssetWriterAnswer = [](const auto& info) { return info.param.name; };
+/// Registers a suite once for each answer.
+#define MIRETH_RUN_ASSET_WRITER_SUITE(suite)                               \
+    INSTANTIATE_TEST_SUITE_P(Real, suite, testing::Values(openH264Answer), \
+                             [](const auto& answer) { return std::string(answer.param.name); })
 
 }  // namespace mireth::platform

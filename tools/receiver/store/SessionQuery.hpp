@@ -39,8 +39,7 @@ struct SessionPage {
 /// What the list can be filtered by.
 struct Facets {
     std::vector<std::string> projects;
-    std::vector<std::string> screens;  ///< the first by name
-    bool moreScreens = false;          ///< whether there are others
+    std::vector<std::string> screens;
 };
 
 }  // namespace mireth::receiver

@@ -11,8 +11,7 @@ namespace mireth::receiver {
 
 struct VideoPart {
     std::string path;
-    std::int64_t atMillis = 0;    ///< where it begins in the whole
-    std::int64_t mostMillis = 0;  ///< what it has beyond this is left out
+    std::int64_t atMillis = 0;  ///< where it begins in the whole
 };
 
 /// Writes `output`, in order of time; where nothing is, the picture before stays. `parts` must not be empty.

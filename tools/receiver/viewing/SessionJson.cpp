@@ -21,7 +21,7 @@ Json summaryJson(const SessionSummary& summary) {
             {"state", session.closedMillis ? "closed" : "open"},
             {"startMillis", session.startMillis},
             {"lastMillis", summary.lastMillis},
-            {"durationMillis", summary.durationMillis},
+            {"durationMillis", replayMillis(summary)},
             {"device", {{"model", summary.deviceModel}, {"system", summary.deviceSystem}}},
             {"screens", summary.screens},
             {"counts",
@@ -44,9 +44,11 @@ Json metadataJson(const SessionFacts& facts) {
 
 Json chunksJson(const SessionContents& outline) {
     Json list = Json::array();
-    for (const auto& chunk : outline.chunks) {
+    const auto places = chunkPlaces(outline.chunks);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const auto& chunk = outline.chunks[i];
         list.push_back({{"number", chunk.number},
-                        {"atMillis", chunkPlace(chunk.number)},
+                        {"atMillis", places[i]},
                         {"durationMillis", chunk.durationMillis},
                         {"frames", chunk.frames},
                         {"bytes", chunk.bytes},
@@ -103,8 +105,7 @@ std::string pageJson(const SessionPage& page) {
 }
 
 std::string facetsJson(const Facets& facets) {
-    return jsonText(
-        {{"projects", facets.projects}, {"screens", facets.screens}, {"moreScreens", facets.moreScreens}});
+    return jsonText({{"projects", facets.projects}, {"screens", facets.screens}});
 }
 
 ReplayJson replayJson(const SessionContents& outline, const SessionFacts& facts) {

@@ -7,7 +7,6 @@ import { EventList } from './eventlist.js';
 import { clockTime } from './format.js';
 import { actionOf } from './keys.js';
 import { Narrator } from './narrator.js';
-import { recall, remember } from './preferences.js';
 import { Scrubber } from './scrubber.js';
 import { sectionAt } from './sections.js';
 import { Stage } from './stage.js';
@@ -20,7 +19,6 @@ export class Player {
     #model = null;
     #drawing = false;
     #resumeAfterDrag = false;
-    #letters = recall('letters', 'yes') === 'yes';
     #narrator = new Narrator();
     #stage;
     #reel;
@@ -103,7 +101,7 @@ export class Player {
     }
 
     #key(event) {
-        const action = this.element.isConnected ? actionOf(event, this.#letters) : null;
+        const action = this.element.isConnected ? actionOf(event) : null;
         if (action !== null) {
             event.preventDefault();
             this.#act(action);
@@ -114,15 +112,10 @@ export class Player {
         if (name === 'link') {
             this.#copyLink();
         } else if (name === 'help') {
-            showKeys(this.#letters, (letters) => this.#setLetters(letters));
+            showKeys();
         } else {
             this.#transport.act(name);
         }
-    }
-
-    #setLetters(letters) {
-        this.#letters = letters;
-        remember('letters', letters ? 'yes' : 'no');
     }
 
     #moved() {
