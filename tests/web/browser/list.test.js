@@ -144,6 +144,28 @@ describe('The filters', () => {
         }
     });
 
+    it('hear nothing any more of a search that another one has replaced', async () => {
+        const page = await fixture.open('/');
+        await rowOf(page, fixture.session).waitFor();
+        const held = [];
+        await page.route(/text=gre$/, (route) => { held.push(route); });
+        const search = page.getByRole('searchbox', { name: 'Search' });
+        await search.fill('gre');
+        await page.waitForURL('**/?text=gre');
+        await search.fill('green');
+        await page.waitForURL('**/?text=green');
+        await page.locator('#announcer', { hasText: 'The list has changed' }).waitFor({ state: 'attached' });
+        assert.equal(held.length, 1);
+        await page.evaluate(() => {
+            const strip = document.querySelector('.strip');
+            window.troubles = [];
+            new MutationObserver(() => window.troubles.push(strip.textContent)).observe(strip, { childList: true, characterData: true, subtree: true });
+        });
+        await held[0].abort();
+        await page.waitForResponse(/text=green/);
+        assert.deepEqual((await page.evaluate(() => window.troubles)).filter((text) => text !== ''), []);
+    });
+
     it('find a session by its day, both days included', async () => {
         const today = new Date().toISOString().slice(0, 10);
         const found = await fixture.open(`/?from=${today}&to=${today}`);
@@ -185,11 +207,41 @@ describe('Pages', () => {
     });
 });
 
+// Sessions as different as they come; answers the id of the last one.
+async function keepGallery() {
+    const { origin } = fixture.receiver;
+    const target = { xNormalizedTo1: 0.5, yNormalizedTo1: 0.5, xOriginalPx: 585, yOriginalPx: 1266 };
+    const at = (millis, type, eventDetails) => ({ timestamp: start.timestamp + millis, type, eventDetails });
+    const screenNamed = (screenName) => at(600, 'ScreenChange', { changeType: 'appear', detectionType: 'manual', screenHierarchy: [{ depth: 0, screenName, screenType: 'Screen' }] });
+    const taps = (count) => Array.from({ length: count }, () => at(700, 'UserInteraction', { interactionId: 'Tap', target }));
+    const signals = (...ids) => ids.map((signalId) => at(800, 'SignalCaptured', { signalId, target, ...(signalId === 'ErrorTap' && { error: { message: 'Failed' } }) }));
+    const gallery = [
+        { brandId: 'a-brand-of-long-name', device: [], screens: [], chunks: [] },
+        { brandId: 'brand', device: ['Phone 8', 'iOS 16.7.2'], screens: ['Accounts', 'Transfer to somebody else'], happened: [...taps(1204), ...signals('DeadTap')], chunks: [0, 3] },
+        { brandId: 'brand', device: ['Phone 14 Pro', 'iOS 17.4'], screens: ['Home', 'Search', 'Product', 'Bag', 'Checkout'], happened: [...taps(37), ...signals('RageTap', 'DeadTap', 'DeadTap', 'ErrorTap')], chunks: [0, 1], open: true },
+    ];
+    let id;
+    for (const { brandId, device: [model, system], screens, happened = [], chunks, open } of gallery) {
+        const project = { brandId, projectId: 'gallery' };
+        const metadata = [{ metadataId: 'DeviceModel', metadataValue: model }, { metadataId: 'OperatingSystem', metadataValue: system }];
+        id = await createSession(origin, project);
+        for (const number of chunks) {
+            const events = number === 0 ? [start, at(1, 'MetadataCaptured', { metadata }), ...screens.map(screenNamed), ...happened] : [];
+            await uploadChunk(origin, id, number, events, await videoOf(origin, fixture.session, 0), project);
+        }
+        if (!open) {
+            await closeSession(origin, id, project);
+        }
+    }
+    return id;
+}
+
 describe('The page', () => {
     it('obeys the rules of accessibility, light, dark and narrow', async () => {
+        const last = await keepGallery();
         for (const [name, options] of Object.entries({ 'list-light': {}, 'list-dark': { colorScheme: 'dark' }, 'list-phone': { width: 390, height: 844 } })) {
-            const page = await fixture.open('/?project=colours', options);
-            await rowOf(page, fixture.session).waitFor();
+            const page = await fixture.open('/?project=gallery', options);
+            await rowOf(page, last).waitFor();
             await assertAccessible(page);
             await keepScreenshot(page, name);
         }

@@ -72,19 +72,30 @@ class SessionList {
         this.#read(aloud).catch((failure) => this.#fail(failure)).finally(() => this.#poll.start());
     }
 
+    // Answers and failures of what is not asked for any more are let go.
     async #read(aloud) {
         const request = ++this.#requests;
-        const answer = await this.#resource.read();
-        if (request === this.#requests) {
-            this.#facetsAreOld ||= answer !== null;
-            this.#offerFacets();
-            // What is live and what was today changes without a word of the receiver.
-            const page = answer ?? this.#page;
-            this.#page = page;
-            this.#show(page);
-            if (aloud) {
-                announce(page.total === null ? 'The list has changed' : `${counted(page.total, 'session')} found`);
+        try {
+            const answer = await this.#resource.read();
+            if (request === this.#requests) {
+                this.#take(answer, aloud);
             }
+        } catch (failure) {
+            if (request === this.#requests) {
+                throw failure;
+            }
+        }
+    }
+
+    #take(answer, aloud) {
+        this.#facetsAreOld ||= answer !== null;
+        this.#offerFacets();
+        // What is live and what was today changes without a word of the receiver.
+        const page = answer ?? this.#page;
+        this.#page = page;
+        this.#show(page);
+        if (aloud) {
+            announce(page.total === null ? 'The list has changed' : `${counted(page.total, 'session')} found`);
         }
     }
 
