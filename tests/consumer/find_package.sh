@@ -15,3 +15,6 @@ PREFIX=$work/moved
 build "$SOURCE/tests/consumer/host" host
 (cd "$work" && XDG_CACHE_HOME=$work/cache host/host)
 build "$SOURCE/examples/minimal" minimal
+# Its information file lies beside it. Whether a receiver listens where that says is up to the machine.
+(cd "$work" && XDG_CACHE_HOME=$work/cache minimal/minimal) >"$work/log" || fail "$(cat "$work/log")"
+grep -qE '^start: (success|fail)' "$work/log" || fail "the example was answered: $(cat "$work/log")"

@@ -8,11 +8,12 @@
 #include "tests/contract/media/AssetWriterContract.hpp"
 
 namespace mireth::platform {
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(AssetWriterStates);
+
 namespace {
 
 using testing::HasSubstr;
-
-class AssetWriterStates : public AssetWriterContract {};
 
 TEST_P(AssetWriterStates, TimesThatDoNotIncreaseFailTheWriter) {
     for (const std::int64_t next :
@@ -237,8 +238,6 @@ TEST_P(AssetWriterStates, PoolsBuffersAreUsedAgain) {
     EXPECT_EQ(again->baseAddress(), address);
     EXPECT_NE(another->baseAddress(), address);
 }
-
-MIRETH_RUN_ASSET_WRITER_SUITE(AssetWriterStates);
 
 }  // namespace
 }  // namespace mireth::platform

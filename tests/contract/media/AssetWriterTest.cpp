@@ -11,6 +11,9 @@
 #include "tests/contract/media/AssetWriterContract.hpp"
 
 namespace mireth::platform {
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(AssetWriterFiles);
+
 namespace {
 
 using testing::HasSubstr;
@@ -19,8 +22,6 @@ using tests::VideoPacket;
 
 constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
-
-class AssetWriterFiles : public AssetWriterContract {};
 
 TEST_P(AssetWriterFiles, ChunkOfTwentyFramesLastsExactlyTenSeconds) {
     const WriterTrack track = startTrack();
@@ -341,8 +342,6 @@ TEST_P(AssetWriterFiles, WriterWithoutAPlaceOrATimescaleIsNotMade) {
     EXPECT_EQ(factory->makeWriter(outputFile, FileType::mpeg4, -600, 300), nullptr);
     EXPECT_EQ(factory->makeWriter(outputFile, FileType::mpeg4, 600, 0), nullptr);
 }
-
-MIRETH_RUN_ASSET_WRITER_SUITE(AssetWriterFiles);
 
 }  // namespace
 }  // namespace mireth::platform

@@ -1,22 +1,27 @@
-// Runs the suites of the graphics contract against every answer to it.
+// The rules of every Graphics, and what an implementation gives to be held to them.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <string>
 
 #include "MirethVex/Platform/Graphics.hpp"
-#include "platforms/linux/media/CairoGraphics.hpp"
 #include "tests/support/Canvas.hpp"
 
 namespace mireth::platform {
 
 /// Makes the graphics under test.
 struct GraphicsAnswer {
-    const char* name;
-    std::shared_ptr<Graphics> (*make)();
+    /// Of the tests, too: letters and digits.
+    std::string name;
+    std::function<std::shared_ptr<Graphics>()> make;
+
+    friend std::ostream& operator<<(std::ostream& out, const GraphicsAnswer& answer) {
+        return out << answer.name;
+    }
 };
 
 class GraphicsContract : public testing::TestWithParam<GraphicsAnswer> {
@@ -32,12 +37,11 @@ class GraphicsContract : public testing::TestWithParam<GraphicsAnswer> {
     const std::shared_ptr<Graphics> graphics = GetParam().make();
 };
 
-inline const GraphicsAnswer cairoAnswer{
-    "Cairo", []() -> std::shared_ptr<Graphics> { return std::make_shared<CairoGraphics>(); }};
+class GraphicsShapes : public GraphicsContract {};
+class GraphicsImages : public GraphicsContract {};
+class GraphicsGroups : public GraphicsContract {};
+class ImageRendererImages : public GraphicsContract {};
 
-/// Registers a suite once for each answer.
-#define MIRETH_RUN_GRAPHICS_SUITE(suite)                                \
-    INSTANTIATE_TEST_SUITE_P(Real, suite, testing::Values(cairoAnswer), \
-                             [](const auto& answer) { return std::string(answer.param.name); })
+inline constexpr auto nameOfGraphicsAnswer = [](const auto& info) { return info.param.name; };
 
 }  // namespace mireth::platform

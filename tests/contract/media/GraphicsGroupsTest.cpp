@@ -6,6 +6,9 @@
 #include "tests/contract/media/GraphicsContract.hpp"
 
 namespace mireth::platform {
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(GraphicsGroups);
+
 namespace {
 
 using tests::colorOf;
@@ -15,8 +18,6 @@ using tests::text;
 constexpr std::uint32_t clear = 0;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
-
-class GraphicsGroups : public GraphicsContract {};
 
 TEST_P(GraphicsGroups, GroupFadesAsOnePicture) {
     const Image image = draw([](GraphicsContext& context) {
@@ -153,8 +154,6 @@ TEST_P(GraphicsGroups, SenselessArgumentsDoNoHarm) {
     });
     EXPECT_EQ(pixel(image, 1, 1), text(tests::green));
 }
-
-MIRETH_RUN_GRAPHICS_SUITE(GraphicsGroups);
 
 }  // namespace
 }  // namespace mireth::platform

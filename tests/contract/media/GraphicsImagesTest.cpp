@@ -8,6 +8,9 @@
 #include "tests/contract/media/GraphicsContract.hpp"
 
 namespace mireth::platform {
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(GraphicsImages);
+
 namespace {
 
 using tests::channel;
@@ -16,8 +19,6 @@ using tests::pixel;
 using tests::text;
 
 constexpr std::uint32_t clear = 0;
-
-class GraphicsImages : public GraphicsContract {};
 
 TEST_P(GraphicsImages, PatternRepeatsFromTheOrigin) {
     const Image image = draw(
@@ -133,8 +134,6 @@ TEST_P(GraphicsImages, BitmapThatDoesNotFitTogetherIsRefused) {
     EXPECT_EQ(graphics->makeBitmapContext({bytes, 4, 2, huge - 3}), nullptr);
     EXPECT_EQ(graphics->makeBitmapContext({bytes, huge, huge, huge}), nullptr);
 }
-
-MIRETH_RUN_GRAPHICS_SUITE(GraphicsImages);
 
 }  // namespace
 }  // namespace mireth::platform

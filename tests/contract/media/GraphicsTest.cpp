@@ -8,6 +8,9 @@
 #include "tests/contract/media/GraphicsContract.hpp"
 
 namespace mireth::platform {
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(GraphicsShapes);
+
 namespace {
 
 using tests::channel;
@@ -17,8 +20,6 @@ using tests::text;
 
 constexpr std::uint32_t clear = 0;
 constexpr double infinity = std::numeric_limits<double>::infinity();
-
-class GraphicsShapes : public GraphicsContract {};
 
 TEST_P(GraphicsShapes, FillsExactlyTheRectangle) {
     const Image image = draw(
@@ -199,8 +200,6 @@ TEST_P(GraphicsShapes, ClearedRectangleIsTransparent) {
     EXPECT_EQ(pixel(image, 5, 5), text(clear));
     EXPECT_EQ(pixel(image, 7, 7), "#80000080");
 }
-
-MIRETH_RUN_GRAPHICS_SUITE(GraphicsShapes);
 
 }  // namespace
 }  // namespace mireth::platform

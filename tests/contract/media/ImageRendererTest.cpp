@@ -7,13 +7,14 @@
 #include "tests/contract/media/GraphicsContract.hpp"
 
 namespace mireth::platform {
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ImageRendererImages);
+
 namespace {
 
 using tests::colorOf;
 using tests::pixel;
 using tests::text;
-
-class ImageRendererImages : public GraphicsContract {};
 
 void drawNothing(GraphicsContext& /*context*/) {}
 
@@ -102,8 +103,6 @@ TEST_P(ImageRendererImages, SizesThatCannotBeHadGiveAnImageWithoutBitmap) {
             << odd;
     }
 }
-
-MIRETH_RUN_GRAPHICS_SUITE(ImageRendererImages);
 
 }  // namespace
 }  // namespace mireth::platform

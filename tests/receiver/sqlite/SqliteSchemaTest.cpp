@@ -199,6 +199,29 @@ TEST_F(SqliteSchemaTest, TimelinesOfTheFirstVersion2CountAgainstTheirSessionsByt
     EXPECT_EQ(number("SELECT timelineBytes FROM session WHERE id = 'S2'"), 0);
 }
 
+TEST_F(SqliteSchemaTest, LengthsOfAnEarlierVersionAreThoseOfTheirReplays) {
+    writeFirstVersion2();
+    database().execute(
+        "UPDATE chunk SET durationMillis = 4000 WHERE number = 0;"
+        "UPDATE chunk SET durationMillis = 14000 WHERE number = 1;"
+        "UPDATE session SET durationMillis = 18000 WHERE id = 'S1'");
+    ASSERT_TRUE(open());
+    EXPECT_EQ(number("SELECT durationMillis FROM session WHERE id = 'S1'"), 20'000);
+    EXPECT_EQ(number("SELECT durationMillis FROM session WHERE id = 'S2'"), 0);
+}
+
+TEST_F(SqliteSchemaTest, LengthsOfVersion3AreThoseOfTheirReplays) {
+    {
+        const auto store = open();
+        test::keep(*store, {.id = "S1"});
+        keepChunk(*store, "S1", 2, {}, 20);
+    }
+    database().execute("UPDATE session SET durationMillis = 10000; PRAGMA user_version = 3");
+    const auto store = open();
+    ASSERT_TRUE(store);
+    EXPECT_EQ(store->summary("S1").value()->durationMillis, 30'000);
+}
+
 TEST_F(SqliteSchemaTest, ALaterVersion2LacksNothingButItsNumber) {
     {
         const auto store = open();
@@ -208,7 +231,7 @@ TEST_F(SqliteSchemaTest, ALaterVersion2LacksNothingButItsNumber) {
     const auto store = open();
     ASSERT_TRUE(store);
     EXPECT_EQ(found(*store, "basket"), Ids{"S1"});
-    EXPECT_EQ(number("PRAGMA user_version"), 3);
+    EXPECT_EQ(number("PRAGMA user_version"), 4);
 }
 
 TEST_F(SqliteSchemaTest, WhatCannotBeBroughtUpToDateIsLeftAsItWas) {

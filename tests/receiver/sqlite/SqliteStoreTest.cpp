@@ -116,7 +116,7 @@ TEST_F(SqliteStoreTest, ListsTheLastStartedFirst) {
     EXPECT_EQ(sessions[1].chunks, 2);
     EXPECT_EQ(sessions[1].frames, 4);
     EXPECT_EQ(sessions[1].bytes, 17);
-    EXPECT_EQ(sessions[1].durationMillis, 2000);
+    EXPECT_EQ(sessions[1].durationMillis, 11'000);
     EXPECT_EQ(sessions[1].events, 2);
     EXPECT_EQ(store->contents("other").value(), std::nullopt);
 }

@@ -119,6 +119,34 @@ TEST_F(WholeVideo, AMissingChunkKeepsItsTime) {
     EXPECT_DOUBLE_EQ(at[39], 49.5);
 }
 
+TEST_F(WholeVideo, AShortChunkInTheMiddleKeepsItsTenSeconds) {
+    const auto bytes = encode("testsrc=");
+    receiver_.put(chunkUpload(id_, 0, bytes));
+    receiver_.put(chunkUpload(id_, 1, encode("testsrc=", "main", 8)));
+    receiver_.put(chunkUpload(id_, 2, bytes));
+    const auto probed = probe(download());
+    const auto at = times(probed);
+    ASSERT_EQ(at.size(), 48U);
+    EXPECT_DOUBLE_EQ(at[27], 13.5);
+    EXPECT_DOUBLE_EQ(at[28], 20.0);
+    EXPECT_EQ(probed.at("format").at("duration"), "30.000000");
+}
+
+TEST_F(WholeVideo, OfALongChunkTheFirstTenSecondsArePlayed) {
+    const auto longOne = encode("testsrc=", "main", 28);
+    receiver_.put(chunkUpload(id_, 0, longOne));
+    receiver_.put(chunkUpload(id_, 1, longOne));
+    const auto path = download();
+    const auto probed = probe(path);
+    const auto at = times(probed);
+    ASSERT_EQ(at.size(), 40U);
+    for (std::size_t i = 0; i < at.size(); ++i) {
+        EXPECT_DOUBLE_EQ(at[i], 0.5 * static_cast<double>(i));
+    }
+    EXPECT_EQ(probed.at("format").at("duration"), "20.000000");
+    EXPECT_EQ(decode(path), "");
+}
+
 TEST_F(WholeVideo, ChunksOfDifferentDecoderParametersPlayOneAfterTheOther) {
     receiver_.put(chunkUpload(id_, 0, encode("testsrc=", "high")));
     receiver_.put(chunkUpload(id_, 1, encode("testsrc=", "baseline")));

@@ -65,6 +65,21 @@ TEST_F(ReplayApi, OfASessionWithoutChunksIsComplete) {
     EXPECT_EQ(receiver_.get(at("/timeline.json")).body, "[]");
 }
 
+TEST_F(ReplayApi, EveryNumberTakesTenSecondsWhetherItsChunkIsThereOrShortOrLong) {
+    receiver_.put(chunkUpload(id_, 0));
+    receiver_.put(chunkUpload(id_, 1, mp4({.duration = 2400})));
+    receiver_.put(chunkUpload(id_, 2, mp4({.duration = 8400})));
+    receiver_.put(chunkUpload(id_, 4, mp4({.duration = 3000})));
+    const auto answer = replay();
+    const std::vector<std::int64_t> places{0, 10'000, 20'000, 40'000};
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        EXPECT_EQ(answer.at("chunks").at(i).at("atMillis"), places[i]) << i;
+    }
+    EXPECT_EQ(answer.at("chunks").at(2).at("durationMillis"), 14'000);
+    EXPECT_EQ(answer.at("session").at("durationMillis"), 45'000);
+    EXPECT_EQ(receiver_.getJson("/api/sessions").at("sessions").at(0).at("durationMillis"), 45'000);
+}
+
 TEST_F(ReplayApi, PlacesChunksBehindThoseThatAreMissing) {
     receiver_.put(chunkUpload(id_, 0, mp4({.duration = 3000})));
     receiver_.put(chunkUpload(id_, 3));
@@ -72,7 +87,7 @@ TEST_F(ReplayApi, PlacesChunksBehindThoseThatAreMissing) {
     ASSERT_EQ(chunks.size(), 2U);
     EXPECT_EQ(chunks[0].at("atMillis"), 0);
     EXPECT_EQ(chunks[0].at("durationMillis"), 5000);
-    EXPECT_EQ(chunks[1], json::parse(R"({"number":3,"atMillis":25000,"durationMillis":10000,"frames":20,
+    EXPECT_EQ(chunks[1], json::parse(R"({"number":3,"atMillis":30000,"durationMillis":10000,"frames":20,
         "bytes":)" + std::to_string(mp4().size()) +
                                      R"(,"endMillis":1700000010000,"receivedMillis":1700000000123,
         "url":")" + at("/chunks/3.mp4") +

@@ -33,7 +33,8 @@ class SessionList : public testing::Test {
 
 TEST_F(SessionList, OfAnEmptyReceiverIsEmpty) {
     EXPECT_EQ(page(), json::parse(R"({"sessions":[],"next":null,"total":0})"));
-    EXPECT_EQ(receiver_.getJson("/api/facets"), json::parse(R"({"projects":[],"screens":[]})"));
+    EXPECT_EQ(receiver_.getJson("/api/facets"),
+              json::parse(R"({"projects":[],"screens":[],"moreScreens":false})"));
 }
 
 TEST_F(SessionList, SaysWhatASessionHolds) {
@@ -53,7 +54,25 @@ TEST_F(SessionList, SaysWhatASessionHolds) {
     receiver_.closeSession("S1", "b1", "shop");
     EXPECT_EQ(page().at("sessions").at(0).at("state"), "closed");
     EXPECT_EQ(receiver_.getJson("/api/facets"),
-              json::parse(R"({"projects":["shop"],"screens":["Cart","Pay"]})"));
+              json::parse(R"({"projects":["shop"],"screens":["Cart","Pay"],"moreScreens":false})"));
+}
+
+TEST_F(SessionList, SaysSoWhereThereAreMoreScreensThanItNames) {
+    keep({.id = "S1"});
+    for (int tens = 0; tens < 10; ++tens) {
+        std::vector<TimelineEvent> events;
+        for (int i = 0; i < 100; ++i) {
+            events.push_back(screenEvent("Screen " + std::to_string(tens * 100 + i)));
+        }
+        keep({.id = "T" + std::to_string(tens), .chunks = {events}});
+    }
+    auto facets = receiver_.getJson("/api/facets");
+    EXPECT_EQ(facets.at("screens").size(), 1000U);
+    EXPECT_EQ(facets.at("moreScreens"), false);
+    keepChunk(receiver_.store(), "S1", 0, {screenEvent("One more")}, 5);
+    facets = receiver_.getJson("/api/facets");
+    EXPECT_EQ(facets.at("screens").size(), 1000U);
+    EXPECT_EQ(facets.at("moreScreens"), true);
 }
 
 TEST_F(SessionList, MissingChunksKeepTheirTime) {
@@ -64,6 +83,15 @@ TEST_F(SessionList, MissingChunksKeepTheirTime) {
     EXPECT_EQ(session.at("chunks"), 2);
     EXPECT_EQ(session.at("missingChunks"), 3);
     EXPECT_EQ(session.at("durationMillis"), 50'000);
+}
+
+TEST_F(SessionList, AChunkLongerThanTenSecondsTakesNoMore) {
+    const auto id = receiver_.createSession();
+    receiver_.put(chunkUpload(id, 1, mp4({.duration = 8400})));
+    EXPECT_EQ(page().at("sessions").at(0).at("durationMillis"), 20'000);
+    // One before it, come late, makes the session no longer.
+    receiver_.put(chunkUpload(id, 0, mp4({.duration = 2400})));
+    EXPECT_EQ(page().at("sessions").at(0).at("durationMillis"), 20'000);
 }
 
 TEST_F(SessionList, ScreensStandInTheOrderOfTheTimelineWhateverOrderTheChunksCameIn) {

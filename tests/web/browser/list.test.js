@@ -247,6 +247,17 @@ describe('The page', () => {
         }
     });
 
+    it('says as much on a narrow window as on a wide one', async () => {
+        const wide = await fixture.open('/?project=colours');
+        const said = await cellsOf(rowOf(wide, fixture.session));
+        for (const width of [960, 700, 390, 320]) {
+            const page = await fixture.open('/?project=colours', { width });
+            assert.deepEqual(await cellsOf(rowOf(page, fixture.session)), said, `${width} pixels`);
+            assert.equal(await rowOf(page, fixture.session).getByText('iOS 17.4').isVisible(), true, `${width} pixels`);
+            assert.ok(await page.evaluate((most) => document.documentElement.scrollWidth <= most, width), `${width} pixels`);
+        }
+    });
+
     it('fits a phone, with its filters folded away', async () => {
         const page = await fixture.open('/', { width: 360, height: 740 });
         await rows(page).first().waitFor();

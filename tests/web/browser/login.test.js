@@ -5,7 +5,7 @@ import { describe, it } from 'node:test';
 import { assertAccessible } from '../support/accessibility.js';
 import { untilPicture } from '../support/browser.js';
 import { useReceiver } from '../support/fixture.js';
-import { tokens } from '../support/programs.js';
+import { record, tokens } from '../support/programs.js';
 import { keepScreenshot } from '../support/screenshots.js';
 
 const fixture = useReceiver({ strangers: true });
@@ -84,6 +84,21 @@ describe('The viewing token', () => {
 });
 
 describe('Logging out', () => {
+    it('is offered beside a replay too, on a phone’s width as well', async () => {
+        const session = await record(fixture.receiver, 'colours');
+        for (const width of [1280, 390, 320]) {
+            const page = await fixture.open(`/sessions/${session}`, { width });
+            await logIn(page);
+            await untilPicture(page);
+            const button = page.getByRole('button', { name: 'Log out' });
+            await button.waitFor();
+            await assertAccessible(page);
+            assert.ok(await page.evaluate((most) => document.documentElement.scrollWidth <= most, width), `${width} pixels`);
+            await button.click();
+            await page.getByRole('heading', { name: 'Who is there?' }).waitFor();
+        }
+    });
+
     it('asks again who is there', async () => {
         const page = await fixture.open('/');
         await logIn(page);

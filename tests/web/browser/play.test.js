@@ -3,6 +3,7 @@ import assert from 'node:assert/strict';
 import { describe, it } from 'node:test';
 
 import { shownTime, untilPicture } from '../support/browser.js';
+import { createSession, uploadChunk, videoOf } from '../support/client.js';
 import { useReceiver } from '../support/fixture.js';
 import { coloursAt, isNear } from '../support/pixels.js';
 import { keepScreenshot } from '../support/screenshots.js';
@@ -162,6 +163,29 @@ describe('A gap', () => {
         await playUntil(page, 31);
         await untilPicture(page);
         assert.ok(isNear(await phoneColour(page), green));
+        page.expectQuiet();
+    });
+
+    it('is where a chunk in the middle is short, and list, replay and download are equally long', async () => {
+        const { origin } = fixture.receiver;
+        const session = await createSession(origin);
+        // The last chunk of the recorded session is two seconds short.
+        for (const [number, from] of [[0, 0], [1, 2], [2, 0]]) {
+            await uploadChunk(origin, session, number, number === 0 ? [start] : [], await videoOf(origin, fixture.session, from));
+        }
+        await fixture.end(session);
+        const page = await fixture.open(`/sessions/${session}#t=19`);
+        await onStage(page, 'No frames were recorded here').waitFor();
+        await page.getByText('/ 0:30.0').waitFor();
+        const length = await page.evaluate((address) => new Promise((resolve, reject) => {
+            const player = document.createElement('video');
+            player.addEventListener('durationchange', () => resolve(player.duration));
+            player.addEventListener('error', () => reject(new Error(player.error.message)));
+            player.src = address;
+        }), `/api/sessions/${session}/video.mp4`);
+        assert.ok(Math.abs(length - 30) < 0.1, `it is ${length} s long`);
+        await page.getByRole('link', { name: 'Sessions' }).click();
+        await page.locator(`tr[data-id="${session}"]`).getByText('0:30').waitFor();
         page.expectQuiet();
     });
 

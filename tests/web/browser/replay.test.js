@@ -221,6 +221,49 @@ describe('Keys', () => {
         assert.equal(await page.getByRole('dialog').count(), 0);
     });
 
+    it('that write something can be switched off, and the page remembers it', async () => {
+        const page = await opened();
+        await page.getByRole('button', { name: 'Keys' }).click();
+        await page.getByRole('checkbox', { name: 'Use letters and signs as keys' }).uncheck();
+        await assertAccessible(page);
+        await page.getByRole('button', { name: 'Close' }).click();
+        const nothingWritten = async () => {
+            for (const key of ['n', '.', '>', 's', 'K', '?']) {
+                await page.keyboard.press(key);
+            }
+            assert.equal(await shownTime(page), 0);
+            assert.equal(await page.getByRole('combobox', { name: 'Speed' }).inputValue(), '1');
+            assert.equal(await page.getByRole('dialog').count(), 0);
+            await page.keyboard.press('ArrowRight');
+            await untilTime(page, '0:05.0');
+        };
+        await nothingWritten();
+        await page.keyboard.press('Home');
+        await page.reload();
+        await untilPicture(page);
+        await nothingWritten();
+        await page.getByRole('button', { name: 'Keys' }).click();
+        await page.getByRole('checkbox', { name: 'Use letters and signs as keys' }).check();
+        await page.getByRole('button', { name: 'Close' }).click();
+        await page.keyboard.press('.');
+        await untilTime(page, '0:05.5');
+        page.expectQuiet();
+    });
+
+    it('leave Home and End to the facts while these have the focus and do not fit', async () => {
+        const page = await opened('#t=12', { height: 640 });
+        await page.locator('.facts').focus();
+        await page.keyboard.press('End');
+        await page.waitForFunction(() => document.querySelector('.facts').scrollTop > 0);
+        assert.equal(await shownTime(page), 12);
+        await page.keyboard.press('Home');
+        await page.waitForFunction(() => document.querySelector('.facts').scrollTop === 0);
+        assert.equal(await shownTime(page), 12);
+        await page.setViewportSize({ width: 1280, height: 1200 });
+        await page.keyboard.press('End');
+        await untilTime(page, '0:28.0');
+    });
+
     it('leave the browser’s own alone', async () => {
         const page = await opened();
         await page.keyboard.press('Control+ArrowRight');

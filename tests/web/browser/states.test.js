@@ -219,35 +219,72 @@ describe('Deleting', () => {
 });
 
 describe('Texts of a session', () => {
-    it('are shown as they are, and none of them runs', async () => {
+    const target = { xNormalizedTo1: 0.5, yNormalizedTo1: 0.5, xOriginalPx: 1, yOriginalPx: 1 };
+    const metadataIds = ['AppVersion', 'OperatingSystem', 'DeviceModel', 'DeviceCodename', 'SdkVersion', 'Platform', 'DeviceId'];
+
+    /** A closed session of `project` with `events` and a log line for each of `lines`. */
+    async function keep(project, events, lines) {
         const { origin } = fixture.receiver;
-        const id = await createSession(origin, { brandId: hostileTexts[0], projectId: hostileTexts[1] });
-        const project = { brandId: hostileTexts[0], projectId: hostileTexts[1] };
-        const target = { xNormalizedTo1: 0.5, yNormalizedTo1: 0.5, xOriginalPx: 1, yOriginalPx: 1 };
-        const metadata = ['SdkVersion', 'AppVersion', 'DeviceId', 'DeviceModel', 'Platform', 'OperatingSystem', 'DeviceCodename']
-            .map((metadataId, index) => ({ metadataId, metadataValue: hostileTexts[index % hostileTexts.length] }));
+        const id = await createSession(origin, project);
+        await uploadChunk(origin, id, 0, [start, ...events], await videoOf(origin, fixture.session, 0), project);
+        for (const text of lines) {
+            await postLog(origin, id, { logTag: text, logMessage: text, [text]: text }, project);
+        }
+        await closeSession(origin, id, project);
+        return id;
+    }
+
+    async function openWatched(path) {
+        const page = await fixture.open(path, { before: (opening) => opening.addInitScript(() => { window.harm = 0; }) });
+        await page.locator('.entry, tbody tr').first().waitFor();
+        return page;
+    }
+
+    async function expectHarmless(page) {
+        assert.equal(await page.evaluate(() => window.harm), 0);
+        const markup = 'img, iframe, script, object, embed, style, link, base, form:not([role="search"])';
+        assert.equal(await page.evaluate((kinds) => document.querySelectorAll(`:is(main, header) :is(${kinds})`).length, markup), 0);
+        page.expectQuiet();
+    }
+
+    it('of screens and errors are shown as they are, and none of them runs', async () => {
         const events = hostileTexts.flatMap((text, index) => [
             { timestamp: 1_700_000_000_000 + index * 90, type: 'ScreenChange', eventDetails: { changeType: 'appear', detectionType: 'manual', screenHierarchy: [{ depth: 0, screenName: text, screenType: text }] } },
             { timestamp: 1_700_000_000_050 + index * 90, type: 'SignalCaptured', eventDetails: { signalId: 'ErrorTap', target, error: { message: text } } },
         ]);
-        await uploadChunk(origin, id, 0, [start, { timestamp: 1_700_000_000_001, type: 'MetadataCaptured', eventDetails: { metadata } }, ...events], await videoOf(origin, fixture.session, 0), project);
-        for (const text of hostileTexts.slice(0, 20)) {
-            await postLog(origin, id, { logTag: text, logMessage: text, [text]: text }, project);
-        }
-        await closeSession(origin, id, project);
-
-        const page = await fixture.open(`/sessions/${id}`, { before: (opening) => opening.addInitScript(() => { window.harm = 0; }) });
+        const id = await keep({ brandId: 'brand', projectId: 'project' }, events, []);
+        const page = await openWatched(`/sessions/${id}`);
         await untilPicture(page);
         await page.getByRole('combobox', { name: 'Speed' }).selectOption('8');
         await page.getByRole('button', { name: 'Play', exact: true }).click();
         await page.getByRole('button', { name: 'Play', exact: true }).waitFor();
-        const titles = await page.locator('.entry.screen .title').allTextContents();
-        assert.deepEqual(titles, hostileTexts);
-        assert.equal(await page.evaluate(() => window.harm), 0);
-        assert.equal(await page.evaluate(() => document.querySelectorAll('main img, main iframe, main script, main object, main embed, main style, main link, main base').length), 0);
-        await page.goto(`${origin}/`);
-        await page.locator(`tr[data-id="${id}"]`).waitFor();
-        assert.equal(await page.evaluate(() => document.querySelectorAll('main img, main iframe, main script').length), 0);
-        page.expectQuiet();
+        assert.deepEqual(await page.locator('.entry.screen .title').allTextContents(), hostileTexts);
+        assert.deepEqual(await page.locator('.entry.error .text').allTextContents(), hostileTexts);
+        await expectHarmless(page);
+    });
+
+    it('of metadata, projects and log lines are shown as they are, and none of them runs', async () => {
+        const ids = [];
+        for (let from = 0; from < hostileTexts.length; from += metadataIds.length) {
+            const texts = metadataIds.map((id, index) => hostileTexts[(from + index) % hostileTexts.length]);
+            const metadata = metadataIds.map((metadataId, index) => ({ metadataId, metadataValue: texts[index] }));
+            const project = { brandId: texts[0], projectId: texts[1] };
+            const id = await keep(project, [{ timestamp: 1_700_000_000_001, type: 'MetadataCaptured', eventDetails: { metadata } }], texts);
+            const page = await openWatched(`/sessions/${id}`);
+            await page.locator('.entry.log').nth(texts.length - 1).waitFor();
+            const facts = await page.locator('.facts dd bdi').allTextContents();
+            assert.deepEqual(facts.slice(0, -1), [`${texts[0]} / ${texts[1]}`, ...texts]);
+            assert.deepEqual(await page.locator('.entry.log .title').allTextContents(), texts);
+            assert.equal(await page.locator('h1 bdi').textContent(), texts[1]);
+            await page.locator('.entry details').evaluateAll((all) => all.forEach((each) => { each.open = true; }));
+            await expectHarmless(page);
+            await page.context().close();
+            ids.push(id);
+        }
+        const list = await openWatched('/');
+        for (const id of ids) {
+            await list.locator(`tr[data-id="${id}"]`).waitFor();
+        }
+        await expectHarmless(list);
     });
 });

@@ -69,8 +69,9 @@ int exportVideo(const ExportOptions& options, std::ostream& errors) {
     }
     bound(RLIMIT_FSIZE, static_cast<rlim_t>((*contents)->summary.bytes) + overhead);
     std::vector<VideoPart> parts;
-    for (std::size_t i = 0; const auto at : chunkPlaces(chunks)) {
-        parts.push_back({.path = chunks[i++].videoPath, .atMillis = at});
+    for (const auto& chunk : chunks) {
+        parts.push_back(
+            {.path = chunk.videoPath, .atMillis = chunkPlace(chunk.number), .mostMillis = placeMillis});
     }
     const auto joined = joinVideos(parts, options.output);
     return joined ? 0 : fail(errors, joined.error());

@@ -1,5 +1,6 @@
 // Two forms of tables were written under number 2: the first had a full-text index over the texts, whose case
-// rules were for ASCII only, and no sum of a session's timelines. The second is what version 3 is.
+// rules were for ASCII only, and no sum of a session's timelines. The second is what version 3 is. Both
+// summed up how long a session's chunks are, where version 4 has the length of its replay.
 #include "sqlite/SchemaUpdate.hpp"
 
 #include "sqlite/TextRows.hpp"
@@ -24,6 +25,12 @@ CREATE TABLE gram (
 CREATE INDEX gramByText ON gram(textId);
 )sql";
 
+constexpr const char* lengthsOfReplays = R"sql(
+UPDATE session SET durationMillis =
+    (SELECT coalesce(max(chunk.number * 10000 + min(chunk.durationMillis, 10000)), 0)
+     FROM chunk WHERE chunk.place = session.place);
+)sql";
+
 bool isFirstForm(const Database& database) {
     return !database.prepare("SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = 'gram'").step();
 }
@@ -43,12 +50,13 @@ void foldTexts(const Database& database) {
 
 }  // namespace
 
-void updateFromVersion2(const Database& database) {
+void updateSchema(const Database& database) {
     if (isFirstForm(database)) {
         database.execute(fromTheFirstForm);
         foldTexts(database);
     }
-    database.execute("PRAGMA user_version = 3");
+    database.execute(lengthsOfReplays);
+    database.execute("PRAGMA user_version = 4");
 }
 
 }  // namespace mireth::receiver

@@ -5,8 +5,8 @@
 
 namespace mireth::receiver {
 
-/// From version 2 to version 3, within the caller's transaction. Throws DatabaseError when tables are
+/// From version 2 or 3 to version 4, within the caller's transaction. Throws DatabaseError when tables are
 /// missing.
-void updateFromVersion2(const Database& database);
+void updateSchema(const Database& database);
 
 }  // namespace mireth::receiver

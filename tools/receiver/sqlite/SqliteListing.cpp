@@ -8,6 +8,12 @@
 #include "sqlite/SummaryRow.hpp"
 
 namespace mireth::receiver {
+namespace {
+
+// A choice among more than this is no help; the text search finds the others.
+constexpr std::size_t mostScreens = 1000;
+
+}  // namespace
 
 std::vector<std::string> SqliteStore::screensOf(std::int64_t place) const {
     std::vector<std::string> screens;
@@ -65,9 +71,14 @@ Stored<Facets> SqliteStore::facets() {
             }
             facets.projects.push_back(last = project.text(0));
         }
-        auto screen = reader_.prepare("SELECT value FROM text WHERE kind = 0 ORDER BY value LIMIT 1000");
+        auto screen = reader_.prepare("SELECT value FROM text WHERE kind = 0 ORDER BY value LIMIT ?");
+        screen.bind(static_cast<std::int64_t>(mostScreens) + 1);
         while (screen.step()) {
             facets.screens.push_back(screen.text(0));
+        }
+        facets.moreScreens = facets.screens.size() > mostScreens;
+        if (facets.moreScreens) {
+            facets.screens.pop_back();
         }
         return facets;
     });

@@ -1,5 +1,6 @@
 // Version 1 kept every event in a row and counted when asked; version 2 keeps a chunk's timeline as one text
-// and counts when a chunk comes in; version 3 finds texts in any case, whatever the alphabet.
+// and counts when a chunk comes in; version 3 finds texts in any case, whatever the alphabet;
+// version 4 keeps how long a session's replay is.
 #include "sqlite/SqliteSchema.hpp"
 
 #include "sqlite/SchemaUpdate.hpp"
@@ -7,7 +8,7 @@
 namespace mireth::receiver {
 namespace {
 
-constexpr std::int64_t schemaVersion = 3;
+constexpr std::int64_t schemaVersion = 4;
 
 // A session's place is its start in milliseconds times 4096 and a little more, so that places are unique and
 // in the order of the starts: pages, cursors and time ranges are all ranges of places.
@@ -85,7 +86,7 @@ CREATE TABLE sessionText (
     PRIMARY KEY (place, textId)
 ) WITHOUT ROWID;
 CREATE INDEX sessionByText ON sessionText(textId, place);
-PRAGMA user_version = 3;
+PRAGMA user_version = 4;
 )sql";
 
 // The earliest that can be brought up to date.
@@ -113,7 +114,7 @@ void prepareSchema(const Database& database) {
     if (found == 0) {
         database.execute(schema);
     } else if (found < schemaVersion) {
-        updateFromVersion2(database);
+        updateSchema(database);
     }
     transaction.commit();
 }

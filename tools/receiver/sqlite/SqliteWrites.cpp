@@ -4,6 +4,7 @@
 #include "sqlite/SqliteGuard.hpp"
 #include "sqlite/SqliteStore.hpp"
 #include "sqlite/TextRows.hpp"
+#include "store/ChunkPlaces.hpp"
 
 namespace mireth::receiver {
 namespace {
@@ -139,7 +140,8 @@ void SqliteStore::addToSums(std::int64_t place, const Chunk& chunk, std::uint64_
         .prepare(
             "UPDATE session SET lastMillis = max(lastMillis, ?), chunks = chunks + 1,"
             " highestChunk = max(highestChunk, ?), frames = frames + ?, bytes = bytes + ?,"
-            " durationMillis = durationMillis + ?, timelineBytes = timelineBytes + ?, events = events + ?, "
+            " durationMillis = max(durationMillis, ?), timelineBytes = timelineBytes + ?, events = events + "
+            "?, "
             "taps = taps + ?,"
             " rageTaps = rageTaps + ?, deadTaps = deadTaps + ?, errorTaps = errorTaps + ?,"
             " deviceModel = coalesce(nullif(?, ''), deviceModel),"
@@ -148,7 +150,7 @@ void SqliteStore::addToSums(std::int64_t place, const Chunk& chunk, std::uint64_
         .bind(chunk.number)
         .bind(chunk.frames)
         .bind(static_cast<std::int64_t>(bytes))
-        .bind(chunk.durationMillis)
+        .bind(chunkEnd(chunk.number, chunk.durationMillis))
         .bind(static_cast<std::int64_t>(chunk.timeline.size()))
         .bind(chunk.events)
         .bind(summary.counts.taps)

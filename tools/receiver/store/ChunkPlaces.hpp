@@ -1,34 +1,23 @@
-// Where each chunk of a session stands in its replay, those that are missing keeping their time. The page,
-// the list and the exported video follow the same rule.
+// Where each chunk of a session stands in its replay: every number takes as long as clients make a chunk,
+// whether it is missing, short or long. The page, the lists and the exported video follow this one rule.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
-#include <vector>
-
-#include "store/Records.hpp"
 
 namespace mireth::receiver {
 
-/// What a chunk that is missing is taken to last: as long as clients make them.
-inline constexpr std::int64_t missingChunkMillis = 10'000;
+/// What every number takes, in milliseconds.
+inline constexpr std::int64_t placeMillis = 10'000;
 
-/// The beginning of each chunk in milliseconds; `chunks` are by number.
-inline std::vector<std::int64_t> chunkPlaces(const std::vector<Chunk>& chunks) {
-    std::vector<std::int64_t> places;
-    std::int64_t at = 0;
-    std::int64_t expected = 0;
-    for (const auto& chunk : chunks) {
-        at += (chunk.number - expected) * missingChunkMillis;
-        places.push_back(at);
-        at += chunk.durationMillis;
-        expected = chunk.number + 1;
-    }
-    return places;
+/// Where the chunk of this number begins, in milliseconds.
+constexpr std::int64_t chunkPlace(std::int64_t number) {
+    return number * placeMillis;
 }
 
-/// How long the whole replay is.
-inline std::int64_t replayMillis(const SessionSummary& summary) {
-    return summary.durationMillis + summary.missingChunks * missingChunkMillis;
+/// Where it ends: earlier than the next begins when it is short, never later.
+constexpr std::int64_t chunkEnd(std::int64_t number, std::int64_t durationMillis) {
+    return chunkPlace(number) + std::min(durationMillis, placeMillis);
 }
 
 }  // namespace mireth::receiver

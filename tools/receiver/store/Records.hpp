@@ -56,7 +56,7 @@ struct SessionSummary {
     std::int64_t missingChunks = 0;  ///< numbers below the highest one that are not there
     std::int64_t frames = 0;
     std::int64_t bytes = 0;
-    std::int64_t durationMillis = 0;  ///< of the chunks that are there
+    std::int64_t durationMillis = 0;  ///< of the replay: where the chunk with the highest number ends
     std::int64_t events = 0;
     std::int64_t logLines = 0;
     SignalCounts counts = {};

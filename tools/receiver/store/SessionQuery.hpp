@@ -39,7 +39,8 @@ struct SessionPage {
 /// What the list can be filtered by.
 struct Facets {
     std::vector<std::string> projects;
-    std::vector<std::string> screens;
+    std::vector<std::string> screens;  ///< the first by name
+    bool moreScreens = false;          ///< whether there are others
 };
 
 }  // namespace mireth::receiver

@@ -82,13 +82,22 @@ class Input {
     const AVStream& stream() const { return *stream_; }
     std::int64_t atMillis() const { return part_.atMillis; }
 
+    // The next picture; false at the end of the part's place. What follows that in decoding order is not
+    // needed by anything before it.
     bool read(AVPacket& packet) const {
         int code = 0;
         while ((code = av_read_frame(context_.get(), &packet)) >= 0) {
-            if (packet.stream_index == stream_->index) {
+            const bool isPicture = packet.stream_index == stream_->index;
+            if (isPicture && packet.dts < end()) {
+                if (packet.duration > 0 && packet.dts > end() - packet.duration) {
+                    packet.duration = end() - packet.dts;
+                }
                 return true;
             }
             av_packet_unref(&packet);
+            if (isPicture) {
+                return false;
+            }
         }
         if (code != AVERROR_EOF) {
             check(code, part_.path);
@@ -97,6 +106,10 @@ class Input {
     }
 
   private:
+    std::int64_t end() const {
+        return av_rescale_q(part_.mostMillis, AVRational{1, 1000}, stream_->time_base);
+    }
+
     const VideoPart& part_;
     std::unique_ptr<AVFormatContext, CloseInput> context_;
     AVStream* stream_ = nullptr;

@@ -11,7 +11,8 @@ namespace mireth::receiver {
 
 struct VideoPart {
     std::string path;
-    std::int64_t atMillis = 0;  ///< where it begins in the whole
+    std::int64_t atMillis = 0;    ///< where it begins in the whole
+    std::int64_t mostMillis = 0;  ///< what it has beyond this is left out
 };
 
 /// Writes `output`, in order of time; where nothing is, the picture before stays. `parts` must not be empty.

@@ -21,7 +21,7 @@ Json summaryJson(const SessionSummary& summary) {
             {"state", session.closedMillis ? "closed" : "open"},
             {"startMillis", session.startMillis},
             {"lastMillis", summary.lastMillis},
-            {"durationMillis", replayMillis(summary)},
+            {"durationMillis", summary.durationMillis},
             {"device", {{"model", summary.deviceModel}, {"system", summary.deviceSystem}}},
             {"screens", summary.screens},
             {"counts",
@@ -44,11 +44,9 @@ Json metadataJson(const SessionFacts& facts) {
 
 Json chunksJson(const SessionContents& outline) {
     Json list = Json::array();
-    const auto places = chunkPlaces(outline.chunks);
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        const auto& chunk = outline.chunks[i];
+    for (const auto& chunk : outline.chunks) {
         list.push_back({{"number", chunk.number},
-                        {"atMillis", places[i]},
+                        {"atMillis", chunkPlace(chunk.number)},
                         {"durationMillis", chunk.durationMillis},
                         {"frames", chunk.frames},
                         {"bytes", chunk.bytes},
@@ -105,7 +103,8 @@ std::string pageJson(const SessionPage& page) {
 }
 
 std::string facetsJson(const Facets& facets) {
-    return jsonText({{"projects", facets.projects}, {"screens", facets.screens}});
+    return jsonText(
+        {{"projects", facets.projects}, {"screens", facets.screens}, {"moreScreens", facets.moreScreens}});
 }
 
 ReplayJson replayJson(const SessionContents& outline, const SessionFacts& facts) {

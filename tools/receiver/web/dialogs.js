@@ -1,4 +1,4 @@
-// The two questions that a replay may ask: what the keys are, and whether to delete.
+// The dialogs of a replay: what the keys are, and whether to delete.
 import { el } from './dom.js';
 import { keyHelp } from './keys.js';
 
@@ -8,10 +8,15 @@ function open(dialog) {
     dialog.showModal();
 }
 
-export function showKeys() {
+/** `letters`: whether keys that write something mean something; `setLetters` is called when that is switched. */
+export function showKeys(letters, setLetters) {
+    const choice = el('input', { type: 'checkbox', checked: letters, 'aria-describedby': 'letters-text' });
+    choice.addEventListener('change', () => setLetters(choice.checked));
     open(el('dialog', { 'aria-labelledby': 'keys-title' },
         el('h2', { id: 'keys-title' }, 'Keys'),
         el('dl', { class: 'keys' }, keyHelp.flatMap(([keys, meaning]) => [el('dt', {}, keys), el('dd', {}, meaning)])),
+        el('label', { class: 'check' }, choice, 'Use letters and signs as keys'),
+        el('p', { id: 'letters-text', class: 'faint' }, 'Switch this off if words that you dictate, or keys touched by chance, move the replay. Space, Home, End and the arrows go on working.'),
         el('form', { method: 'dialog', class: 'actions' }, el('button', {}, 'Close'))));
 }
 

@@ -55,9 +55,9 @@ export function when(millis, now = Date.now()) {
     return `${date.toLocaleDateString('en-GB', { day: 'numeric', month: 'short', year })} ${time}`;
 }
 
-/** "Friday 21 November 2025, 14:03:22" */
+/** "Fri, 21 Nov 2025, 14:03:22" */
 export function fullDate(millis) {
     const date = new Date(millis);
-    const day = date.toLocaleDateString('en-GB', { weekday: 'long', day: 'numeric', month: 'long', year: 'numeric' });
+    const day = date.toLocaleDateString('en-GB', { weekday: 'short', day: 'numeric', month: 'short', year: 'numeric' });
     return `${day}, ${date.toLocaleTimeString('en-GB')}`;
 }

@@ -20,9 +20,15 @@ const actions = new Map([
 // What a slider's users expect of it besides.
 const sliderActions = new Map([['ArrowUp', 'forward'], ['ArrowDown', 'back'], ['PageUp', 'farForward'], ['PageDown', 'farBack']]);
 
-/** What a key means here, or null where it belongs to what has the focus, or to the browser. */
-export function actionOf(event) {
+/**
+ * What a key means here, or null where it belongs to what has the focus, or to the browser. Without `letters` no key that
+ * writes a letter or a sign means anything.
+ */
+export function actionOf(event, letters = true) {
     if (event.ctrlKey || event.metaKey || event.altKey || event.defaultPrevented) {
+        return null;
+    }
+    if (!letters && event.key.length === 1 && event.key !== ' ') {
         return null;
     }
     const target = event.target instanceof Element ? event.target : document.body;
@@ -32,8 +38,16 @@ export function actionOf(event) {
     if (target.role === 'slider' && sliderActions.has(event.key)) {
         return sliderActions.get(event.key);
     }
+    if (['Home', 'End'].includes(event.key) && scrolls(target)) {
+        return null;
+    }
     if (event.key === ' ' && target.closest('button, a, summary, input')) {
         return null;
     }
     return actions.get(event.key.length === 1 ? event.key.toLowerCase() : event.key) ?? null;
+}
+
+// Whether `target`, which has the focus, has something to scroll to with these keys itself.
+function scrolls(target) {
+    return target !== document.body && target.scrollHeight > target.clientHeight && getComputedStyle(target).overflowY !== 'visible';
 }

@@ -38,6 +38,7 @@ const drawings = {
     next: ['M3 3v10l7.5-5zM11.2 3H13v10h-1.8z'],
     download: ['M7.1 2h1.8v6h2.6L8 11.6 4.5 8h2.6zM3 12.6h10v1.6H3z'],
     remove: ['M6 2h4v1.2h3v1.6H3V3.2h3zM4 5.8h8l-.6 8.2H4.6z'],
+    leave: ['M2.5 2h6v1.6H4.1v8.8h4.4V14h-6zM10.2 4.6 13.6 8l-3.4 3.4-1.1-1.1 1.5-1.5H6.5V7.2h4.1L9.1 5.7z'],
     video: ['M2 4h8.5v8H2zM11.5 7l3-2v6l-3-2z'],
 };
 

@@ -1,7 +1,7 @@
 // Asks for the token that allows viewing.
 import { logIn, logOut, viewer } from './api.js';
 import { el } from './dom.js';
-import { sign } from './kinds.js';
+import { icon, sign } from './kinds.js';
 
 const complaints = {
     unauthorised: 'The receiver does not know this token.',
@@ -49,6 +49,6 @@ export async function offerLogout(place, done) {
         button.remove();
         done();
     };
-    const button = el('button', { type: 'button', class: 'quiet log-out', on: { click: leave } }, 'Log out');
+    const button = el('button', { type: 'button', class: 'quiet log-out', title: 'Log out', on: { click: leave } }, icon('leave'), el('span', { class: 'words' }, 'Log out'));
     place.append(button);
 }

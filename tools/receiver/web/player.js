@@ -7,6 +7,7 @@ import { EventList } from './eventlist.js';
 import { clockTime } from './format.js';
 import { actionOf } from './keys.js';
 import { Narrator } from './narrator.js';
+import { recall, remember } from './preferences.js';
 import { Scrubber } from './scrubber.js';
 import { sectionAt } from './sections.js';
 import { Stage } from './stage.js';
@@ -19,6 +20,7 @@ export class Player {
     #model = null;
     #drawing = false;
     #resumeAfterDrag = false;
+    #letters = recall('letters', 'yes') === 'yes';
     #narrator = new Narrator();
     #stage;
     #reel;
@@ -101,7 +103,7 @@ export class Player {
     }
 
     #key(event) {
-        const action = this.element.isConnected ? actionOf(event) : null;
+        const action = this.element.isConnected ? actionOf(event, this.#letters) : null;
         if (action !== null) {
             event.preventDefault();
             this.#act(action);
@@ -112,10 +114,15 @@ export class Player {
         if (name === 'link') {
             this.#copyLink();
         } else if (name === 'help') {
-            showKeys();
+            showKeys(this.#letters, (letters) => this.#setLetters(letters));
         } else {
             this.#transport.act(name);
         }
+    }
+
+    #setLetters(letters) {
+        this.#letters = letters;
+        remember('letters', letters ? 'yes' : 'no');
     }
 
     #moved() {

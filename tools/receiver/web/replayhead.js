@@ -8,8 +8,8 @@ import { liveSign } from './livesign.js';
 export class ReplayHead {
     #project = foreign('');
     #started = el('span', { class: 'faint' });
-    #title = el('h1', {}, this.#project, ' ', this.#started);
     #state = el('span', { class: 'state' });
+    #title = el('h1', {}, this.#project, ' ', this.#started, ' ', this.#state);
     #video;
     /** What stands in the header, in order. */
     parts;
@@ -18,7 +18,7 @@ export class ReplayHead {
     constructor(id, remove) {
         const download = (address, title, ...children) => el('a', { class: 'button', href: address, download: true, title }, ...children);
         this.#video = download(videoAddress(id), 'Download the whole session as one MP4', icon('video'), words('Video'));
-        this.parts = [wayUp(), this.#title, this.#state, el('div', { class: 'actions' },
+        this.parts = [wayUp(), this.#title, el('div', { class: 'actions' },
             this.#video,
             download(timelineAddress(id), 'Download the timeline as JSON', icon('download'), words('Timeline')),
             el('button', { type: 'button', class: 'quiet danger', title: 'Delete this session', on: { click: remove } }, icon('remove'), words('Delete')))];
@@ -41,7 +41,7 @@ export class ReplayHead {
 
 /** The way back to the list. */
 export function wayUp() {
-    return el('a', { href: '/', class: 'up' }, 'Sessions');
+    return el('a', { href: '/', class: 'up' }, el('span', {}, 'Sessions'));
 }
 
 // On a phone's width the drawing has to do.

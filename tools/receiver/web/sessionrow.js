@@ -18,8 +18,8 @@ export function sessionRow(session) {
     const start = el('a', { href: replayAddress(session.id), class: 'stretched', title: fullDate(session.startMillis) }, when(session.startMillis));
     return el('tr', { role: 'row', 'data-id': session.id },
         cell('started', start, liveSign(session)),
-        cell('length', el('span', { 'aria-hidden': 'true' }, clockTime(session.durationMillis / 1000)),
-            el('span', { class: 'unseen' }, spokenTime(session.durationMillis / 1000)), missing(session)),
+        cell('length', missing(session), el('span', { 'aria-hidden': 'true' }, clockTime(session.durationMillis / 1000)),
+            el('span', { class: 'unseen' }, spokenTime(session.durationMillis / 1000))),
         cell('project', foreign(session.projectId), ' ', foreign(session.brandId, { class: 'faint' })),
         cell('device', ...device(session.device, session.state === 'open')),
         cell('screens', ...screens(session.screens)),
@@ -35,12 +35,12 @@ function cell(kind, ...children) {
 
 function missing(session) {
     return session.missingChunks > 0 &&
-        el('span', { class: 'missing', title: `${counted(session.missingChunks, 'chunk')} of the video never arrived` }, ' gaps');
+        el('span', { class: 'missing', title: `${counted(session.missingChunks, 'chunk')} of the video never arrived` }, 'gaps ');
 }
 
 function device({ model, system }, open) {
     if (!model && !system) {
-        return [el('span', { class: 'faint' }, open ? 'not known yet' : 'not known')];
+        return [el('span', { class: 'faint' }, open ? 'device not known yet' : 'device not known')];
     }
     return [foreign(model || 'Unknown'), ' ', foreign(system || '', { class: 'faint' })];
 }
