@@ -8,7 +8,7 @@
 #include "qt/support/XServer.hpp"
 
 int main(int argc, char** argv) {
-    const mireth::qttest::XServer screen(800, 900);
+    const mireth::qttest::XServer screen(900, 900);
     qputenv("DISPLAY", screen.display().c_str());
     qputenv("QT_QPA_PLATFORM", "xcb");
     qputenv("LIBGL_ALWAYS_SOFTWARE", "1");
