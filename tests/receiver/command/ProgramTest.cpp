@@ -1,6 +1,7 @@
 // The program itself: its command line, its ready line, its signals.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -226,6 +227,19 @@ TEST_F(ReceiverProgram, BadStartsEndWithOneLineAndStatusOne) {
     EXPECT_NE(errorOf({"--unknown"}).find("--unknown"), std::string::npos);
     EXPECT_EQ(run({"show", "x", "--data", directory_.file("nowhere")}).errors,
               "mireth-receiver: there is no receiver's data in " + directory_.file("nowhere") + "\n");
+}
+
+TEST_F(ReceiverProgram, StrangersDoNotFillItsLog) {
+    Program program(serving());
+    const int port = portOf(nlohmann::json::parse(program.readLine()));
+    for (int i = 0; i < 500; ++i) {
+        EXPECT_EQ(request(port, "POST", "/WRTarrowEngine/Ajax.php?action=ClientLog", "nothing").status, 400);
+    }
+    program.signal(SIGTERM);
+    const auto errors = program.wait().errors;
+    EXPECT_NE(errors.find("mireth-receiver: a log line was refused: "), std::string::npos);
+    EXPECT_NE(errors.find(" more like it: a log line was refused\n"), std::string::npos);
+    EXPECT_LT(std::ranges::count(errors, '\n'), 250);
 }
 
 TEST_F(ReceiverProgram, AnUnknownSessionIsNamedSafely) {

@@ -8,8 +8,10 @@
 #include <memory>
 #include <mutex>
 #include <ostream>
+#include <vector>
 
 #include "base/PrintableText.hpp"
+#include "base/ReportThrottle.hpp"
 
 namespace mireth::receiver {
 namespace {
@@ -17,10 +19,33 @@ namespace {
 // What is reported may quote a stranger, who must not fill the operator's log.
 constexpr std::size_t longestReport = 500;
 
+class Reports {
+  public:
+    explicit Reports(std::ostream& errors) : errors_(errors) {}
+    Reports(const Reports&) = delete;
+    Reports& operator=(const Reports&) = delete;
+    ~Reports() { write(throttle_.rest()); }
+
+    void add(std::string_view line) {
+        const std::lock_guard lock(mutex_);
+        write(throttle_.pass(line.substr(0, longestReport), std::chrono::steady_clock::now()));
+    }
+
+  private:
+    void write(const std::vector<std::string>& lines) {
+        for (const auto& line : lines) {
+            errors_ << "mireth-receiver: " << printableText(line) << std::endl;
+        }
+    }
+
+    std::ostream& errors_;
+    std::mutex mutex_;
+    ReportThrottle throttle_;  // guarded by mutex_
+};
+
 }  // namespace
 
 Environment Environment::real(std::ostream& errors) {
-    auto guard = std::make_shared<std::mutex>();
     return {
         .wallMillis =
             [] {
@@ -29,11 +54,8 @@ Environment Environment::real(std::ostream& errors) {
             },
         .steadyNow = [] { return std::chrono::steady_clock::now(); },
         .newIdentifier = [] { return boost::uuids::to_string(boost::uuids::random_generator_pure{}()); },
-        .report =
-            [guard, &errors](std::string_view line) {
-                const std::lock_guard lock(*guard);
-                errors << "mireth-receiver: " << printableText(line.substr(0, longestReport)) << std::endl;
-            },
+        .report = [reports =
+                       std::make_shared<Reports>(errors)](std::string_view line) { reports->add(line); },
     };
 }
 

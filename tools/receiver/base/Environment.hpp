@@ -22,8 +22,8 @@ struct Environment {
     /// Takes one line for the operator, without a line end; control characters are made visible.
     std::function<void(std::string_view)> report;
 
-    /// The machine's clocks, random UUIDs, and lines on `errors` behind "mireth-receiver: ".
-    /// `errors` must outlive the result.
+    /// The machine's clocks, random UUIDs, and lines on `errors` behind "mireth-receiver: ", of each kind not
+    /// too many. `errors` must outlive the result and its copies.
     static Environment real(std::ostream& errors);
 };
 
