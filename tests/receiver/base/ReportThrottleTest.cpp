@@ -23,7 +23,8 @@ TEST(ReportThrottle, AFewLinesOfAKindPassAndTheRestIsCounted) {
     now += 999ms;
     EXPECT_EQ(throttle.pass("a log line was refused: too many", now), Lines{});
     now += 1ms;
-    EXPECT_EQ(throttle.pass("a log line was refused: too many", now), Lines{"1981 more like it: a log line was refused"});
+    EXPECT_EQ(throttle.pass("a log line was refused: too many", now),
+              Lines{"1981 more like it: a log line was refused"});
     EXPECT_EQ(throttle.rest(), Lines{"1 more like it: a log line was refused"});
 }
 
@@ -33,9 +34,11 @@ TEST(ReportThrottle, AnotherKindIsNotHeldBackAndBringsTheCountAlong) {
     for (int i = 0; i < 25; ++i) {
         throttle.pass("a chunk was answered ERROR: no", now);
     }
-    EXPECT_EQ(throttle.pass("cannot keep a session: disk I/O error", now), Lines{"cannot keep a session: disk I/O error"});
+    EXPECT_EQ(throttle.pass("cannot keep a session: disk I/O error", now),
+              Lines{"cannot keep a session: disk I/O error"});
     now += 1s;
-    EXPECT_EQ(throttle.pass("listening", now), (Lines{"5 more like it: a chunk was answered ERROR", "listening"}));
+    EXPECT_EQ(throttle.pass("listening", now),
+              (Lines{"5 more like it: a chunk was answered ERROR", "listening"}));
     EXPECT_EQ(throttle.rest(), Lines{});
 }
 

@@ -21,6 +21,8 @@ constexpr const char* recordPath = "/mobile-sr-ingestion/v1/sessions/record-play
 
 class SlowClients : public testing::Test {
   protected:
+    explicit SlowClients(std::string limits = R"("limits":{})") : limits_(std::move(limits)) {}
+
     std::string createSession() const {
         const auto created =
             request(port_, "POST", "/mobile-sr-ingestion/v1/sessions/create",
@@ -48,14 +50,51 @@ class SlowClients : public testing::Test {
         return good && closed.body == R"({"status":"SUCCESS"})";
     }
 
+    int finishedOf(int clients) const {
+        std::atomic<int> finished = 0;
+        std::vector<std::thread> working;
+        for (int i = 0; i < clients; ++i) {
+            working.emplace_back([&] { finished += work() ? 1 : 0; });
+        }
+        for (auto& thread : working) {
+            thread.join();
+        }
+        return finished;
+    }
+
+    const std::string limits_;
     const TemporaryDirectory directory_;
     // Each of the working clients may upload as fast as it can.
-    const std::string config_ =
-        directory_.write("config.json", R"({"default":{"uploadRate":{"perSecond":1000,"burst":1000}}})");
+    const std::string config_ = directory_.write(
+        "config.json", R"({"default":{"uploadRate":{"perSecond":1000,"burst":1000}},)" + limits_ + "}");
     Program program_{receiverCommand({"--listen", "127.0.0.1:0", "--data", directory_.file("data"),
                                       "--config", config_, "--print-ready"})};
     const nlohmann::json ready_ = nlohmann::json::parse(program_.readLine());
     const int port_ = std::stoi(ready_.at("listen").get<std::string>().substr(10));
+};
+
+/// Sends a little to each of its connections, again and again.
+class Dripping {
+  public:
+    Dripping(std::list<RawConnection>& connections, std::string drop)
+        : thread_([this, &connections, drop = std::move(drop)] {
+              while (!ended_) {
+                  for (const auto& connection : connections) {
+                      connection.send(drop);
+                  }
+                  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+              }
+          }) {}
+    Dripping(const Dripping&) = delete;
+    Dripping& operator=(const Dripping&) = delete;
+    ~Dripping() {
+        ended_ = true;
+        thread_.join();
+    }
+
+  private:
+    std::atomic<bool> ended_ = false;
+    std::thread thread_;
 };
 
 TEST_F(SlowClients, FiveHundredOfThemDoNotKeepFiftyFromTheirWork) {
@@ -76,30 +115,43 @@ TEST_F(SlowClients, FiveHundredOfThemDoNotKeepFiftyFromTheirWork) {
             .send("GET /api/sessions/" + id + "/chunks/0.mp4 HTTP/1.1\r\nHost: localhost\r\n\r\n");
     }
     ASSERT_EQ(silent.size() + dripping.size(), 500U);
-    std::atomic<bool> ended = false;
-    std::thread dripper([&] {
-        while (!ended) {
-            for (const auto& connection : dripping) {
-                connection.send("-");
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        }
-    });
-    std::atomic<int> finished = 0;
-    std::vector<std::thread> working;
-    for (int i = 0; i < 50; ++i) {
-        working.emplace_back([&] { finished += work() ? 1 : 0; });
+    {
+        const Dripping dripper(dripping, "-");
+        EXPECT_EQ(finishedOf(50), 50);
     }
-    for (auto& thread : working) {
-        thread.join();
-    }
-    EXPECT_EQ(finished, 50);
-    ended = true;
-    dripper.join();
     silent.clear();
     dripping.clear();
     program_.signal(SIGTERM);
     EXPECT_EQ(program_.wait().status, 0);
+}
+
+class FewConnections : public SlowClients {
+  protected:
+    FewConnections() : SlowClients(R"("limits":{"connections":60})") {}
+};
+
+// They are quick enough to look like a phone far out, and would take for hours what they could get.
+TEST_F(FewConnections, ClientsThatAreNotQuiteSoSlowTakeThemAllFromNobody) {
+    std::list<RawConnection> dripping;
+    for (int i = 0; i < 60; ++i) {
+        dripping.emplace_back(port_).send("PUT " + std::string(recordPath) +
+                                          " HTTP/1.1\r\nContent-Length: 20000000\r\nContent-Type: "
+                                          "multipart/form-data; boundary=b\r\n\r\n");
+    }
+    const Dripping dripper(dripping, std::string(250, '-'));
+    EXPECT_EQ(finishedOf(10), 10);
+}
+
+// Log posts need no token.
+TEST_F(FewConnections, StrangersTakeThemAllFromNobody) {
+    std::list<RawConnection> dripping;
+    for (int i = 0; i < 60; ++i) {
+        dripping.emplace_back(port_).send(
+            "POST /WRTarrowEngine/Ajax.php?action=ClientLog&M_BID=b&M_ZoneID=p HTTP/1.1\r\n"
+            "Content-Length: 130000\r\n\r\nMessage=");
+    }
+    const Dripping dripper(dripping, std::string(250, '-'));
+    EXPECT_EQ(finishedOf(10), 10);
 }
 
 }  // namespace

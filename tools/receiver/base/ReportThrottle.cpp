@@ -22,7 +22,8 @@ void ReportThrottle::refill(Instant now) {
         kind.allowance = std::min(burst, kind.allowance + passed);
         kind.filledAt = std::max(kind.filledAt, now);
     }
-    std::erase_if(kinds_, [](const auto& entry) { return entry.second.held == 0 && entry.second.allowance >= burst; });
+    std::erase_if(
+        kinds_, [](const auto& entry) { return entry.second.held == 0 && entry.second.allowance >= burst; });
 }
 
 ReportThrottle::Kind& ReportThrottle::kindOf(std::string_view line, Instant now) {

@@ -1,5 +1,5 @@
-// Keeps strangers from filling the operator's log: of each kind of line a few pass at once and then one a second; those
-// held back are counted and told in one line. Used by the real environment.
+// Keeps strangers from filling the operator's log: of each kind of line a few pass at once and then one a
+// second; those held back are counted and told in one line. Used by the real environment.
 #pragma once
 
 #include <chrono>
@@ -16,8 +16,8 @@ class ReportThrottle {
   public:
     using Instant = std::chrono::steady_clock::time_point;
 
-    /// What to write when `line` is reported at `now`, in this order: how many were held back of each kind that may
-    /// speak again, and the line itself, unless it is held back.
+    /// What to write when `line` is reported at `now`, in this order: how many were held back of each kind
+    /// that may speak again, and the line itself, unless it is held back.
     std::vector<std::string> pass(std::string_view line, Instant now);
     /// What to write at the end, when lines are still held back.
     std::vector<std::string> rest() const;

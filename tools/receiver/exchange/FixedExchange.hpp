@@ -13,8 +13,8 @@ class FixedExchange final : public Exchange {
   public:
     explicit FixedExchange(Answer answer) : answer_(std::move(answer)) {}
 
-    /// As much of a body as is read, and thrown away, for the client to get as far as reading the answer.
-    std::uint64_t bodyLimit() const override { return std::uint64_t{128} * 1024; }
+    /// Nobody waits for the body of a request that is refused anyway.
+    std::uint64_t bodyLimit() const override { return 0; }
     void accept(std::string_view) override {}
     Answer finish() override { return answer_; }
     Answer refuse(int) override { return answer_; }

@@ -9,9 +9,6 @@
 namespace mireth::receiver {
 namespace {
 
-// A client that is slower for longer gives its thread up while others wait for one.
-constexpr std::chrono::seconds slowTime{2};
-constexpr double slowRate = 1024;  // bytes a second
 // An answer may take as long as its bytes take at this rate.
 constexpr std::uint64_t answerRate = std::uint64_t{32} * 1024;
 
@@ -24,27 +21,21 @@ Patience::Patience(const Limits& limits, const StopSignal& stop, Crowd& crowd)
       requestTime_(limits.requestSeconds),
       idleTime_(limits.idleSeconds),
       deadline_(began_ + std::chrono::seconds(std::min(limits.headSeconds, limits.requestSeconds))),
-      movingSince_(began_) {}
+      pace_{.since = began_} {}
 
 void Patience::answerBegins() {
     if (!answering_) {
         answering_ = true;
-        movingSince_ = Clock::now();
-        moved_ = 0;
-        deadline_ = std::max(deadline_, movingSince_ + idleTime_);
+        pace_ = {.since = Clock::now()};
+        deadline_ = std::max(deadline_, pace_.since + idleTime_);
     }
 }
 
 void Patience::moved(std::uint64_t bytes) {
-    moved_ += bytes;
+    pace_.bytes += bytes;
     if (answering_) {
         deadline_ += std::chrono::milliseconds(bytes * 1000 / answerRate);
     }
-}
-
-bool Patience::isSlow(Clock::time_point now) const {
-    const std::chrono::duration<double> time = now - movingSince_;
-    return time >= slowTime && static_cast<double>(moved_) < slowRate * time.count();
 }
 
 void Patience::shorten(std::chrono::seconds time) {
@@ -53,8 +44,9 @@ void Patience::shorten(std::chrono::seconds time) {
 
 bool Patience::wait(int fd, short events) {
     const auto silentUntil = Clock::now() + idleTime_;
+    const CrowdWait waiting(crowd_, pace_);
     for (;;) {
-        gaveWay_ = gaveWay_ || (isSlow(Clock::now()) && crowd_.serveOne());
+        gaveWay_ = gaveWay_ || crowd_.givesWay(pace_, Clock::now());
         if (gaveWay_) {
             return false;
         }

@@ -50,8 +50,6 @@ class Patience {
   private:
     using Clock = StopSignal::Clock;
 
-    bool isSlow(Clock::time_point now) const;
-
     const StopSignal& stop_;
     Crowd& crowd_;
     const Clock::time_point began_;
@@ -60,8 +58,7 @@ class Patience {
     Clock::time_point deadline_;
     bool answering_ = false;
     bool gaveWay_ = false;
-    Clock::time_point movingSince_;
-    std::uint64_t moved_ = 0;  ///< bytes since then
+    Crowd::Pace pace_;
 };
 
 }  // namespace mireth::receiver
