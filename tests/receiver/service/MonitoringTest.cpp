@@ -1,6 +1,7 @@
 // What the operator's monitoring reads: /healthz and /metrics.
 #include <gtest/gtest.h>
 
+#include "service/MeasuredExchange.hpp"
 #include "service/Metrics.hpp"
 #include "support/RunningReceiver.hpp"
 
@@ -20,6 +21,18 @@ TEST(Health, IsWellWhileTheStoreAnswers) {
     EXPECT_EQ(response.status, 200);
     EXPECT_EQ(response.body, R"({"status":"ok"})");
     EXPECT_EQ(response.header("cache-control"), "no-store");
+}
+
+TEST(Health, IsIllWhenTheStoreCannotBeRead) {
+    RunningReceiver receiver;
+    const Database other(receiver.data() + "/receiver.db", Database::Mode::write);
+    other.execute("ALTER TABLE session RENAME TO elsewhere");
+    EXPECT_EQ(receiver.get("/healthz").status, 503);
+    const auto reports = receiver.takeReports();
+    ASSERT_EQ(reports.size(), 1U);
+    EXPECT_NE(reports[0].find("no such table: session"), std::string::npos);
+    other.execute("ALTER TABLE elsewhere RENAME TO session");
+    EXPECT_EQ(receiver.get("/healthz").status, 200);
 }
 
 TEST(MetricsEndpoint, CountsRequestsBytesChunksAndWhatIsKept) {
@@ -51,6 +64,27 @@ TEST(MetricsEndpoint, CountsRequestsBytesChunksAndWhatIsKept) {
     EXPECT_TRUE(holds(text, "video_bytes " + std::to_string(mp4().size())));
     EXPECT_FALSE(holds(text, "received_bytes_total 0"));
     EXPECT_FALSE(holds(text, "disk_free_bytes 0"));
+}
+
+class Failing final : public Exchange {
+  public:
+    std::uint64_t bodyLimit() const override { return 10; }
+    void accept(std::string_view) override { throw std::bad_alloc(); }
+    Answer finish() override { throw std::runtime_error("no"); }
+    Answer refuse(int) override { throw 1; }
+};
+
+TEST(Measured, WhatThrowsCountsAsAnErrorOfTheReceivers) {
+    Metrics metrics;
+    const MeasuredExchange::Now now = [] { return std::chrono::steady_clock::time_point{}; };
+    const auto made = [&] { return MeasuredExchange(std::make_unique<Failing>(), "record", metrics, now); };
+    EXPECT_THROW(made().accept("bytes"), std::bad_alloc);
+    EXPECT_THROW(made().finish(), std::runtime_error);
+    EXPECT_THROW(made().refuse(400), int);
+    const auto text = metrics.text({});
+    EXPECT_TRUE(holds(text, R"(requests_total{endpoint="record",status="500"} 3)")) << text;
+    EXPECT_TRUE(holds(text, "errors_total 3"));
+    EXPECT_TRUE(holds(text, "received_bytes_total 5"));
 }
 
 TEST(MetricsText, LatenciesAreCumulativeAndEveryNameIsDescribedOnce) {

@@ -25,19 +25,38 @@ class MeasuredExchange final : public Exchange {
     std::uint64_t bodyLimit() const override { return inner_->bodyLimit(); }
     void accept(std::string_view bytes) override {
         received_ += bytes.size();
-        inner_->accept(bytes);
+        watched([&] { inner_->accept(bytes); });
     }
-    Answer finish() override { return counted(inner_->finish()); }
-    Answer refuse(int status) override { return counted(inner_->refuse(status)); }
+    Answer finish() override {
+        return counted(watched([&] { return inner_->finish(); }));
+    }
+    Answer refuse(int status) override {
+        return counted(watched([&] { return inner_->refuse(status); }));
+    }
 
   private:
+    // What throws is answered 500 by the server, and is counted as that.
+    template <typename Work>
+    auto watched(Work work) -> decltype(work()) {
+        try {
+            return work();
+        } catch (...) {
+            count(500, 0);
+            throw;
+        }
+    }
+
     Answer counted(Answer answer) {
-        metrics_.count({.endpoint = endpoint_,
-                        .status = answer.status,
-                        .received = received_,
-                        .sent = answer.piece ? answer.piece->size : answer.body.size(),
-                        .took = std::max(now_() - began_, std::chrono::steady_clock::duration::zero())});
+        count(answer.status, answer.piece ? answer.piece->size : answer.body.size());
         return answer;
+    }
+
+    void count(int status, std::uint64_t sent) {
+        metrics_.count({.endpoint = endpoint_,
+                        .status = status,
+                        .received = received_,
+                        .sent = sent,
+                        .took = std::max(now_() - began_, std::chrono::steady_clock::duration::zero())});
     }
 
     const std::unique_ptr<Exchange> inner_;
