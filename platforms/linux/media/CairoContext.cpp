@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "platforms/linux/media/CairoImage.hpp"
 #include "platforms/linux/media/CairoPath.hpp"
@@ -17,14 +18,6 @@ bool isInvertible(const cairo_matrix_t& matrix) {
            std::isfinite(matrix.y0);
 }
 
-CornerRadii reducedBy(const CornerRadii& radii, double width) {
-    CornerRadii inner = radii;
-    for (double& radius : inner) {
-        radius = std::max(0.0, radius - width);
-    }
-    return inner;
-}
-
 /// True for a point that Cairo's stroker can follow.
 bool isNear(cairo_t* cairo, Point point) {
     cairo_user_to_device(cairo, &point.x, &point.y);
@@ -34,7 +27,10 @@ bool isNear(cairo_t* cairo, Point point) {
 
 }  // namespace
 
-CairoContext::CairoContext(cairo_surface_t* surface) : cairo_(cairo_create(surface)) {}
+CairoContext::CairoContext(cairo_surface_t* surface, std::shared_ptr<BlockCoverages> blocks)
+    : cairo_(cairo_create(surface)),
+      blocks_(std::in_place, surface, std::move(blocks)),
+      clip_(blocks_->area()) {}
 
 CairoContext::CairoContext(const CairoContext& outer)
     : cairo_(cairo_reference(outer.cairo_.get())), collapsed_(outer.collapsed_) {}
@@ -55,13 +51,20 @@ bool CairoContext::drawsNothing() const {
     return collapsed_ || !isValid();
 }
 
+cairo_matrix_t CairoContext::matrix() const {
+    cairo_matrix_t matrix;
+    cairo_get_matrix(cairo_.get(), &matrix);
+    return matrix;
+}
+
 void CairoContext::saveState() {
     cairo_save(cairo_.get());
-    scopes_.push_back({false, collapsed_});
+    scopes_.push_back({false, collapsed_, clip_});
 }
 
 void CairoContext::popScope() {
     collapsed_ = scopes_.back().wasCollapsed;
+    clip_ = scopes_.back().clip;
     scopes_.pop_back();
 }
 
@@ -77,8 +80,7 @@ void CairoContext::concatenate(const AffineTransform& transform) {
     if (drawsNothing()) {
         return;
     }
-    cairo_matrix_t matrix;
-    cairo_get_matrix(cairo_.get(), &matrix);
+    cairo_matrix_t matrix = this->matrix();
     cairo_matrix_t own;
     cairo_matrix_init(&own, transform.a, transform.b, transform.c, transform.d, transform.tx, transform.ty);
     cairo_matrix_multiply(&matrix, &own, &matrix);
@@ -101,10 +103,20 @@ void CairoContext::clipToRoundedRect(const Rect& rect, const CornerRadii& radii)
     }
     addRoundedRect(cairo_.get(), *visible, radii);
     cairo_clip(cairo_.get());
+    narrowClip(rect, radii);
+}
+
+void CairoContext::narrowClip(const Rect& rect, const CornerRadii& radii) {
+    const auto pixels = clip_ && radii == CornerRadii{} ? DeviceRect::inPixels(rect, matrix()) : std::nullopt;
+    clip_ = pixels ? std::optional(clip_->intersected(*pixels)) : std::nullopt;
+}
+
+bool CairoContext::drawDirectly(const OpaqueBlocks::Block& block) {
+    return clip_ && blocks_->draw(block, matrix(), *clip_);
 }
 
 void CairoContext::fillRoundedRect(const Rect& rect, const CornerRadii& radii, const Color& color) {
-    if (drawsNothing()) {
+    if (drawsNothing() || drawDirectly({rect, radii, 0, color})) {
         return;
     }
     const auto visible = visiblePart(cairo_.get(), rect);
@@ -118,7 +130,7 @@ void CairoContext::fillRoundedRect(const Rect& rect, const CornerRadii& radii, c
 
 void CairoContext::strokeInsideRoundedRect(const Rect& rect, const CornerRadii& radii, double width,
                                            const Color& color) {
-    if (drawsNothing() || !(width > 0)) {
+    if (drawsNothing() || !(width > 0) || drawDirectly({rect, radii, width, color})) {
         return;
     }
     const auto visible = visiblePart(cairo_.get(), rect);
@@ -126,20 +138,7 @@ void CairoContext::strokeInsideRoundedRect(const Rect& rect, const CornerRadii& 
         return;
     }
     setColor(cairo_.get(), color);
-    addRoundedRect(cairo_.get(), *visible, radii);
-    const Rect inner{visible->x + width, visible->y + width, visible->width - 2 * width,
-                     visible->height - 2 * width};
-    if (inner.width > 0 && inner.height > 0) {
-        // A ring rather than a stroke: it stays inside at every corner.
-        CornerRadii fitted = radii;
-        for (double& radius : fitted) {
-            radius = std::min({radius, visible->width / 2, visible->height / 2});
-        }
-        addRoundedRect(cairo_.get(), inner, reducedBy(fitted, width));
-        cairo_set_fill_rule(cairo_.get(), CAIRO_FILL_RULE_EVEN_ODD);
-    }
-    cairo_fill(cairo_.get());
-    cairo_set_fill_rule(cairo_.get(), CAIRO_FILL_RULE_WINDING);
+    fillRing(cairo_.get(), *visible, radii, width);
 }
 
 void CairoContext::strokeLine(Point from, Point to, double width, const Color& color) {
@@ -189,7 +188,8 @@ void CairoContext::clearRect(const Rect& rect) {
 
 void CairoContext::beginGroup() {
     cairo_push_group(cairo_.get());
-    scopes_.push_back({true, collapsed_});
+    scopes_.push_back({true, collapsed_, clip_});
+    clip_.reset();
 }
 
 CairoPattern CairoContext::popGroup() {
@@ -218,7 +218,8 @@ void CairoContext::endGroupMasked(double opacity, const std::function<void(Graph
         return;
     }
     cairo_push_group_with_content(cairo_.get(), CAIRO_CONTENT_ALPHA);
-    scopes_.push_back({true, collapsed_});
+    scopes_.push_back({true, collapsed_, clip_});
+    clip_.reset();
     saveState();
     if (drawMask) {
         CairoContext inner(*this);

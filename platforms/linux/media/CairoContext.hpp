@@ -1,10 +1,12 @@
 // A graphics context on a Cairo surface. Private to this folder; CairoGraphics hands it out.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "MirethVex/Platform/Graphics.hpp"
 #include "platforms/linux/media/CairoHandles.hpp"
+#include "platforms/linux/media/OpaqueBlocks.hpp"
 
 namespace mireth::platform {
 
@@ -12,8 +14,9 @@ namespace mireth::platform {
 /// far as the clip shows it. Calls without their counterpart are ignored.
 class CairoContext final : public GraphicsContext {
   public:
-    /// Keeps a reference to `surface`.
-    explicit CairoContext(cairo_surface_t* surface);
+    /// Keeps a reference to `surface`. `blocks` may be shared with contexts before and after this one.
+    explicit CairoContext(cairo_surface_t* surface,
+                          std::shared_ptr<BlockCoverages> blocks = std::make_shared<BlockCoverages>());
     ~CairoContext() override;
 
     bool isValid() const override;
@@ -39,6 +42,7 @@ class CairoContext final : public GraphicsContext {
     struct Scope {
         bool isGroup = false;
         bool wasCollapsed = false;
+        std::optional<DeviceRect> clip;
     };
 
     /// Draws into the same surface as `outer`, with states and groups of its own, which end with it.
@@ -49,10 +53,17 @@ class CairoContext final : public GraphicsContext {
     /// Leaves the innermost group, with the states saved in it; null when there is none.
     CairoPattern popGroup();
     void popScope();
+    cairo_matrix_t matrix() const;
+    void narrowClip(const Rect& rect, const CornerRadii& radii);
+    /// True when the block was drawn without a path.
+    bool drawDirectly(const OpaqueBlocks::Block& block);
     /// Multiplies what the innermost group holds.
     void fade(double opacity);
 
     CairoHandle cairo_;
+    std::optional<OpaqueBlocks> blocks_;
+    /// The clip, where it consists of whole pixels of the surface itself, not of a group's picture.
+    std::optional<DeviceRect> clip_;
     std::vector<Scope> scopes_;
     /// True under a transform that has no area.
     bool collapsed_ = false;

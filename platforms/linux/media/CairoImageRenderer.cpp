@@ -68,7 +68,7 @@ Image CairoImageRenderer::image(const std::function<void(GraphicsContext&)>& act
         return {};
     }
     {
-        CairoContext context(surface.get());
+        CairoContext context(surface.get(), blocks_);
         context.concatenate(AffineTransform::scale(format_.scale, format_.scale));
         if (actions) {
             actions(context);

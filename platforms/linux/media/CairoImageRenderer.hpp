@@ -1,7 +1,10 @@
 // Renders images on a Cairo surface that is kept from one image to the next. Private to this folder.
 #pragma once
 
+#include <memory>
+
 #include "MirethVex/Platform/Graphics.hpp"
+#include "platforms/linux/media/BlockCoverages.hpp"
 #include "platforms/linux/media/CairoHandles.hpp"
 
 namespace mireth::platform {
@@ -20,6 +23,7 @@ class CairoImageRenderer final : public ImageRenderer {
     const ImageRendererFormat format_;
     /// Kept between images: making and unmapping a megabyte for each frame costs more than clearing it.
     CairoSurface surface_;
+    const std::shared_ptr<BlockCoverages> blocks_ = std::make_shared<BlockCoverages>();
 };
 
 }  // namespace mireth::platform

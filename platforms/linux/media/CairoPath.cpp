@@ -11,11 +11,19 @@ namespace {
 /// How far beyond the clip a shape is followed. Cairo's coordinates end at 2^23 pixels.
 constexpr double neighbourhood = 8192;
 
-double fittedRadius(double radius, const Rect& rect) {
-    return radius > 0 ? std::min({radius, rect.width / 2, rect.height / 2}) : 0;
+CornerRadii reducedBy(const CornerRadii& radii, double width) {
+    CornerRadii inner = radii;
+    for (double& radius : inner) {
+        radius = std::max(0.0, radius - width);
+    }
+    return inner;
 }
 
 }  // namespace
+
+double fittedRadius(double radius, const Rect& rect) {
+    return radius > 0 ? std::min({radius, rect.width / 2, rect.height / 2}) : 0;
+}
 
 double clampedToUnit(double value) {
     return value >= 0 ? std::min(value, 1.0) : 0.0;
@@ -75,6 +83,22 @@ void addRoundedRect(cairo_t* cairo, const Rect& rect, const CornerRadii& radii) 
     cairo_arc(cairo, right - bottomRight, bottom - bottomRight, bottomRight, 0, quarter);
     cairo_arc(cairo, rect.x + bottomLeft, bottom - bottomLeft, bottomLeft, quarter, 2 * quarter);
     cairo_close_path(cairo);
+}
+
+void fillRing(cairo_t* cairo, const Rect& rect, const CornerRadii& radii, double width) {
+    addRoundedRect(cairo, rect, radii);
+    const Rect inner{rect.x + width, rect.y + width, rect.width - 2 * width, rect.height - 2 * width};
+    if (inner.width > 0 && inner.height > 0) {
+        // A ring rather than a stroke: it stays inside at every corner.
+        CornerRadii fitted = radii;
+        for (double& radius : fitted) {
+            radius = std::min({radius, rect.width / 2, rect.height / 2});
+        }
+        addRoundedRect(cairo, inner, reducedBy(fitted, width));
+        cairo_set_fill_rule(cairo, CAIRO_FILL_RULE_EVEN_ODD);
+    }
+    cairo_fill(cairo);
+    cairo_set_fill_rule(cairo, CAIRO_FILL_RULE_WINDING);
 }
 
 }  // namespace mireth::platform
