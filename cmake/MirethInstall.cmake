@@ -19,7 +19,7 @@ target_include_directories(MirethVex INTERFACE
   $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_link_libraries(MirethVex PRIVATE
   $<BUILD_INTERFACE:mireth_options> Threads::Threads Boost::url CURL::libcurl OpenSSL::Crypto PkgConfig::CAIRO
-  PkgConfig::OPENH264 PkgConfig::AVFORMAT PkgConfig::SWSCALE PkgConfig::NETLINK PkgConfig::SYSTEMD)
+  PkgConfig::OPENH264 PkgConfig::SWSCALE PkgConfig::NETLINK PkgConfig::SYSTEMD)
 if(BUILD_SHARED_LIBS)
   set(_map ${PROJECT_SOURCE_DIR}/cmake/MirethVex.map)
   target_link_options(MirethVex PRIVATE "LINKER:--version-script=${_map}")

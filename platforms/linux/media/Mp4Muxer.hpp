@@ -1,4 +1,4 @@
-// Puts coded pictures into an MP4 file, by libavformat.
+// Puts coded pictures into an MP4 file.
 #pragma once
 
 #include <cstddef>

@@ -130,6 +130,18 @@ TEST_P(AssetWriterFiles, TrackThatBeginsLaterKeepsItsTimes) {
     EXPECT_EQ(video.packets[1].time, 600);
 }
 
+TEST_P(AssetWriterFiles, TimesBeyond32BitsAreKept) {
+    constexpr std::int64_t late = std::int64_t{1} << 33;
+    const WriterTrack track = startTrack({64, 64});
+    ASSERT_TRUE(track.append({late, 600}));
+    ASSERT_TRUE(track.append({late + 300, 600}));
+    track.finish();
+    const DecodedVideo video = decoded();
+    ASSERT_EQ(video.packets.size(), 2U);
+    EXPECT_EQ(video.packets[0].time, late);
+    EXPECT_EQ(video.packets[1].time, late + 300);
+}
+
 TEST_P(AssetWriterFiles, TimescalesAreKeptWhateverTheyAre) {
     for (const std::int32_t timescale : {1, 25, 600, 90'000}) {
         files->files.clear();
