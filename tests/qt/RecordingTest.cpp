@@ -85,6 +85,26 @@ TEST_F(EndToEndQt, AWindowOfItemsArrivesUprightAndMaskedWithItsTap) {
     }
 }
 
+TEST_F(EndToEndQt, WithMaskingDisabledAWindowArrivesAsItIs) {
+    QWidget window;
+    window.resize(250, 500);
+    QLabel label("Shown", &window);
+    label.setStyleSheet("background: red");
+    label.setGeometry(20, 100, 100, 40);
+    window.show();
+    VexConfiguration configuration;
+    configuration.disableMasking = true;
+    start(platform_.windowOf(window), configuration);
+    runFor(1.2);
+    stop();
+    const auto seen = frames();
+    ASSERT_GE(seen.size(), 1U);
+    for (const Image& frame : seen) {
+        EXPECT_LE(endtoend::distance(at(frame, 110, 105), Rgb{255, 0, 0}), 24);
+        EXPECT_GT(at(frame, 125, 400).green, 225);
+    }
+}
+
 TEST_F(EndToEndQt, TheRecordedWindowMayCloseWhileTheSessionRuns) {
     auto window = std::make_unique<QWidget>();
     window->resize(250, 500);

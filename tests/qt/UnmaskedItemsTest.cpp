@@ -1,6 +1,7 @@
 // What a window of Qt Quick items looks like in a recording without masking.
 #include <gtest/gtest.h>
 
+#include <QBuffer>
 #include <QImage>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
@@ -102,6 +103,18 @@ TEST_F(QtUnmaskedItems, APictureOfAFileIsFittedAsTheItemSays) {
                   source + "}");
     expectAsShown("Image { width: 90; height: 70; fillMode: Image.Tile; " + source + "}");
     expectAsShown("BorderImage { width: 90; height: 70; border.left: 5; border.top: 5; " + source + "}");
+}
+
+TEST_F(QtUnmaskedItems, APictureThatIsInNoFileIsAPlainBlock) {
+    QBuffer bytes;
+    QImage picture(8, 8, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    ASSERT_TRUE(picture.save(&bytes, "PNG"));
+    QmlScene scene("Image { objectName: 'image'; width: 50; height: 50; source: 'data:image/png;base64," +
+                   bytes.data().toBase64().toStdString() + "' }");
+    constexpr int ready = 1;
+    ASSERT_TRUE(runUntil([&] { return scene.object("image").property("status").toInt() == ready; }, 5));
+    EXPECT_TRUE(isMaskBlock(pictureOf(scene).pixel(25, 25)));
 }
 
 TEST_F(QtUnmaskedItems, WhatCannotBeHadIsAPlainBlockWithItsChildrenOnIt) {

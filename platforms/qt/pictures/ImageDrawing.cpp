@@ -37,7 +37,7 @@ bool isQuickToRead(const QImageReader& reader) {
     constexpr std::int64_t manyPixels = 64'000'000;
     const QSize size = reader.size();
     const std::int64_t pixels = static_cast<std::int64_t>(size.width()) * size.height();
-    return pixels > 0 &&
+    return !size.isEmpty() &&
            pixels <= (reader.supportsOption(QImageIOHandler::ScaledSize) ? manyPixels : fewPixels);
 }
 
@@ -133,7 +133,8 @@ std::optional<ItemDrawing> imageDrawingOf(QQuickItem& item) {
                                      "mirror", "paintedWidth", "paintedHeight", "color"});
     drawing.area = {0, 0, item.width(), item.height()};
     drawing.draw = [&item](QPainter& painter) {
-        if (!isQuickToRead(QImageReader(localFileOf(item)))) {
+        const QString file = localFileOf(item);
+        if (file.isEmpty() || !isQuickToRead(QImageReader(file))) {
             return false;
         }
         if (item.inherits("QQuickBorderImage")) {

@@ -122,6 +122,7 @@ void TouchSource::begin(TouchEvent& event, std::uint64_t key, Point location) {
     finger.touch.locationInWindow = location;
     finger.touch.timestamp = event.timestamp;
     finger.touch.tapCount = counter().countOf(location, event.timestamp);
+    // No view: those of the mirror last for one pass, and nobody asks a touch for its own.
     finger.touch.window = std::static_pointer_cast<platform::Window>(window_.weak_from_this().lock());
     event.touches.push_back(finger.touch);
     fingers_.emplace(key, std::move(finger));
