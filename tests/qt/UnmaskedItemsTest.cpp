@@ -127,6 +127,10 @@ TEST_F(QtUnmaskedItems, WhatCannotBeHadIsAPlainBlockWithItsChildrenOnIt) {
     EXPECT_TRUE(isMaskBlock(seen.pixel(120, 30)));
 }
 
+TEST_F(QtUnmaskedItems, ASwitchIsAsLargeAsTheWindowShowsIt) {
+    expectAsShown("Switch { checked: true; palette.dark: 'red' }");
+}
+
 TEST_F(QtUnmaskedItems, AnItemWithALayerShowsWhatIsInIt) {
     const QImage seen = pictureOf(
         "Item { width: 80; height: 40; layer.enabled: true; Rectangle { width: 80; height: 40; color: 'red' "

@@ -32,10 +32,10 @@ bool liesBehindItsParent(const QQuickItem* item) {
 }
 
 /// What the item itself shows, moved into a view of its own that lies above the children with a z below 0.
-void moveLookIntoSubview(View& view, const platform::ViewClass& viewClass) {
-    auto look = std::make_shared<View>(viewClass);
+void moveLookIntoSubview(View& view, const Rect& place) {
+    auto look = std::make_shared<View>(view.viewClass());
     Layer& own = view.mutableLayer();
-    look->setFrame({0, 0, own.geometry.bounds.width, own.geometry.bounds.height});
+    look->setFrame(place);
     look->mutableLayer().content = own.content;
     look->mutableLayer().appearance = own.appearance;
     look->mutableLayer().appearance.opacity = 1;
@@ -71,6 +71,10 @@ std::shared_ptr<View> ItemMirror::viewOf(QQuickItem& item) {
 void ItemMirror::addLook(QQuickItem& item, Shown shown, View& view) {
     if (shown == Shown::rectangle) {
         addRectangleLook(item, view.mutableLayer());
+        const QRectF part = filledPartOf(item);
+        if (part.size() != item.size()) {
+            moveLookIntoSubview(view, {part.x(), part.y(), part.width(), part.height()});
+        }
     } else if (pictures_ == nullptr || shown == Shown::container) {
         return;
     } else if (shown == Shown::hosted) {
@@ -96,7 +100,7 @@ MirroredClass ItemMirror::classOf(const QQuickItem& item, bool isInThePlane) {
 void ItemMirror::addChildren(const QQuickItem& item, View& view) {
     const auto children = item.childItems();
     if (std::ranges::any_of(children, liesBehindItsParent)) {
-        moveLookIntoSubview(view, view.viewClass());
+        moveLookIntoSubview(view, view.bounds());
     }
     ++depth_;
     for (QQuickItem* const child : children) {

@@ -90,4 +90,14 @@ void addRectangleLook(const QQuickItem& item, platform::Layer& layer) {
     addBorder(item, layer);
 }
 
+QRectF filledPartOf(const QQuickItem& item) {
+    const QRectF whole(0, 0, item.width(), item.height());
+    if (!item.inherits("QQuickPaddedRectangle")) {
+        return whole;
+    }
+    const auto padding = [&item](const char* side) { return item.property(side).toDouble(); };
+    return whole.adjusted(padding("leftPadding"), padding("topPadding"), -padding("rightPadding"),
+                          -padding("bottomPadding"));
+}
+
 }  // namespace mireth::qt
