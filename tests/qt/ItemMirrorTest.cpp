@@ -4,6 +4,8 @@
 #include "MirethVex/Platform/TextViews.hpp"
 #include "MirethVex/PublicSide/DataModels/VexConfiguration.hpp"
 #include "MirethVex/Qt/QtPlatform.hpp"
+#include "PrivateSide/Extensions/CALayerExtensions/LayerComparison.hpp"
+#include "PrivateSide/Extensions/CALayerExtensions/LayerSnapshot.hpp"
 #include "contract/services/TestSupport.hpp"
 #include "qt/support/Pictures.hpp"
 #include "qt/support/QmlScene.hpp"
@@ -153,6 +155,24 @@ TEST_F(QtItemMirror, ATypeOfAFileIsMaskedByItsNameAndItsSubtypesWithIt) {
     EXPECT_TRUE(isMaskBlock(seen.pixel(25, 25)));
     EXPECT_TRUE(isMaskBlock(seen.pixel(85, 25)));
     EXPECT_TRUE(isNear(seen.pixel(145, 25), 0, 0, 0));
+}
+
+TEST_F(QtItemMirror, HowAButtonLooksWhilePressedIsNoChange) {
+    QmlScene scene("Button { objectName: 'button'; text: 'Buy' }");
+    const auto recorded = platform_.windowOf(scene.window());
+    const QImage up = pictureOf(scene);
+    const LayerSnapshot before = LayerSnapshot::capture(*recorded);
+    scene.object("button").setProperty("down", true);
+    EXPECT_TRUE(isEqual(before, LayerSnapshot::capture(*recorded)));
+    EXPECT_NE(pictureOf(scene), up) << "it is seen all the same";
+}
+
+TEST_F(QtItemMirror, AButtonThatStaysCheckedHasChanged) {
+    QmlScene scene("Button { objectName: 'button'; text: 'Buy'; checkable: true }");
+    const auto recorded = platform_.windowOf(scene.window());
+    const LayerSnapshot before = LayerSnapshot::capture(*recorded);
+    scene.object("button").setProperty("checked", true);
+    EXPECT_FALSE(isEqual(before, LayerSnapshot::capture(*recorded)));
 }
 
 TEST_F(QtItemMirror, APopUpStandsInFrontOfThePage) {

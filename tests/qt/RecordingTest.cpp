@@ -39,6 +39,8 @@ TEST_F(EndToEndQt, AWindowOfWidgetsArrivesUprightAndMaskedWithItsTap) {
     QPushButton button("Secret", &window);
     button.setStyleSheet("background: blue");
     button.setGeometry(20, 200, 100, 40);
+    // Else it would be a dead tap, found to be one when the recording is over.
+    QObject::connect(&button, &QPushButton::clicked, [&button] { button.setText("Another"); });
     window.show();
 
     start(platform_.windowOf(window));
@@ -65,7 +67,8 @@ TEST_F(EndToEndQt, AWindowOfItemsArrivesUprightAndMaskedWithItsTap) {
     QmlScene scene(
         "Rectangle { width: 250; height: 60; color: '#282828' }"
         "Text { x: 20; y: 100; width: 100; height: 40; text: 'Secret'; color: 'red' }"
-        "Button { x: 20; y: 200; width: 100; height: 40; text: 'Secret'; palette.buttonText: 'lime' }");
+        "Button { x: 20; y: 200; width: 100; height: 40; text: 'Secret'; palette.buttonText: 'lime';"
+        " onClicked: text = 'Another' }");
     scene.window().resize(250, 500);
     start(platform_.windowOf(scene.window()));
     runFor(0.8);

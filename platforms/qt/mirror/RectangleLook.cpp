@@ -61,6 +61,21 @@ platform::Image stripOf(const Gradient& gradient) {
     return imageOf(strip);
 }
 
+/// What a button looks like while it is pressed is no change that a tap has made; what stays of it is.
+bool isBackgroundOfAPushButton(const QQuickItem& item) {
+    const QQuickItem* const parent = item.parentItem();
+    return parent != nullptr && item.childItems().isEmpty() && parent->inherits("QQuickAbstractButton") &&
+           !parent->property("checkable").toBool() &&
+           parent->property("background").value<QQuickItem*>() == &item;
+}
+
+/// As contents, which are not compared before and after a tap.
+void addColorAsContents(const QColor& color, platform::Layer& layer) {
+    QImage pixel(1, 1, QImage::Format_ARGB32_Premultiplied);
+    pixel.fill(color);
+    layer.content.contents = imageOf(pixel);
+}
+
 void addBorder(const QQuickItem& item, platform::Layer& layer) {
     const auto* const border = item.property("border").value<QObject*>();
     if (border == nullptr) {
@@ -80,12 +95,17 @@ void addBorder(const QQuickItem& item, platform::Layer& layer) {
 
 void addRectangleLook(const QQuickItem& item, platform::Layer& layer) {
     layer.appearance.cornerRadius = item.property("radius").toDouble();
+    const auto color = item.property("color").value<QColor>();
     if (const auto gradient = gradientOf(item)) {
         layer.content.contents = stripOf(*gradient);
+    } else if (isBackgroundOfAPushButton(item)) {
+        addColorAsContents(color, layer);
+    } else {
+        layer.appearance.backgroundColor = colorOf(color);
+    }
+    if (layer.content.contents.hasBitmap()) {
         // Contents are cut to round corners only together with what lies in the layer.
         layer.appearance.masksToBounds |= item.childItems().isEmpty();
-    } else {
-        layer.appearance.backgroundColor = colorOf(item.property("color").value<QColor>());
     }
     addBorder(item, layer);
 }
