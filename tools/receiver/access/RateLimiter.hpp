@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "settings/Config.hpp"
+#include "settings/UploadRate.hpp"
 
 namespace mireth::receiver {
 

@@ -10,6 +10,7 @@
 #include "base/JsonText.hpp"
 #include "command/Exposure.hpp"
 #include "command/Router.hpp"
+#include "http/HttpServer.hpp"
 #include "service/Housekeeping.hpp"
 #include "service/Retention.hpp"
 #include "settings/ListenAddress.hpp"

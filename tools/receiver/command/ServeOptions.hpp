@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "http/HttpServer.hpp"
+#include "http/ListenOptions.hpp"
 
 namespace mireth::receiver {
 

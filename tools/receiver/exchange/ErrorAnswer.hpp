@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "base/Environment.hpp"
 #include "exchange/Exchange.hpp"
 
 namespace mireth::receiver {
@@ -14,6 +15,12 @@ inline std::string errorBody(const std::string& why) {
 
 inline Answer errorAnswer(int status, const std::string& why) {
     return {.status = status, .body = errorBody(why)};
+}
+
+/// 500, once the operator has been told why the receiver's own data could not be read.
+inline Answer unreadableAnswer(const Environment& environment, const std::string& why) {
+    environment.report(why);
+    return errorAnswer(500, "the receiver could not read its data");
 }
 
 /// 405; `right` is the Allow header.

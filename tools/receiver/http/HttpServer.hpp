@@ -4,25 +4,16 @@
 
 #include <expected>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "base/Environment.hpp"
 #include "exchange/Exchange.hpp"
-#include "settings/Config.hpp"
+#include "http/ListenOptions.hpp"
+#include "settings/Limits.hpp"
 
 namespace mireth::receiver {
 
-struct TlsFiles {
-    std::string certificate;  ///< PEM, with its chain
-    std::string key;          ///< PEM
-};
-
-struct ListenOptions {
-    std::string host = "127.0.0.1";  ///< a name or address; IPv6 without brackets
-    int port = 8080;                 ///< 0: a free one
-    std::optional<TlsFiles> tls;
-};
+class Listener;
 
 /// Each connection carries one request: clients upload every ten seconds or so, and one that reused a
 /// connection just as the server dropped it for idleness would lose its chunk. Every response carries
@@ -46,8 +37,6 @@ class HttpServer {
     void stop();
 
   private:
-    class Listener;
-
     explicit HttpServer(std::unique_ptr<Listener> listener);
 
     const std::unique_ptr<Listener> listener_;

@@ -8,7 +8,7 @@
 #include <cstdint>
 
 #include "http/Crowd.hpp"
-#include "settings/Config.hpp"
+#include "settings/Limits.hpp"
 
 namespace mireth::receiver {
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "base/ByteSource.hpp"
-#include "settings/Config.hpp"
+#include "settings/Limits.hpp"
 #include "store/Records.hpp"
 #include "store/SessionQuery.hpp"
 #include "store/StoreStats.hpp"

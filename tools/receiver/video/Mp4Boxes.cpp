@@ -1,136 +1,25 @@
-// A bounded walk over MP4 boxes: the number of boxes and the bytes read into memory are capped, and every
-// size is checked against its parent before it is used.
+// A bounded walk over the file: the number of boxes and the bytes read into memory are capped.
 #include "video/Mp4Boxes.hpp"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <span>
-#include <string_view>
 #include <vector>
+
+#include "video/BoxReader.hpp"
 
 namespace mireth::receiver {
 namespace {
 
-using Bytes = std::span<const unsigned char>;
-template <typename T>
-using Checked = std::expected<T, std::string>;
-
 constexpr std::uint64_t largestMovie = std::uint64_t{4} * 1024 * 1024;
 constexpr std::size_t mostTopLevelBoxes = 4096;
-constexpr std::size_t mostChildren = 1024;
 constexpr std::uint64_t mostFrames = 65'536;
 constexpr std::uint64_t longestSeconds = 86'400;
 
-std::uint64_t bigEndian(Bytes bytes, std::size_t at, std::size_t count) {
-    std::uint64_t value = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        value = (value << 8U) | bytes[at + i];
-    }
-    return value;
-}
-
-std::string_view textAt(Bytes bytes, std::size_t at) {
-    return {reinterpret_cast<const char*>(bytes.data()) + at, 4};
-}
-
-// A box type is four bytes of the uploader's choice; it is named only when it is plain.
-std::string named(std::string_view type) {
-    for (const char c : type) {
-        if (c < 0x20 || c > 0x7E) {
-            return "a box";
-        }
-    }
-    return "box \"" + std::string(type) + "\"";
-}
-
-struct BoxHead {
-    std::string_view type;
-    std::uint64_t headBytes;
-    std::uint64_t size;  // head included
-};
-
-// `head` holds the first min(16, room) bytes of the box; `room` is what is left of its parent.
-Checked<BoxHead> readHead(Bytes head, std::uint64_t room, bool mayReachTheEnd) {
-    if (head.size() < 8) {
-        return std::unexpected("a box begins " + std::to_string(head.size()) +
-                               " bytes before its parent ends");
-    }
-    BoxHead box{.type = textAt(head, 4), .headBytes = 8, .size = bigEndian(head, 0, 4)};
-    if (box.size == 1) {
-        if (head.size() < 16) {
-            return std::unexpected(named(box.type) + " is cut off in its size");
-        }
-        box.headBytes = 16;
-        box.size = bigEndian(head, 8, 8);
-    } else if (box.size == 0 && mayReachTheEnd) {
-        box.size = room;
-    }
-    if (box.size < box.headBytes || box.size > room) {
-        return std::unexpected(named(box.type) + " says it has " + std::to_string(box.size) +
-                               " bytes where " + std::to_string(room) + " are left");
-    }
-    return box;
-}
-
-struct Child {
-    std::string_view type;
-    Bytes content;
-};
-
-Checked<std::vector<Child>> childrenOf(Bytes parent) {
-    std::vector<Child> children;
-    while (!parent.empty()) {
-        const auto box =
-            readHead(parent.first(std::min<std::size_t>(parent.size(), 16)), parent.size(), false);
-        if (!box) {
-            return std::unexpected(box.error());
-        }
-        if (children.size() == mostChildren) {
-            return std::unexpected("more than " + std::to_string(mostChildren) + " boxes in one box");
-        }
-        const auto size = static_cast<std::size_t>(box->size);
-        const auto head = static_cast<std::size_t>(box->headBytes);
-        children.push_back({.type = box->type, .content = parent.subspan(head, size - head)});
-        parent = parent.subspan(size);
-    }
-    return children;
-}
-
-Checked<Bytes> onlyChild(const std::vector<Child>& children, std::string_view type) {
-    std::optional<Bytes> found;
-    for (const auto& child : children) {
-        if (child.type == type && found) {
-            return std::unexpected(named(type) + " stands twice in one box");
-        }
-        if (child.type == type) {
-            found = child.content;
-        }
-    }
-    if (!found) {
-        return std::unexpected(named(type) + " is missing");
-    }
-    return *found;
-}
-
-// Goes down through boxes that must each be there once.
-Checked<Bytes> descend(Bytes from, std::initializer_list<std::string_view> path) {
-    for (const auto type : path) {
-        const auto children = childrenOf(from);
-        if (!children) {
-            return std::unexpected(children.error());
-        }
-        const auto next = onlyChild(*children, type);
-        if (!next) {
-            return std::unexpected(next.error());
-        }
-        from = *next;
-    }
-    return from;
-}
-
 // "mdhd": version and flags, two times, time scale, duration; version 1 has the times and duration in 64
 // bits.
-Checked<std::int64_t> durationOf(Bytes header) {
+Checked<std::int64_t> durationOf(BoxBytes header) {
     const bool wide = !header.empty() && header[0] == 1;
     const std::size_t scaleAt = wide ? 20 : 12;
     const std::size_t durationBytes = wide ? 8 : 4;
@@ -146,7 +35,7 @@ Checked<std::int64_t> durationOf(Bytes header) {
 }
 
 // "stsz": version and flags, one size for all or 0, the count, and for 0 a size each.
-Checked<std::int64_t> framesOf(Bytes sizes, std::uint64_t fileSize) {
+Checked<std::int64_t> framesOf(BoxBytes sizes, std::uint64_t fileSize) {
     if (sizes.size() < 12) {
         return std::unexpected("box \"stsz\" is too short");
     }
@@ -171,7 +60,7 @@ Checked<std::int64_t> framesOf(Bytes sizes, std::uint64_t fileSize) {
     return static_cast<std::int64_t>(count);
 }
 
-Checked<bool> isVideo(Bytes track) {
+Checked<bool> isVideo(BoxBytes track) {
     const auto handler = descend(track, {"mdia", "hdlr"});
     if (!handler) {
         return std::unexpected(handler.error());
@@ -179,10 +68,10 @@ Checked<bool> isVideo(Bytes track) {
     if (handler->size() < 12) {
         return std::unexpected("box \"hdlr\" is too short");
     }
-    return textAt(*handler, 8) == "vide";
+    return fourCharacters(*handler, 8) == "vide";
 }
 
-Checked<Mp4Facts> factsOf(Bytes track, std::uint64_t fileSize) {
+Checked<Mp4Facts> factsOf(BoxBytes track, std::uint64_t fileSize) {
     const auto header = descend(track, {"mdia", "mdhd"});
     if (!header) {
         return std::unexpected(header.error());
@@ -202,7 +91,7 @@ Checked<Mp4Facts> factsOf(Bytes track, std::uint64_t fileSize) {
     return Mp4Facts{.frames = *frames, .durationMillis = *duration};
 }
 
-Checked<Mp4Facts> inspectMovie(Bytes movie, std::uint64_t fileSize) {
+Checked<Mp4Facts> inspectMovie(BoxBytes movie, std::uint64_t fileSize) {
     const auto children = childrenOf(movie);
     if (!children) {
         return std::unexpected(children.error());
@@ -246,7 +135,7 @@ std::expected<Mp4Facts, std::string> inspectMp4(ByteSource& file) {
         if (!file.readAt(offset, head)) {
             return std::unexpected("the file cannot be read");
         }
-        const auto box = readHead(head, size - offset, true);
+        const auto box = readBoxHead(head, size - offset, true);
         if (!box) {
             return std::unexpected(box.error());
         }

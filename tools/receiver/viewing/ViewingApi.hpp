@@ -9,13 +9,14 @@
 #include "exchange/RequestTarget.hpp"
 #include "exchange/Route.hpp"
 #include "service/Services.hpp"
+#include "viewing/VideoAnswers.hpp"
 
 namespace mireth::receiver {
 
 /// Any thread may call.
 class ViewingApi {
   public:
-    explicit ViewingApi(Services services) : services_(services) {}
+    explicit ViewingApi(Services services) : services_(services), videos_(services) {}
 
     /// `target` is the head's, its first segment "api".
     Route begin(const RequestHead& head, const RequestTarget& target) const;
@@ -27,12 +28,10 @@ class ViewingApi {
     Answer ofSession(const RequestHead& head, const RequestTarget& target) const;
     Answer replay(const RequestHead& head, const std::string& id) const;
     Answer timeline(const std::string& id) const;
-    Answer video(const RequestHead& head, const std::string& id, const std::string& name) const;
-    Answer wholeVideo(const RequestHead& head, const std::string& id) const;
     Answer remove(const std::string& id) const;
-    Answer failed(const std::string& why) const;
 
     const Services services_;
+    const VideoAnswers videos_;
     mutable Turns building_{2};  // of replays
 };
 

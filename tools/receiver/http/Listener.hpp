@@ -1,0 +1,58 @@
+// Accepts connections and runs the HTTP library on each, with our own bounds, threads and TLS around it. Used
+// by HttpServer. Included by .cpp files only, as it names the HTTP library's types.
+#pragma once
+
+#include <httplib.h>
+
+#include <exception>
+#include <memory>
+
+#include "base/Environment.hpp"
+#include "base/UniqueFd.hpp"
+#include "exchange/Exchange.hpp"
+#include "http/Acceptor.hpp"
+#include "http/ConnectionThreads.hpp"
+#include "http/Crowd.hpp"
+#include "http/ListenOptions.hpp"
+#include "http/Patience.hpp"
+#include "http/Transport.hpp"
+#include "settings/Limits.hpp"
+
+namespace mireth::receiver {
+
+/// One thread at a time, but for what the connections' own threads run.
+class Listener final : private httplib::Server {
+  public:
+    /// All but `tls` outlive the listener; `tls` is null for plain connections.
+    Listener(const Limits& limits, RequestHandler& handler, const Environment& environment,
+             std::shared_ptr<TlsContext> tls);
+
+    /// False when the address cannot be had; errno may tell why.
+    bool bind(const ListenOptions& options);
+    /// Accepts from here on. After `bind` only.
+    void begin();
+    /// Accepts nothing more, and returns when what is under way has ended or its time is over.
+    void end();
+    int port() const { return port_; }
+
+  private:
+    void route();
+    void explain(const std::exception_ptr& error) const;
+    void take(UniqueFd connection);
+    void serveSafely(int socket);
+    void serve(int socket);
+    void answer(Transport& transport, Patience& patience);
+    void turnAway(int socket) const;
+
+    const Limits& limits_;
+    RequestHandler& handler_;
+    const Environment& environment_;
+    const std::shared_ptr<TlsContext> tls_;
+    int port_ = 0;
+    StopSignal stop_;
+    Crowd crowd_;
+    ConnectionThreads threads_{limits_.connections, crowd_};
+    std::unique_ptr<Acceptor> accepting_;
+};
+
+}  // namespace mireth::receiver
