@@ -13,11 +13,11 @@
 #include "tests/receiver/support/TemporaryDirectory.hpp"
 #include "tests/receiver/support/Timeline.hpp"
 #include "tools/receiver/sqlite/SqliteStore.hpp"
-#include "tools/receiver/store/TimelineText.hpp"
 
 namespace mireth::benchmarks {
 namespace {
 
+using receiver::test::chunkOf;
 using receiver::test::metadataEvent;
 using receiver::test::screenEvent;
 using receiver::test::signalEvent;
@@ -66,17 +66,7 @@ void addSession(receiver::SqliteStore& store, int number) {
     const auto video = need(store.beginVideo());
     need(video->append("video"));
     const auto events = timelineOf(number);
-    const receiver::Chunk chunk{.number = 0,
-                                .endMillis = start + 10'000,
-                                .receivedMillis = start + 10'000,
-                                .bytes = 0,
-                                .frames = 20,
-                                .durationMillis = 10'000,
-                                .videoPath = {},
-                                .videoDigest = {},
-                                .events = static_cast<std::int64_t>(events.size()),
-                                .timeline = receiver::timelineText(events, 0)};
-    need(store.putChunk(id, chunk, receiver::summarise(events), *video, {}));
+    need(store.putChunk(id, chunkOf(0, events, start + 10'000), receiver::summarise(events), *video, {}));
 }
 
 /// Filled once, for all cases.

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "store/TimelineText.hpp"
+#include "support/Timeline.hpp"
 
 namespace mireth::receiver::test {
 
@@ -27,17 +27,8 @@ void keepChunk(Store& store, const std::string& sessionId, std::int64_t number,
     const auto incoming = store.beginVideo();
     ASSERT_TRUE(incoming) << incoming.error();
     ASSERT_EQ((*incoming)->append(video), true);
-    const Chunk chunk{.number = number,
-                      .endMillis = receivedMillis,
-                      .receivedMillis = receivedMillis,
-                      .bytes = 0,
-                      .frames = 20,
-                      .durationMillis = 10'000,
-                      .videoPath = {},
-                      .videoDigest = {},
-                      .events = static_cast<std::int64_t>(events.size()),
-                      .timeline = timelineText(events, number)};
-    const auto outcome = store.putChunk(sessionId, chunk, summarise(events), **incoming, {});
+    const auto outcome =
+        store.putChunk(sessionId, chunkOf(number, events, receivedMillis), summarise(events), **incoming, {});
     ASSERT_TRUE(outcome) << outcome.error();
     ASSERT_EQ(*outcome, PutOutcome::kept);
 }

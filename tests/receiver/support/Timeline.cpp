@@ -3,6 +3,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "store/TimelineText.hpp"
+
 namespace mireth::receiver::test {
 namespace {
 
@@ -33,6 +35,19 @@ TimelineEvent screenEvent(const std::string& name, const std::string& change) {
 TimelineEvent metadataEvent(const std::string& id, const std::string& value) {
     const Json entry{{"metadataId", id}, {"metadataValue", value}};
     return {1'700'000'000'000, "MetadataCaptured", Json{{"metadata", {entry}}}.dump()};
+}
+
+Chunk chunkOf(std::int64_t number, const std::vector<TimelineEvent>& events, std::int64_t receivedMillis) {
+    return {.number = number,
+            .endMillis = receivedMillis,
+            .receivedMillis = receivedMillis,
+            .bytes = 0,
+            .frames = 20,
+            .durationMillis = 10'000,
+            .videoPath = {},
+            .videoDigest = {},
+            .events = static_cast<std::int64_t>(events.size()),
+            .timeline = timelineText(events, number)};
 }
 
 }  // namespace mireth::receiver::test
