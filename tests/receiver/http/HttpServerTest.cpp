@@ -188,6 +188,34 @@ TEST(HttpServer, ConnectionsPastTheLimitAreTurnedAway) {
     }
 }
 
+TEST(HttpServer, ARefusalWaitsForNoBody) {
+    // Longer than a connection of the test's waits.
+    RunningReceiver receiver(R"({"default":{},"limits":{"idleSeconds":600,"requestSeconds":600}})",
+                             std::nullopt, {.uploadToken = "upload-token-0123456789"});
+    for (const std::string framing : {"Content-Length: 100000", "Transfer-Encoding: chunked"}) {
+        const RawConnection stranger(receiver.port());
+        stranger.send("PUT /mobile-sr-ingestion/v1/sessions/record-playback HTTP/1.1\r\n" + framing +
+                      "\r\n\r\n");
+        EXPECT_EQ(stranger.receive().status, 403) << framing;
+    }
+}
+
+TEST(HttpServer, OneAddressHasItsShareOfTheConnections) {
+    RunningReceiver receiver(R"({"default":{},"limits":{"connectionsPerAddress":2}})");
+    std::list<RawConnection> taken;
+    taken.emplace_back(receiver.port());
+    taken.emplace_back(receiver.port());
+    EXPECT_EQ(RawConnection(receiver.port()).receive().status, 503);
+    taken.pop_back();
+    // The server sees it a moment later.
+    int status = 503;
+    for (int i = 0; i < 2000 && status != 200; ++i) {
+        status = receiver.get(config).status;
+        std::this_thread::sleep_for(1ms);
+    }
+    EXPECT_EQ(status, 200);
+}
+
 TEST(HttpServer, AThreadIsUsedAgain) {
     RunningReceiver receiver(R"({"default":{},"limits":{"connections":1}})");
     int served = 0;

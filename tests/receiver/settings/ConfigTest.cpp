@@ -28,7 +28,7 @@ TEST(Config, ReadsEveryKey) {
         "projects": [{"brandId": "b1", "projectId": "p1", "srEnabled": "SR_DISABLED", "samplingRate": 12.5,
                       "dataCenter": "EU_CENTRAL", "customSignal": [{"name": "x"}],
                       "uploadRate": {"perSecond": 0.5, "burst": 3}}],
-        "limits": {"requestBytes": 1, "connections": 2, "headSeconds": 3, "idleSeconds": 4, "requestSeconds": 5,
+        "limits": {"requestBytes": 1, "connections": 2, "connectionsPerAddress": 9, "headSeconds": 3, "idleSeconds": 4, "requestSeconds": 5,
                    "chunks": 6, "logLines": 7}})",
                                       "cfg.json");
     ASSERT_TRUE(config) << config.error();
@@ -43,6 +43,7 @@ TEST(Config, ReadsEveryKey) {
     EXPECT_EQ(project->uploadRate.burst, 3);
     EXPECT_EQ(config->limits.requestBytes, 1U);
     EXPECT_EQ(config->limits.connections, 2U);
+    EXPECT_EQ(config->limits.connectionsPerAddress, 9U);
     EXPECT_EQ(config->limits.headSeconds, 3);
     EXPECT_EQ(config->limits.idleSeconds, 4);
     EXPECT_EQ(config->limits.requestSeconds, 5);

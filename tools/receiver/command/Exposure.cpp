@@ -37,6 +37,11 @@ std::optional<std::string> whyReachable(const ServeOptions& options, const Liste
 
 }  // namespace
 
+std::optional<std::size_t> connectionsPerAddress(const ServeOptions& options, const ListenAddress& address) {
+    constexpr std::size_t ofOneStranger = 64;
+    return options.behindProxy || address.isLoopback() ? std::nullopt : std::optional(ofOneStranger);
+}
+
 std::expected<AccessRules, std::string> accessRulesFor(const ServeOptions& options,
                                                        const ListenAddress& address) {
     auto upload = tokenOf(options.uploadTokenFile);

@@ -85,9 +85,12 @@ int serve(const ServeOptions& options, std::ostream& out, std::ostream& errors) 
     if (!rules) {
         return fail(environment, rules.error());
     }
-    const auto config = options.config ? Config::read(*options.config) : Config{};
+    auto config = options.config ? Config::read(*options.config) : Config{};
     if (!config) {
         return fail(environment, config.error());
+    }
+    if (!config->limits.connectionsPerAddress) {
+        config->limits.connectionsPerAddress = connectionsPerAddress(options, *address);
     }
     const auto store =
         SqliteStore::open(options.data, environment.newIdentifier,

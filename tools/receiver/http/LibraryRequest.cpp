@@ -58,8 +58,10 @@ Answer answerTo(const httplib::Request& request, Exchange& work, const httplib::
         return work.finish();
     }
     const auto limit = work.bodyLimit();
-    if (request.has_header("Content-Length") &&
-        request.get_header_value<std::uint64_t>("Content-Length") > limit) {
+    const bool tooLong = request.has_header("Content-Length") &&
+                         request.get_header_value<std::uint64_t>("Content-Length") > limit;
+    // What takes no body at all need not wait for the first piece of one whose length is not told.
+    if (tooLong || (limit == 0 && request.has_header("Transfer-Encoding"))) {
         return work.refuse(413);
     }
     std::uint64_t seen = 0;

@@ -51,7 +51,8 @@ bool Listener::bind(const ListenOptions& options) {
 // Not by the library, which closes the socket for good when a connection cannot be accepted.
 void Listener::begin() {
     accepting_ = std::make_unique<Acceptor>(
-        svr_sock_, [this](UniqueFd connection, const sockaddr_storage&) { take(std::move(connection)); },
+        svr_sock_,
+        [this](UniqueFd connection, const sockaddr_storage& peer) { take(std::move(connection), peer); },
         environment_.report);
 }
 
@@ -110,9 +111,10 @@ void Listener::explain(const std::exception_ptr& error) const {
     }
 }
 
-void Listener::take(UniqueFd connection) {
+void Listener::take(UniqueFd connection, const sockaddr_storage& peer) {
     const auto shared = std::make_shared<UniqueFd>(std::move(connection));
-    if (!threads_.enqueue([this, shared] { serveSafely(shared->get()); })) {
+    const auto place = places_.take(peer);
+    if (!place || !threads_.enqueue([this, shared, place] { serveSafely(shared->get()); })) {
         turnAway(shared->get());
     }
 }

@@ -15,6 +15,7 @@
 #include "http/Crowd.hpp"
 #include "http/ListenOptions.hpp"
 #include "http/Patience.hpp"
+#include "http/PeerPlaces.hpp"
 #include "http/Transport.hpp"
 #include "settings/Limits.hpp"
 
@@ -38,7 +39,7 @@ class Listener final : private httplib::Server {
   private:
     void route();
     void explain(const std::exception_ptr& error) const;
-    void take(UniqueFd connection);
+    void take(UniqueFd connection, const sockaddr_storage& peer);
     void serveSafely(int socket);
     void serve(int socket);
     void answer(Transport& transport, Patience& patience);
@@ -51,6 +52,7 @@ class Listener final : private httplib::Server {
     int port_ = 0;
     StopSignal stop_;
     Crowd crowd_;
+    PeerPlaces places_{limits_.connectionsPerAddress};
     ConnectionThreads threads_{limits_.connections, crowd_};
     std::unique_ptr<Acceptor> accepting_;
 };

@@ -17,12 +17,14 @@ constexpr std::uint64_t mostBytes = std::uint64_t{1} << 50U;
 void readLimits(const ConfigJson& object, Limits& limits) {
     requireObject(object, "limits");
     refuseUnknown(object,
-                  {"requestBytes", "connections", "headSeconds", "idleSeconds", "requestSeconds", "chunks",
-                   "sessionBytes", "timelineBytes", "logLines", "logBytes", "diskBytes", "freeBytes"},
+                  {"requestBytes", "connections", "connectionsPerAddress", "headSeconds", "idleSeconds",
+                   "requestSeconds", "chunks", "sessionBytes", "timelineBytes", "logLines", "logBytes",
+                   "diskBytes", "freeBytes"},
                   "limits");
     constexpr int day = 86400;
     readWhole(object, "requestBytes", std::uint64_t{1} << 32U, "limits", limits.requestBytes);
     readWhole(object, "connections", std::size_t{4096}, "limits", limits.connections);
+    limits.connectionsPerAddress = wholeOf(object, "connectionsPerAddress", std::size_t{4096}, "limits");
     readWhole(object, "headSeconds", day, "limits", limits.headSeconds);
     readWhole(object, "idleSeconds", day, "limits", limits.idleSeconds);
     readWhole(object, "requestSeconds", day, "limits", limits.requestSeconds);

@@ -12,6 +12,8 @@ struct Limits {
     std::uint64_t requestBytes = 20ULL * 1024 * 1024;  ///< body of one chunk upload
     /// Served at once, a thread each; as many more wait for one, the rest are answered 503.
     std::size_t connections = 512;
+    /// Of one network address, served and waiting; none: as many as there are.
+    std::optional<std::size_t> connectionsPerAddress;
     int headSeconds = 10;          ///< from the connection until the request's headers are complete
     int idleSeconds = 15;          ///< longest silence within a request
     int requestSeconds = 120;      ///< from the connection until the body is complete
