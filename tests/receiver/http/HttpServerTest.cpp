@@ -249,6 +249,7 @@ TEST(HttpServer, AnOccupiedPortIsNamed) {
     RunningReceiver receiver;
     class Nobody final : public RequestHandler {
         std::unique_ptr<Exchange> begin(const RequestHead&) override { return nullptr; }
+        void headTooLong() override {}
         void turnedAway() override {}
         void gaveWay() override {}
     } nobody;

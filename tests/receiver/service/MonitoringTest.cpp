@@ -87,6 +87,12 @@ TEST(Measured, WhatThrowsCountsAsAnErrorOfTheReceivers) {
     EXPECT_TRUE(holds(text, "received_bytes_total 5"));
 }
 
+TEST(MetricsEndpoint, CountsHeadsThatAreTooLong) {
+    RunningReceiver receiver;
+    EXPECT_EQ(receiver.get("/" + std::string(3000, 'a')).status, 431);
+    EXPECT_TRUE(holds(receiver.get("/metrics").body, R"(requests_total{endpoint="other",status="431"} 1)"));
+}
+
 TEST(MetricsText, LatenciesAreCumulativeAndEveryNameIsDescribedOnce) {
     Metrics metrics;
     for (const int millis : {0, 1, 2, 40, 9000}) {

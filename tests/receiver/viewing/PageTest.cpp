@@ -37,20 +37,34 @@ TEST(Page, StandsAtTheRootAndAtEverySessionsAddress) {
     EXPECT_EQ(receiver.post("/", "", "X-Mireth-Request: 1\r\n").status, 405);
 }
 
+void expectPrecautions(const test::RawResponse& response, const std::string& what) {
+    const auto policy = response.header("content-security-policy");
+    EXPECT_TRUE(policy.starts_with("default-src 'none'; script-src 'self'; style-src 'self';")) << what;
+    EXPECT_NE(policy.find("frame-ancestors 'none'"), std::string::npos) << what;
+    EXPECT_EQ(policy.find("unsafe"), std::string::npos) << what;
+    EXPECT_EQ(response.header("x-content-type-options"), "nosniff") << what;
+    EXPECT_EQ(response.header("x-frame-options"), "DENY") << what;
+    EXPECT_EQ(response.header("referrer-policy"), "no-referrer") << what;
+    EXPECT_EQ(response.header("access-control-allow-origin"), "") << what;
+}
+
 TEST(Page, NoAnswerMayBeFramedSniffedOrRunFromElsewhere) {
     RunningReceiver receiver;
     for (const auto* const target : {"/", "/api/sessions", "/nothing", "/healthz", "/metrics",
                                      "/app-insights/v1/b/p/sessionReplayConfig"}) {
-        const auto response = receiver.get(target);
-        const auto policy = response.header("content-security-policy");
-        EXPECT_TRUE(policy.starts_with("default-src 'none'; script-src 'self'; style-src 'self';")) << target;
-        EXPECT_NE(policy.find("frame-ancestors 'none'"), std::string::npos) << target;
-        EXPECT_EQ(policy.find("unsafe"), std::string::npos) << target;
-        EXPECT_EQ(response.header("x-content-type-options"), "nosniff") << target;
-        EXPECT_EQ(response.header("x-frame-options"), "DENY") << target;
-        EXPECT_EQ(response.header("referrer-policy"), "no-referrer") << target;
-        EXPECT_EQ(response.header("access-control-allow-origin"), "") << target;
+        expectPrecautions(receiver.get(target), target);
     }
+    const auto unread = receiver.get("/" + std::string(3000, 'a'));
+    EXPECT_EQ(unread.status, 431);
+    expectPrecautions(unread, "431");
+}
+
+TEST(Page, NorMayTheAnswerOfAReceiverThatIsTooBusy) {
+    RunningReceiver receiver(R"({"default":{},"limits":{"connectionsPerAddress":1}})");
+    const test::RawConnection taken(receiver.port());
+    const auto surplus = test::RawConnection(receiver.port()).receive();
+    EXPECT_EQ(surplus.status, 503);
+    expectPrecautions(surplus, "503");
 }
 
 }  // namespace

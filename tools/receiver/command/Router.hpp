@@ -25,6 +25,7 @@ class Router final : public RequestHandler {
           door_(rules, services.environment) {}
 
     std::unique_ptr<Exchange> begin(const RequestHead& head) override;
+    void headTooLong() override { services_.metrics.count({.endpoint = "other", .status = 431}); }
     void turnedAway() override { services_.metrics.countTurnedAway(); }
     void gaveWay() override { services_.metrics.countGaveWay(); }
 

@@ -72,6 +72,8 @@ class RequestHandler {
 
     /// Never null. The exchange may refer to the handler.
     virtual std::unique_ptr<Exchange> begin(const RequestHead& head) = 0;
+    /// A request was answered 431, as its head was too long to be read.
+    virtual void headTooLong() = 0;
     /// A connection was turned away because all were taken.
     virtual void turnedAway() = 0;
     /// A slow connection was ended because others waited.

@@ -50,10 +50,17 @@ void addHeaders(const httplib::Request& request, httplib::Response& response,
 
 std::string bareResponse(const std::string& status, const Environment& environment) {
     constexpr std::string_view body = R"({"status":"ERROR"})";
-    return "HTTP/1.1 " + status +
-           "\r\nContent-Type: application/json\r\nContent-Length: " + std::to_string(body.size()) +
-           "\r\nConnection: close\r\n" + transactionId + ": " + environment.newIdentifier() + "\r\n" +
-           requestId + ": " + environment.newIdentifier() + "\r\n\r\n" + std::string(body);
+    std::string text = "HTTP/1.1 " + status + "\r\nContent-Type: application/json\r\nContent-Length: " +
+                       std::to_string(body.size()) + "\r\nConnection: close\r\n";
+    const auto add = [&](const std::string& name, const std::string& value) {
+        text += name + ": " + value + "\r\n";
+    };
+    add(transactionId, environment.newIdentifier());
+    add(requestId, environment.newIdentifier());
+    for (const auto& [name, value] : precautions) {
+        add(name, value);
+    }
+    return text + "\r\n" + std::string(body);
 }
 
 }  // namespace mireth::receiver

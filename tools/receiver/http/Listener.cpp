@@ -151,6 +151,7 @@ void Listener::answer(Transport& transport, Patience& patience) {
         return;
     }
     if (head == ConnectionStream::Head::oversized) {
+        handler_.headTooLong();
         transport.write(bareResponse("431 Request Header Fields Too Large", environment_));
     } else {
         bool closed = false;
