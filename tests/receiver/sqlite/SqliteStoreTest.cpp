@@ -196,6 +196,44 @@ TEST_F(SqliteStoreTest, ADirectoryThatCannotBeMadeIsNamed) {
     EXPECT_EQ(errorOfOpening(), "cannot make the data directory " + data_ + ": Not a directory");
 }
 
+TEST_F(SqliteStoreTest, WhatWasRemovedWhileSomebodyReadIsTakenOutOfTheLogLater) {
+    const auto store = open();
+    addSession(*store, "secret-session");
+    const auto inTheLog = [&] {
+        return test::fileText(data_ + "/receiver.db-wal").find("secret-session") != std::string::npos;
+    };
+    {
+        const Database other(data_ + "/receiver.db", Database::Mode::read);
+        const Transaction reading(other, Transaction::Kind::read);
+        EXPECT_TRUE(other.prepare("SELECT 1 FROM session").step());
+        EXPECT_EQ(store->removeSessions({"secret-session"}), 1);
+        EXPECT_EQ(store->finishRemovals(), false);
+        EXPECT_TRUE(inTheLog());
+    }
+    EXPECT_EQ(store->finishRemovals(), true);
+    EXPECT_FALSE(inTheLog());
+}
+
+TEST_F(SqliteStoreTest, WhatAnEndedReceiverLeftInTheLogIsTakenOutAtTheStart) {
+    const auto ended = directory_.file("ended");
+    {
+        const auto store = open();
+        addSession(*store, "secret-session");
+        const Database other(data_ + "/receiver.db", Database::Mode::read);
+        const Transaction reading(other, Transaction::Kind::read);
+        EXPECT_TRUE(other.prepare("SELECT 1 FROM session").step());
+        EXPECT_EQ(store->removeSessions({"secret-session"}), 1);
+        // As it is when the receiver is killed now.
+        std::filesystem::copy(data_, ended, std::filesystem::copy_options::recursive);
+    }
+    EXPECT_NE(test::fileText(ended + "/receiver.db-wal").find("secret-session"), std::string::npos);
+    const auto again = SqliteStore::open(ended, [] { return "name"; });
+    ASSERT_TRUE(again) << again.error();
+    for (const auto* const name : {"/receiver.db", "/receiver.db-wal"}) {
+        EXPECT_EQ(test::fileText(ended + name).find("secret-session"), std::string::npos) << name;
+    }
+}
+
 TEST_F(SqliteStoreTest, LogLinesHaveABudgetPerSession) {
     const auto store = open();
     addSession(*store);

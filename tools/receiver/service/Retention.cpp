@@ -65,6 +65,10 @@ std::int64_t Retention::enforce() {
     const auto& rules = services_.config.retention;
     std::int64_t removed = rules.days ? removeOld(*rules.days) : 0;
     removed += rules.bytes ? removeSurplus(*rules.bytes) : 0;
+    // Also what viewers removed.
+    if (const auto finished = services_.store.finishRemovals(); !finished) {
+        services_.environment.report(finished.error());
+    }
     if (removed > 0) {
         services_.metrics.countExpired(removed);
         services_.environment.report("removed " + std::to_string(removed) +

@@ -105,6 +105,11 @@ void Database::tryExecute(const char* sql) const noexcept {
     sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr);
 }
 
+bool Database::tryEmptyLog() const noexcept {
+    return sqlite3_wal_checkpoint_v2(connection_.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr,
+                                     nullptr) == SQLITE_OK;
+}
+
 bool Database::readPiece(const char* table, const char* column, std::int64_t row, std::uint64_t offset,
                          std::span<unsigned char> into) const {
     sqlite3_blob* opened = nullptr;

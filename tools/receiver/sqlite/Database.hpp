@@ -71,6 +71,9 @@ class Database {
     void execute(const char* sql) const;
     /// The same where it is no harm when it cannot be done.
     void tryExecute(const char* sql) const noexcept;
+    /// Moves the write-ahead log into the database and leaves it empty; false when somebody reads or writes
+    /// meanwhile.
+    bool tryEmptyLog() const noexcept;
     std::int64_t changes() const;
     /// Fills `into` with bytes of a text or blob from `offset` on, without reading the rest; false when they
     /// are not all there.

@@ -41,6 +41,24 @@ bool SqliteStore::removeRows(const std::string& id, std::vector<std::string>& vi
     return true;
 }
 
+// SQLite zeroes what is deleted; this takes it out of the write-ahead log as well, and gives pages back to the
+// file system. Readers may be in the way: then it is for the next time.
+void SqliteStore::clearLog() {
+    database_.tryExecute("PRAGMA busy_timeout = 200");
+    database_.tryExecute("PRAGMA incremental_vacuum(2000)");
+    logToClear_ = !database_.tryEmptyLog();
+    database_.tryExecute("PRAGMA busy_timeout = 10000");
+}
+
+Stored<bool> SqliteStore::finishRemovals() {
+    return guarded("cannot finish removals", [&] {
+        if (logToClear_) {
+            clearLog();
+        }
+        return !logToClear_;
+    });
+}
+
 Stored<std::int64_t> SqliteStore::removeSessions(const std::vector<std::string>& ids) {
     std::vector<std::string> videos;
     auto removed = guarded("cannot remove sessions", [&] {
@@ -52,13 +70,8 @@ Stored<std::int64_t> SqliteStore::removeSessions(const std::vector<std::string>&
         transaction.commit();
         ++changes_;
         if (count > 0) {
-            // SQLite zeroes what is deleted; this takes it out of the write-ahead log as well, and gives
-            // pages back to the file system. Neither changes what is kept, so neither is an error when
-            // readers are in the way.
-            database_.tryExecute("PRAGMA busy_timeout = 200");
-            database_.tryExecute("PRAGMA incremental_vacuum(2000)");
-            database_.tryExecute("PRAGMA wal_checkpoint(TRUNCATE)");
-            database_.tryExecute("PRAGMA busy_timeout = 10000");
+            logToClear_ = true;
+            clearLog();
         }
         return count;
     });
@@ -88,6 +101,7 @@ Stored<void> SqliteStore::removeStrayLogLines(std::int64_t millis) {
         database_.prepare("DELETE FROM logLine WHERE place IS NULL AND receivedMillis < ?")
             .bind(millis)
             .run();
+        logToClear_ = logToClear_ || database_.changes() > 0;
     });
 }
 

@@ -106,6 +106,7 @@ Stored<std::unique_ptr<SqliteStore>> SqliteStore::open(const std::string& direct
             *found, std::move(*lock), std::move(database), Database(path, Database::Mode::read),
             std::move(budget), std::move(*videos), std::move(newIdentifier)));
         store->sweep();
+        store->clearLog();
         return store;
     } catch (const DatabaseError& error) {
         return std::unexpected("cannot open the database " + path + ": " + error.what());

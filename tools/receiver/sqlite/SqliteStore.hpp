@@ -52,6 +52,7 @@ class SqliteStore final : public Store {
                                                      std::int64_t number) override;
     Stored<std::optional<StoredVideo>> openVideo(const std::string& sessionId, std::int64_t number) override;
     Stored<std::int64_t> removeSessions(const std::vector<std::string>& ids) override;
+    Stored<bool> finishRemovals() override;
     Stored<std::vector<std::string>> quietSince(std::int64_t millis, std::int64_t most) override;
     Stored<void> removeStrayLogLines(std::int64_t millis) override;
     Stored<StoreStats> stats() override;
@@ -84,6 +85,8 @@ class SqliteStore final : public Store {
     /// The session's rows; its videos are added to `videos`. False when it is unknown.
     bool removeRows(const std::string& id, std::vector<std::string>& videos) const;
     void removeTexts(std::int64_t place) const;
+    /// Empties the write-ahead log if nobody is in the way, and with it what was removed.
+    void clearLog();
     void addToSums(std::int64_t place, const Chunk& chunk, std::uint64_t bytes,
                    const TimelineSummary& summary) const;
     /// The summary and the session's place.
@@ -110,6 +113,7 @@ class SqliteStore final : public Store {
     std::mutex mutex_;
     // Guarded by mutex_.
     Database database_;
+    bool logToClear_ = true;  // at first, of what an earlier receiver may have left
     GroupCommit commits_{database_, mutex_};
 
     std::mutex readerMutex_;

@@ -97,6 +97,9 @@ class Store {
     /// Removes these sessions with their chunks, videos, texts and log lines, and leaves nothing of them
     /// behind in files; returns how many of them were there.
     virtual Stored<std::int64_t> removeSessions(const std::vector<std::string>& ids) = 0;
+    /// Takes out of files what removals had to leave there because others were reading; false when they still
+    /// are.
+    virtual Stored<bool> finishRemovals() = 0;
     /// At most `most` sessions of which nothing was heard since `millis`, the earliest started first.
     virtual Stored<std::vector<std::string>> quietSince(std::int64_t millis, std::int64_t most) = 0;
     /// Removes the log lines without a session that came before `millis`.
