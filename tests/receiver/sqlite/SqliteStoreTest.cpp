@@ -2,6 +2,7 @@
 #include "sqlite/SqliteStore.hpp"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -26,6 +27,10 @@ class SqliteStoreTest : public testing::Test {
         return store ? "" : store.error();
     }
     static PutOutcome put(SqliteStore& store, std::int64_t number, const std::string& bytes = "video") {
+        return tryPut(store, number, bytes).value();
+    }
+    static Stored<PutOutcome> tryPut(SqliteStore& store, std::int64_t number,
+                                     const std::string& bytes = "video", std::size_t timelineBytes = 0) {
         const auto video = store.beginVideo();
         EXPECT_TRUE((*video)->append(bytes));
         const Chunk chunk{.number = number,
@@ -35,8 +40,9 @@ class SqliteStoreTest : public testing::Test {
                           .videoDigest = {},
                           .events = 1,
                           .timeline = R"([{"timestamp":1,"type":"ChunkEndMarker","chunkNumber":)" +
-                                      std::to_string(number) + "}]"};
-        return store.putChunk("S1", chunk, {}, **video, {}).value();
+                                      std::to_string(number) + "}" + std::string(timelineBytes, ' ') +
+                                      "]"};
+        return store.putChunk("S1", chunk, {}, **video, {});
     }
     static void addSession(SqliteStore& store, const std::string& id = "S1", std::int64_t start = 5) {
         ASSERT_TRUE(store.addSession({.id = id,
@@ -232,6 +238,68 @@ TEST_F(SqliteStoreTest, WhatAnEndedReceiverLeftInTheLogIsTakenOutAtTheStart) {
     for (const auto* const name : {"/receiver.db", "/receiver.db-wal"}) {
         EXPECT_EQ(test::fileText(ended + name).find("secret-session"), std::string::npos) << name;
     }
+}
+
+TEST_F(SqliteStoreTest, AVideoWhoseCommitFailedGoes) {
+    const auto store = open();
+    addSession(*store);
+    const Database other(data_ + "/receiver.db", Database::Mode::write);
+    // Seen to at the commit only.
+    other.execute(
+        "CREATE TABLE late (place INTEGER REFERENCES session(place) DEFERRABLE INITIALLY DEFERRED);"
+        "CREATE TRIGGER spoil AFTER INSERT ON chunk BEGIN INSERT INTO late VALUES (-1); END");
+    const auto outcome = tryPut(*store, 0);
+    ASSERT_FALSE(outcome);
+    EXPECT_NE(outcome.error().find("FOREIGN KEY"), std::string::npos) << outcome.error();
+    EXPECT_FALSE(hasVideo("video-1.mp4"));
+    EXPECT_EQ(store->stats()->videoBytes, 0U);
+    other.execute("DROP TRIGGER spoil");
+    EXPECT_EQ(put(*store, 0), PutOutcome::kept);
+    EXPECT_TRUE(hasVideo("video-2.mp4"));
+}
+
+TEST_F(SqliteStoreTest, AVideoWhoseCommitFailedWhileSomebodyReadGoesLater) {
+    const auto store = open();
+    addSession(*store);
+    const Database other(data_ + "/receiver.db", Database::Mode::write);
+    other.execute(
+        "CREATE TABLE late (place INTEGER REFERENCES session(place) DEFERRABLE INITIALLY DEFERRED);"
+        "CREATE TRIGGER spoil AFTER INSERT ON chunk BEGIN INSERT INTO late VALUES (-1); END");
+    {
+        const Transaction reading(other, Transaction::Kind::read);
+        EXPECT_TRUE(other.prepare("SELECT 1 FROM session").step());
+        EXPECT_FALSE(tryPut(*store, 0));
+        EXPECT_TRUE(hasVideo("video-1.mp4"));
+    }
+    EXPECT_EQ(store->finishRemovals(), true);
+    EXPECT_FALSE(hasVideo("video-1.mp4"));
+}
+
+// Every connection that is opened meanwhile has a database that may not grow beyond 70 pages of 4 KiB.
+class SmallDatabase {
+  public:
+    SmallDatabase() { sqlite3_auto_extension(entry()); }
+    SmallDatabase(const SmallDatabase&) = delete;
+    SmallDatabase& operator=(const SmallDatabase&) = delete;
+    ~SmallDatabase() { sqlite3_cancel_auto_extension(entry()); }
+
+  private:
+    static int limit(sqlite3* connection, char**, const sqlite3_api_routines*) {
+        return sqlite3_exec(connection, "PRAGMA max_page_count = 70", nullptr, nullptr, nullptr);
+    }
+    static void (*entry())() { return reinterpret_cast<void (*)()>(&limit); }
+};
+
+TEST_F(SqliteStoreTest, ADatabaseWithoutRoomSaysSoAndGoesOn) {
+    const SmallDatabase small;
+    const auto store = open();
+    addSession(*store);
+    EXPECT_EQ(tryPut(*store, 0, "video", 300'000), PutOutcome::noRoom);
+    EXPECT_FALSE(hasVideo("video-1.mp4"));
+    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = std::string(300'000, 'x')},
+                                {}),
+              false);
+    EXPECT_EQ(put(*store, 0), PutOutcome::kept);
 }
 
 TEST_F(SqliteStoreTest, LogLinesHaveABudgetPerSession) {

@@ -210,6 +210,9 @@ void RecordPlayback::keep() {
         case PutOutcome::notOpen:
             settle("ERROR", 200, "the session was closed meanwhile");
             return;
+        case PutOutcome::noRoom:
+            settle("ERROR", 507, "there is no room left on the disk");
+            return;
         case PutOutcome::tooLarge:
             settle("ERROR", 413, "the session has too many bytes");
             return;

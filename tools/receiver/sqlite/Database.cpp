@@ -4,6 +4,13 @@
 #include <sqlite3.h>
 
 namespace mireth::receiver {
+namespace {
+
+[[noreturn]] void fail(sqlite3* connection) {
+    throw DatabaseError(sqlite3_errmsg(connection), sqlite3_errcode(connection) == SQLITE_FULL);
+}
+
+}  // namespace
 
 void Statement::Finalizer::operator()(sqlite3_stmt* statement) const {
     sqlite3_finalize(statement);
@@ -15,13 +22,13 @@ Statement::Statement(sqlite3* connection, std::string_view sql) {
         sqlite3_prepare_v2(connection, sql.data(), static_cast<int>(sql.size()), &statement, nullptr);
     statement_.reset(statement);
     if (code != SQLITE_OK) {
-        throw DatabaseError(sqlite3_errmsg(connection));
+        fail(connection);
     }
 }
 
 void Statement::check(int code) const {
     if (code != SQLITE_OK && code != SQLITE_ROW && code != SQLITE_DONE) {
-        throw DatabaseError(sqlite3_errmsg(sqlite3_db_handle(statement_.get())));
+        fail(sqlite3_db_handle(statement_.get()));
     }
 }
 
@@ -97,7 +104,7 @@ Database::Database(const std::string& path, Mode mode) {
 
 void Database::execute(const char* sql) const {
     if (sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
-        throw DatabaseError(sqlite3_errmsg(connection_.get()));
+        fail(connection_.get());
     }
 }
 
@@ -114,7 +121,7 @@ bool Database::readPiece(const char* table, const char* column, std::int64_t row
                          std::span<unsigned char> into) const {
     sqlite3_blob* opened = nullptr;
     if (sqlite3_blob_open(connection_.get(), "main", table, column, row, 0, &opened) != SQLITE_OK) {
-        throw DatabaseError(sqlite3_errmsg(connection_.get()));
+        fail(connection_.get());
     }
     const std::unique_ptr<sqlite3_blob, decltype(&sqlite3_blob_close)> blob(opened, sqlite3_blob_close);
     const auto size = static_cast<std::uint64_t>(sqlite3_blob_bytes(opened));

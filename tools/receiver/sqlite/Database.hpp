@@ -17,7 +17,10 @@ namespace mireth::receiver {
 
 /// What SQLite reported. Thrown inside the store, which turns it into its own result.
 struct DatabaseError : std::runtime_error {
-    using std::runtime_error::runtime_error;
+    explicit DatabaseError(const std::string& what, bool isFull = false)
+        : std::runtime_error(what), noRoom(isFull) {}
+
+    bool noRoom;  ///< the disk is full, or the database as large as it may be
 };
 
 /// A prepared statement; bind in order, then step.

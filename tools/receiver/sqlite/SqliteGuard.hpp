@@ -18,6 +18,12 @@ auto SqliteStore::caught(const char* doing, Work work) -> Stored<decltype(work()
             return work();
         }
     } catch (const DatabaseError& error) {
+        // Whoever writes and answers yes or no says no when there is no room.
+        if constexpr (std::is_same_v<decltype(work()), bool>) {
+            if (error.noRoom) {
+                return false;
+            }
+        }
         return std::unexpected(std::string(doing) + " in " + directory_ + ": " + error.what());
     }
 }

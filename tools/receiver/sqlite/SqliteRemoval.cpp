@@ -1,5 +1,7 @@
 // Removing sessions, one by one or because of their age.
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "sqlite/SqliteGuard.hpp"
 #include "sqlite/SqliteStore.hpp"
@@ -48,6 +50,30 @@ void SqliteStore::clearLog() {
     database_.tryExecute("PRAGMA incremental_vacuum(2000)");
     logToClear_ = !database_.tryEmptyLog();
     database_.tryExecute("PRAGMA busy_timeout = 10000");
+    if (!logToClear_) {
+        removeDoubtful();
+    }
+}
+
+void SqliteStore::doubt(const std::string& video) {
+    const std::lock_guard lock(mutex_);
+    doubtful_.push_back(video);
+    clearLog();
+}
+
+// With an empty log: until then a crash could bring back a row whose commit failed.
+void SqliteStore::removeDoubtful() {
+    std::erase_if(doubtful_, [&](const std::string& video) {
+        try {
+            if (!database_.prepare("SELECT 1 FROM chunk WHERE video = ?").bind(video).step()) {
+                videos_.remove(video);
+            }
+            return true;
+        } catch (const DatabaseError&) {
+            return false;
+        }
+    });
+    logToClear_ = !doubtful_.empty();
 }
 
 Stored<bool> SqliteStore::finishRemovals() {

@@ -79,6 +79,9 @@ class SqliteStore final : public Store {
     /// Why the chunk cannot be inserted; `kept` when it can.
     PutOutcome admission(const std::string& sessionId, const Chunk& chunk, const VideoFile& video,
                          const std::string& digest, const Limits& limits) const;
+    /// All rows of a chunk, within a transaction.
+    PutOutcome insert(const std::string& sessionId, const Chunk& chunk, const TimelineSummary& summary,
+                      VideoFile& video, const std::string& digest, const Limits& limits) const;
     void insertChunk(std::int64_t place, const Chunk& chunk, const VideoFile& video,
                      const std::string& digest) const;
     void insertTexts(std::int64_t place, std::int64_t chunkNumber, const std::vector<FoundText>& texts) const;
@@ -87,6 +90,10 @@ class SqliteStore final : public Store {
     void removeTexts(std::int64_t place) const;
     /// Empties the write-ahead log if nobody is in the way, and with it what was removed.
     void clearLog();
+    /// The commit of this video's row failed, or seemed to.
+    void doubt(const std::string& video);
+    /// Removes the videos that were in doubt and have no row.
+    void removeDoubtful();
     void addToSums(std::int64_t place, const Chunk& chunk, std::uint64_t bytes,
                    const TimelineSummary& summary) const;
     /// The summary and the session's place.
@@ -113,6 +120,7 @@ class SqliteStore final : public Store {
     std::mutex mutex_;
     // Guarded by mutex_.
     Database database_;
+    std::vector<std::string> doubtful_;  // videos
     bool logToClear_ = true;  // at first, of what an earlier receiver may have left
     GroupCommit commits_{database_, mutex_};
 

@@ -177,21 +177,36 @@ Stored<PutOutcome> SqliteStore::putChunk(const std::string& sessionId, const Chu
     }
     return caught("cannot keep a chunk", [&] {
         auto outcome = PutOutcome::kept;
-        commits_.run([&] {
-            outcome = admission(sessionId, chunk, file, *digest, limits);
-            if (outcome == PutOutcome::kept) {
-                const auto place = placeOf(database_, sessionId).value();
-                insertChunk(place, chunk, file, *digest);
-                insertTexts(place, chunk.number, summary.texts);
-                addToSums(place, chunk, file.size(), summary);
-                // Before the commit: a commit that reports an error may have happened all the same, and then
-                // the row must find its file. An orphan is swept at the next start.
-                file.keep();
+        try {
+            commits_.run([&] { outcome = insert(sessionId, chunk, summary, file, *digest, limits); });
+        } catch (const DatabaseError& error) {
+            if (file.isKept()) {
+                doubt(file.name());
             }
-        });
+            if (!error.noRoom) {
+                throw;
+            }
+            return PutOutcome::noRoom;
+        }
         changes_ += outcome == PutOutcome::kept ? 1 : 0;
         return outcome;
     });
+}
+
+PutOutcome SqliteStore::insert(const std::string& sessionId, const Chunk& chunk,
+                               const TimelineSummary& summary, VideoFile& video, const std::string& digest,
+                               const Limits& limits) const {
+    const auto outcome = admission(sessionId, chunk, video, digest, limits);
+    if (outcome == PutOutcome::kept) {
+        const auto place = placeOf(database_, sessionId).value();
+        insertChunk(place, chunk, video, digest);
+        insertTexts(place, chunk.number, summary.texts);
+        addToSums(place, chunk, video.size(), summary);
+        // Before the commit: a commit that reports an error may have happened all the same, and then the row
+        // must find its file.
+        video.keep();
+    }
+    return outcome;
 }
 
 Stored<bool> SqliteStore::addLogLine(const LogLine& line, const Limits& limits) {

@@ -38,6 +38,7 @@ enum class PutOutcome {
     conflicting,  ///< another video is there under that number
     notOpen,      ///< the session is unknown or closed
     full,         ///< the session has as many chunks as are allowed
+    noRoom,       ///< there is no room left on the disk
     tooLarge,     ///< the session would have more bytes than are allowed
 };
 

@@ -31,6 +31,7 @@ class VideoFile final : public IncomingVideo {
     Stored<void> sync();
     /// The file stays when this object goes.
     void keep() { kept_ = true; }
+    bool isKept() const { return kept_; }
 
     const std::string& name() const { return name_; }
     /// SHA-256 of the bytes so far, in hexadecimal.
