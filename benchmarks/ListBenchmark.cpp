@@ -120,6 +120,7 @@ MIRETH_LIST(withACommonText, "text=declined");
 MIRETH_LIST(withARareText, "text=order%205550");
 MIRETH_LIST(withATextThatIsNowhere, "text=approved");
 MIRETH_LIST(withAShortText, "text=er");
+MIRETH_LIST(withAShortTextThatIsNowhere, "text=zq");
 MIRETH_LIST(everythingTogether,
             "project=project-0&signal=errorTap&screen=Screen%2010&text=declined&to=" + middle());
 

@@ -40,8 +40,7 @@ class SqliteStoreTest : public testing::Test {
                           .videoDigest = {},
                           .events = 1,
                           .timeline = R"([{"timestamp":1,"type":"ChunkEndMarker","chunkNumber":)" +
-                                      std::to_string(number) + "}" + std::string(timelineBytes, ' ') +
-                                      "]"};
+                                      std::to_string(number) + "}" + std::string(timelineBytes, ' ') + "]"};
         return store.putChunk("S1", chunk, {}, **video, {});
     }
     static void addSession(SqliteStore& store, const std::string& id = "S1", std::int64_t start = 5) {
@@ -296,9 +295,9 @@ TEST_F(SqliteStoreTest, ADatabaseWithoutRoomSaysSoAndGoesOn) {
     addSession(*store);
     EXPECT_EQ(tryPut(*store, 0, "video", 300'000), PutOutcome::noRoom);
     EXPECT_FALSE(hasVideo("video-1.mp4"));
-    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = std::string(300'000, 'x')},
-                                {}),
-              false);
+    EXPECT_EQ(
+        store->addLogLine({.sessionId = "S1", .levelName = "info", .message = std::string(300'000, 'x')}, {}),
+        false);
     EXPECT_EQ(put(*store, 0), PutOutcome::kept);
 }
 

@@ -12,8 +12,8 @@ class Retention {
   public:
     explicit Retention(Services services) : services_(services) {}
 
-    /// Carries the rules out, and finishes removals that could not be; returns how many sessions it removed. What fails is reported and left for the
-    /// next time.
+    /// Carries the rules out, and finishes removals that could not be; returns how many sessions it removed.
+    /// What fails is reported and left for the next time.
     std::int64_t enforce();
 
   private:

@@ -88,7 +88,8 @@ Condition projectCondition(const Database& database, const std::string& project)
 // For texts that are known by their ids, as a JSON array.
 Condition textsCondition(const Database& database, const std::string& ids) {
     const std::string among = "textId IN (SELECT value FROM json_each(?))";
-    return {.check = "EXISTS (SELECT 1 FROM sessionText WHERE sessionText.place = session.place AND " +
+    // The plus keeps SQLite from looking up every id for every session: a session has fewer texts than that.
+    return {.check = "EXISTS (SELECT 1 FROM sessionText WHERE sessionText.place = session.place AND +" +
                      among + ")",
             .checked = {ids},
             .lead = "place IN (SELECT place FROM sessionText WHERE " + among + ")",
@@ -97,7 +98,7 @@ Condition textsCondition(const Database& database, const std::string& ids) {
             .names = countOf(database, "sessionText WHERE " + among, {ids})};
 }
 
-// For so short or common a text that listing every place where it stands would take longer than looking.
+// For a text that stands in so many texts that listing them would take longer than looking.
 Condition looseTextCondition(const std::string& folded) {
     return {.check =
                 "EXISTS (SELECT 1 FROM sessionText JOIN text ON text.id = textId"
@@ -122,32 +123,51 @@ std::optional<std::pair<std::string, std::int64_t>> rarestGram(const Database& d
     return rarest;
 }
 
-std::string idsOf(Statement& rows) {
-    std::string ids;
-    while (rows.step()) {
-        ids += (ids.empty() ? "[" : ",") + std::to_string(rows.whole(0));
+struct Ids {
+    std::string json;  ///< an array; empty when there are none
+    std::int64_t count = 0;
+};
+
+Ids idsOf(Statement& rows) {
+    Ids ids;
+    for (; rows.step(); ++ids.count) {
+        ids.json += (ids.json.empty() ? "[" : ",") + std::to_string(rows.whole(0));
     }
-    return ids.empty() ? ids : ids + "]";
+    ids.json += ids.json.empty() ? "" : "]";
+    return ids;
+}
+
+// The texts in which `folded` stands, `many` at most.
+Ids textsWith(const Database& database, const std::string& folded) {
+    const auto rarest = rarestGram(database, folded);
+    const auto within = " instr(folded, ?) > 0 LIMIT " + std::to_string(many);
+    // Too short for a run of three characters, or of common ones only: there are far fewer texts than
+    // sessions, so every text is looked at.
+    const bool every = !rarest || rarest->second >= many;
+    auto rows = database.prepare(
+        every ? "SELECT id FROM text WHERE" + within
+              : "SELECT id FROM gram JOIN text ON text.id = textId WHERE gram = ? AND" + within);
+    if (!every) {
+        rows.bind(rarest->first);
+    }
+    rows.bind(folded);
+    return idsOf(rows);
 }
 
 std::optional<Condition> textCondition(const Database& database, const std::string& text) {
     const auto folded = foldedText(text);
-    const auto rarest = rarestGram(database, folded);
-    if (!rarest || rarest->second >= many) {
-        return looseTextCondition(folded);
+    const auto ids = textsWith(database, folded);
+    if (ids.count == 0) {
+        return std::nullopt;
     }
-    auto rows = database.prepare(
-        "SELECT id FROM gram JOIN text ON text.id = textId WHERE gram = ? AND instr(folded, ?) > 0");
-    rows.bind(rarest->first).bind(folded);
-    const auto ids = idsOf(rows);
-    return ids.empty() ? std::nullopt : std::optional(textsCondition(database, ids));
+    return ids.count < many ? textsCondition(database, ids.json) : looseTextCondition(folded);
 }
 
 std::optional<Condition> screenCondition(const Database& database, const std::string& screen) {
     auto rows = database.prepare("SELECT id FROM text WHERE kind = 0 AND value = ?");
     rows.bind(screen);
     const auto ids = idsOf(rows);
-    return ids.empty() ? std::nullopt : std::optional(textsCondition(database, ids));
+    return ids.count == 0 ? std::nullopt : std::optional(textsCondition(database, ids.json));
 }
 
 std::int64_t placeAt(std::int64_t millis) {

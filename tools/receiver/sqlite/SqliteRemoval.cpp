@@ -43,8 +43,8 @@ bool SqliteStore::removeRows(const std::string& id, std::vector<std::string>& vi
     return true;
 }
 
-// SQLite zeroes what is deleted; this takes it out of the write-ahead log as well, and gives pages back to the
-// file system. Readers may be in the way: then it is for the next time.
+// SQLite zeroes what is deleted; this takes it out of the write-ahead log as well, and gives pages back to
+// the file system. Readers may be in the way: then it is for the next time.
 void SqliteStore::clearLog() {
     database_.tryExecute("PRAGMA busy_timeout = 200");
     database_.tryExecute("PRAGMA incremental_vacuum(2000)");

@@ -121,7 +121,7 @@ class SqliteStore final : public Store {
     // Guarded by mutex_.
     Database database_;
     std::vector<std::string> doubtful_;  // videos
-    bool logToClear_ = true;  // at first, of what an earlier receiver may have left
+    bool logToClear_ = true;             // at first, of what an earlier receiver may have left
     GroupCommit commits_{database_, mutex_};
 
     std::mutex readerMutex_;
