@@ -16,9 +16,8 @@ using namespace test;
 class ListPlanTest : public testing::Test {
   protected:
     ListPlanTest() {
-        const auto store = std::move(SqliteStore::open(directory_.file("data"), [this] {
-                                         return std::to_string(++names_);
-                                     }).value());
+        const auto store = std::move(
+            SqliteStore::open(directory_.file("data"), [this] { return std::to_string(++names_); }).value());
         keep(*store, {.id = "S1", .chunks = {{screenEvent("Cart"), signalEvent("ErrorTap", "No stock")}}});
     }
     std::optional<ListPlan> planOf(const std::string& text) const {

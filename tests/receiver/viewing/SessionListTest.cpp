@@ -180,6 +180,35 @@ TEST_F(SessionList, FindsTextInScreensAndErrorsInAnyCase) {
     EXPECT_EQ(ids("?text=CartViewControllerThe"), Ids{});
 }
 
+TEST_F(SessionList, ATextIsFoundByItsBeginning) {
+    keep({.id = "S1", .chunks = {{signalEvent("ErrorTap", std::string(120, '.') + "needle" + "haystack")}}});
+    EXPECT_EQ(ids("?text=needle"), Ids{"S1"});
+    EXPECT_EQ(ids("?text=haystack"), Ids{});
+    EXPECT_EQ(ids("?text=ys"), Ids{});
+}
+
+TEST_F(SessionList, TheTextsOfOneSessionAreFew) {
+    std::vector<std::vector<TimelineEvent>> chunks(4);
+    for (int i = 0; i < 4 * 100; ++i) {
+        const auto name = std::to_string(i) + std::string(250, 'x');
+        chunks[static_cast<std::size_t>(i) / 100].push_back(i % 2 == 0 ? screenEvent(name)
+                                                                       : signalEvent("ErrorTap", name));
+    }
+    keep({.id = "S1", .chunks = std::move(chunks)});
+    const Database database(receiver_.data() + "/receiver.db", Database::Mode::read);
+    const auto count = [&](const std::string& from) {
+        auto row = database.prepare("SELECT count(*) FROM " + from);
+        row.step();
+        return row.whole(0);
+    };
+    EXPECT_EQ(count("text WHERE kind = 0"), 100);
+    EXPECT_EQ(count("text WHERE kind = 1"), 50);
+    EXPECT_LE(count("gram"), 150 * 126);
+    // Another session's are its own.
+    keep({.id = "S2", .startMillis = 5, .chunks = {{screenEvent("Cart")}}});
+    EXPECT_EQ(ids("?screen=Cart"), Ids{"S2"});
+}
+
 TEST_F(SessionList, EveryConditionMustHoldAndPagesGoOnUnderThem) {
     for (int i = 0; i < 30; ++i) {
         std::vector<TimelineEvent> events{screenEvent(i % 2 == 0 ? "Even" : "Odd")};

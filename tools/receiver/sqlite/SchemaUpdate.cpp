@@ -4,7 +4,6 @@
 #include "sqlite/SchemaUpdate.hpp"
 
 #include "sqlite/TextRows.hpp"
-#include "sqlite/TextSearch.hpp"
 
 namespace mireth::receiver {
 namespace {
@@ -41,7 +40,7 @@ void foldTexts(const Database& database) {
     auto fold = database.prepare("UPDATE text SET folded = ? WHERE id = ?");
     for (std::int64_t id = 0; next.bind(id).step(); next.reset()) {
         id = next.whole(0);
-        const auto folded = foldedText(next.text(1));
+        const auto folded = searchedForm(next.text(1));
         fold.bind(folded).bind(id).run();
         fold.reset();
         insertGrams(database, id, folded);

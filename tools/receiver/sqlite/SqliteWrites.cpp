@@ -12,7 +12,8 @@ namespace {
 // What a row takes, generously.
 constexpr std::uint64_t rowBytes = 4096;
 // Texts by which one session can be found; an honest one has a few dozen.
-constexpr std::int64_t mostTexts = 500;
+constexpr std::int64_t mostScreens = 100;
+constexpr std::int64_t mostErrors = 50;
 
 // The first free place at or after the start; sessions of one millisecond follow each other.
 std::int64_t freePlace(const Database& database, std::int64_t startMillis) {
@@ -112,13 +113,17 @@ void SqliteStore::insertChunk(std::int64_t place, const Chunk& chunk, const Vide
 
 void SqliteStore::insertTexts(std::int64_t place, std::int64_t chunkNumber,
                               const std::vector<FoundText>& texts) const {
-    auto count = database_.prepare("SELECT count(*) FROM sessionText WHERE place = ?");
+    auto count = database_.prepare(
+        "SELECT count(*) - coalesce(sum(kind), 0), coalesce(sum(kind), 0) FROM sessionText"
+        " JOIN text ON text.id = textId WHERE place = ?");
     count.bind(place).step();
-    std::int64_t room = mostTexts - count.whole(0);
+    std::int64_t screens = mostScreens - count.whole(0);
+    std::int64_t errors = mostErrors - count.whole(1);
     std::int64_t position = 0;
     for (const auto& text : texts) {
+        auto& room = text.kind == FoundText::Kind::screen ? screens : errors;
         if (room-- <= 0) {
-            return;
+            continue;
         }
         // Chunks may come in any order; what counts is where a text stood first.
         database_

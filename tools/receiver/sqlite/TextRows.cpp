@@ -11,7 +11,7 @@ std::int64_t textRow(const Database& database, const FoundText& text) {
     if (known.bind(kind).bind(text.value).step()) {
         return known.whole(0);
     }
-    const auto folded = foldedText(text.value);
+    const auto folded = searchedForm(text.value);
     database.prepare("INSERT INTO text(kind, value, folded) VALUES (?, ?, ?)")
         .bind(kind)
         .bind(text.value)
@@ -20,6 +20,12 @@ std::int64_t textRow(const Database& database, const FoundText& text) {
     const auto id = database.lastRow();
     insertGrams(database, id, folded);
     return id;
+}
+
+std::string searchedForm(const std::string& value) {
+    // Each character makes two rows, while everybody who writes waits.
+    constexpr std::size_t most = 128;
+    return foldedText(cutText(value, most));
 }
 
 void insertGrams(const Database& database, std::int64_t id, const std::string& folded) {

@@ -15,7 +15,7 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::size_t longestText = 256;
 // What one chunk may add; a session of honest length stays far below.
-constexpr std::size_t mostTexts = 200;
+constexpr std::size_t mostTexts = 60;
 
 class Summing {
   public:
