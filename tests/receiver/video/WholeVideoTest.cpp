@@ -165,6 +165,12 @@ TEST_F(WholeVideo, IsTheSameFileEachTimeAndComesInRanges) {
     const auto part = receiver_.get(target, "Range: bytes=100-199\r\n");
     EXPECT_EQ(part.status, 206);
     EXPECT_EQ(part.body, whole.body.substr(100, 100));
+    // A download that is resumed after the session grew would be half of one file and half of another.
+    receiver_.put(chunkUpload(id_, 1, encode("testsrc=")));
+    const auto grown =
+        receiver_.get(target, "Range: bytes=100-199\r\nIf-Range: " + whole.header("etag") + "\r\n");
+    EXPECT_EQ(grown.status, 200);
+    EXPECT_GT(grown.body.size(), whole.body.size());
 }
 
 TEST_F(WholeVideo, WithoutAChunkThereIsNone) {

@@ -160,6 +160,23 @@ TEST_F(ReplayApi, ServesAVideoWholeAndInRanges) {
     EXPECT_EQ(head.body, "");
 }
 
+TEST_F(ReplayApi, ARangeOfAnotherStateOfTheFileIsAnsweredWithAllOfIt) {
+    const auto bytes = mp4();
+    receiver_.put(chunkUpload(id_, 0, bytes));
+    const auto etag = receiver_.get(at("/chunks/0.mp4")).header("etag");
+    const auto resumed = [&](const std::string& tag) {
+        return receiver_.get(at("/chunks/0.mp4"), "Range: bytes=10-\r\nIf-Range: " + tag + "\r\n");
+    };
+    const auto same = resumed(etag);
+    EXPECT_EQ(same.status, 206);
+    EXPECT_EQ(same.body, bytes.substr(10));
+    for (const auto* const other : {"\"1-other\"", "Tue, 14 Nov 2023 22:13:20 GMT"}) {
+        const auto whole = resumed(other);
+        EXPECT_EQ(whole.status, 200) << other;
+        EXPECT_EQ(whole.body, bytes) << other;
+    }
+}
+
 TEST_F(ReplayApi, WhatIsUnknownIsNotFound) {
     receiver_.put(chunkUpload(id_, 0));
     for (const auto& target :

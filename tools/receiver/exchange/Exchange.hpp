@@ -22,6 +22,7 @@ struct RequestHead {
     std::string host;  ///< the value of this header and of those that follow; "" when absent
     std::string ifNoneMatch;
     std::string range;
+    std::string ifRange;
     std::string cookie;
     std::string authorization;
     std::string origin;

@@ -103,6 +103,7 @@ void handOn(RequestHandler& handler, const httplib::Request& request, const http
                                      .host = request.get_header_value("Host"),
                                      .ifNoneMatch = request.get_header_value("If-None-Match"),
                                      .range = request.get_header_value("Range"),
+                                     .ifRange = request.get_header_value("If-Range"),
                                      .cookie = request.get_header_value("Cookie"),
                                      .authorization = request.get_header_value("Authorization"),
                                      .origin = request.get_header_value("Origin"),

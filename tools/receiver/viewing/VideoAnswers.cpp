@@ -25,10 +25,11 @@ std::optional<std::int64_t> chunkNumberIn(const std::string& name) {
     return whole ? std::optional(number) : std::nullopt;
 }
 
-// The file, or the range of it that the request asks for.
-Answer pieceOf(const RequestHead& head, std::shared_ptr<ByteSource> file) {
+// The file, or the range of it that the request asks for, unless that is of another state of the file.
+Answer pieceOf(const RequestHead& head, const std::string& etag, std::shared_ptr<ByteSource> file) {
     const auto size = file->size();
-    const auto range = byteRange(head.range, size);
+    const bool sameFile = head.ifRange.empty() || head.ifRange == etag;
+    const auto range = byteRange(sameFile ? head.range : "", size);
     if (!range) {
         auto answer = errorAnswer(416, "the video has no such bytes");
         answer.headers = {{"Content-Range", "bytes */" + std::to_string(size)}};
@@ -67,7 +68,7 @@ Answer VideoAnswers::chunk(const RequestHead& head, const std::string& id, const
     if (isKnown(head, etag)) {
         return notModified(etag);
     }
-    auto answer = pieceOf(head, std::move((*video)->bytes));
+    auto answer = pieceOf(head, etag, std::move((*video)->bytes));
     // A chunk never changes under its address, so a browser may keep it; only this viewer's, for it is
     // private.
     answer.headers.emplace_back("ETag", etag);
@@ -103,7 +104,7 @@ Answer VideoAnswers::whole(const RequestHead& head, const std::string& id) const
         services_.environment.report(video.error().why);
         return errorAnswer(500, "the video could not be made");
     }
-    auto answer = pieceOf(head, std::move(*video));
+    auto answer = pieceOf(head, etag, std::move(*video));
     answer.headers.emplace_back("ETag", etag);
     answer.headers.emplace_back("Cache-Control", "private, no-cache");
     answer.headers.emplace_back("Content-Disposition", downloadAs(id, "mp4"));
