@@ -69,10 +69,10 @@ Answer VideoAnswers::chunk(const RequestHead& head, const std::string& id, const
         return notModified(etag);
     }
     auto answer = pieceOf(head, etag, std::move((*video)->bytes));
-    // A chunk never changes under its address, so a browser may keep it; only this viewer's, for it is
-    // private.
+    // Asked for again each time, though a chunk never changes: it must not be there after a logging out or its
+    // removal.
     answer.headers.emplace_back("ETag", etag);
-    answer.headers.emplace_back("Cache-Control", "private, max-age=86400, immutable");
+    answer.headers.emplace_back("Cache-Control", "private, no-cache");
     return answer;
 }
 
