@@ -217,7 +217,7 @@ void RecordPlayback::keep() {
             settle("ERROR", 413, "the session has too many bytes");
             return;
         case PutOutcome::full:
-            settle("ERROR", 200, "the session has too many chunks");
+            settle("ERROR", 413, "the session has too many chunks");
             return;
     }
 }
