@@ -56,18 +56,18 @@ int exportVideo(const ExportOptions& options, std::ostream& errors) {
     if (!store) {
         return fail(errors, store.error());
     }
-    const auto contents = (*store)->contents(options.session);
-    if (!contents) {
-        return fail(errors, contents.error());
+    const auto outline = (*store)->outline(options.session);
+    if (!outline) {
+        return fail(errors, outline.error());
     }
-    if (!*contents) {
+    if (!*outline) {
         return fail(errors, "there is no session \"" + options.session + "\" in " + options.data);
     }
-    const auto& chunks = (*contents)->chunks;
+    const auto& chunks = (*outline)->chunks;
     if (chunks.empty()) {
         return fail(errors, "session \"" + options.session + "\" has no chunks");
     }
-    bound(RLIMIT_FSIZE, static_cast<rlim_t>((*contents)->summary.bytes) + overhead);
+    bound(RLIMIT_FSIZE, static_cast<rlim_t>((*outline)->summary.bytes) + overhead);
     std::vector<VideoPart> parts;
     for (const auto& chunk : chunks) {
         parts.push_back(
