@@ -201,6 +201,29 @@ TEST_F(SqliteStoreTest, ADirectoryThatCannotBeMadeIsNamed) {
     EXPECT_EQ(errorOfOpening(), "cannot make the data directory " + data_ + ": Not a directory");
 }
 
+TEST_F(SqliteStoreTest, CountsWhatThereIsThroughEveryChangeAndStart) {
+    const auto counts = [](SqliteStore& store) {
+        const auto stats = store.stats().value();
+        return std::pair(stats.sessions, stats.chunks);
+    };
+    {
+        const auto store = open();
+        EXPECT_EQ(counts(*store), std::pair(0L, 0L));
+        addSession(*store);
+        addSession(*store, "S2", 6);
+        put(*store, 0);
+        put(*store, 0);
+        put(*store, 1);
+        EXPECT_EQ(counts(*store), std::pair(2L, 2L));
+    }
+    const auto store = open();
+    EXPECT_EQ(counts(*store), std::pair(2L, 2L));
+    EXPECT_EQ(store->removeSessions({"S2", "unknown"}), 1);
+    EXPECT_EQ(counts(*store), std::pair(1L, 2L));
+    EXPECT_EQ(store->removeSessions({"S1"}), 1);
+    EXPECT_EQ(counts(*store), std::pair(0L, 0L));
+}
+
 TEST_F(SqliteStoreTest, WhatWasRemovedWhileSomebodyReadIsTakenOutOfTheLogLater) {
     const auto store = open();
     addSession(*store, "secret-session");

@@ -65,7 +65,9 @@ void SqliteStore::doubt(const std::string& video) {
 void SqliteStore::removeDoubtful() {
     std::erase_if(doubtful_, [&](const std::string& video) {
         try {
-            if (!database_.prepare("SELECT 1 FROM chunk WHERE video = ?").bind(video).step()) {
+            if (database_.prepare("SELECT 1 FROM chunk WHERE video = ?").bind(video).step()) {
+                ++chunks_;
+            } else {
                 videos_.remove(video);
             }
             return true;
@@ -95,6 +97,8 @@ Stored<std::int64_t> SqliteStore::removeSessions(const std::vector<std::string>&
         }
         transaction.commit();
         ++changes_;
+        sessions_ -= count;
+        chunks_ -= static_cast<std::int64_t>(videos.size());
         if (count > 0) {
             logToClear_ = true;
             clearLog();

@@ -105,6 +105,7 @@ Stored<std::unique_ptr<SqliteStore>> SqliteStore::open(const std::string& direct
         std::unique_ptr<SqliteStore> store(new SqliteStore(
             *found, std::move(*lock), std::move(database), Database(path, Database::Mode::read),
             std::move(budget), std::move(*videos), std::move(newIdentifier)));
+        store->count();
         store->sweep();
         store->clearLog();
         return store;
@@ -136,6 +137,13 @@ Stored<std::unique_ptr<SqliteStore>> SqliteStore::openForReading(const std::stri
     } catch (const DatabaseError& error) {
         return std::unexpected("cannot open the database " + path + ": " + error.what());
     }
+}
+
+void SqliteStore::count() {
+    auto row = database_.prepare("SELECT count(*), coalesce(sum(chunks), 0) FROM session");
+    row.step();
+    sessions_ = row.whole(0);
+    chunks_ = row.whole(1);
 }
 
 void SqliteStore::sweep() {

@@ -74,6 +74,7 @@ class SqliteStore final : public Store {
     template <typename Work>
     auto caught(const char* doing, Work work) -> Stored<decltype(work())>;
 
+    void count();
     void sweep();
     std::optional<std::int64_t> placeOf(const Database& database, const std::string& id) const;
     /// Why the chunk cannot be inserted; `kept` when it can.
@@ -116,6 +117,9 @@ class SqliteStore final : public Store {
     std::int64_t swept_ = 0;    // constant once opened
     const std::string opened_;  // another text for every opening
     std::atomic<std::uint64_t> changes_ = 0;
+    // What there is, so that nobody has to look at every session to count it.
+    std::atomic<std::int64_t> sessions_ = 0;
+    std::atomic<std::int64_t> chunks_ = 0;
 
     std::mutex mutex_;
     // Guarded by mutex_.

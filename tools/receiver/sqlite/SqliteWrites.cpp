@@ -46,6 +46,7 @@ Stored<bool> SqliteStore::addSession(const Session& session) {
             .run();
         transaction.commit();
         ++changes_;
+        ++sessions_;
         return true;
     });
 }
@@ -193,7 +194,10 @@ Stored<PutOutcome> SqliteStore::putChunk(const std::string& sessionId, const Chu
             }
             return PutOutcome::noRoom;
         }
-        changes_ += outcome == PutOutcome::kept ? 1 : 0;
+        if (outcome == PutOutcome::kept) {
+            ++changes_;
+            ++chunks_;
+        }
         return outcome;
     });
 }

@@ -105,6 +105,7 @@ class Store {
     virtual Stored<std::vector<std::string>> quietSince(std::int64_t millis, std::int64_t most) = 0;
     /// Removes the log lines without a session that came before `millis`.
     virtual Stored<void> removeStrayLogLines(std::int64_t millis) = 0;
+    /// Cheap, however much is kept; an error when the store does not answer.
     virtual Stored<StoreStats> stats() = 0;
     /// The log lines without a session, the earliest first.
     virtual Stored<std::vector<LogLine>> strayLogLines() = 0;
