@@ -31,10 +31,35 @@ Stored<std::string> resolved(const std::string& directory) {
     return path.string();
 }
 
-Stored<std::string> makePrivateDirectory(const std::string& directory) {
+void syncDirectory(const std::filesystem::path& directory) {
+    const UniqueFd opened(
+        ::open(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (opened) {
+        ::fsync(opened.get());
+    }
+}
+
+// With its name made durable: otherwise a power cut may leave chunks that were acknowledged without a folder.
+bool makeDirectory(const std::filesystem::path& directory, mode_t mode) {
+    const bool made = ::mkdir(directory.c_str(), mode) == 0;
+    if (made) {
+        syncDirectory(directory.parent_path());
+    }
+    return made || errno == EEXIST;
+}
+
+void makeDirectoriesAbove(const std::filesystem::path& path) {
+    const auto above = path.parent_path();
     std::error_code error;
-    std::filesystem::create_directories(std::filesystem::path(directory).parent_path(), error);
-    if (::mkdir(directory.c_str(), 0700) != 0 && errno != EEXIST) {
+    if (!above.empty() && !std::filesystem::exists(above, error)) {
+        makeDirectoriesAbove(above);
+        makeDirectory(above, 0777);
+    }
+}
+
+Stored<std::string> makePrivateDirectory(const std::string& directory) {
+    makeDirectoriesAbove(directory);
+    if (!makeDirectory(directory, 0700)) {
         return failure("cannot make the data directory " + directory);
     }
     if (::chmod(directory.c_str(), 0700) != 0) {
@@ -99,6 +124,7 @@ Stored<std::unique_ptr<SqliteStore>> SqliteStore::open(const std::string& direct
     if (!videos) {
         return std::unexpected(videos.error());
     }
+    syncDirectory(*found);
     try {
         Database database(path, Database::Mode::write);
         prepareSchema(database);
