@@ -48,7 +48,7 @@ TEST_F(SessionList, SaysWhatASessionHolds) {
                       signalEvent("ErrorTap", "no stock")}}});
     EXPECT_EQ(page(), json::parse(R"({"sessions":[{"id":"S1","brandId":"b1","projectId":"shop","state":"open",
         "startMillis":1700000000000,"lastMillis":1700000020000,"durationMillis":20000,
-        "device":{"model":"Phone","system":"iOS 17.4"},"screens":["Cart","Pay"],
+        "device":{"model":"Phone","system":"iOS 17.4"},"screens":["Cart","Pay"],"screenCount":2,
         "counts":{"taps":2,"rageTaps":1,"deadTaps":2,"errorTaps":1},"chunks":2,"missingChunks":0,"bytes":10}],
         "next":null,"total":1})"));
     receiver_.closeSession("S1", "b1", "shop");
@@ -99,6 +99,21 @@ TEST_F(SessionList, ScreensStandInTheOrderOfTheTimelineWhateverOrderTheChunksCam
     keepChunk(receiver_.store(), "S1", 1, {screenEvent("Second"), screenEvent("Third")}, 5);
     keepChunk(receiver_.store(), "S1", 0, {screenEvent("First"), screenEvent("Third")}, 6);
     EXPECT_EQ(page().at("sessions").at(0).at("screens"), (Ids{"First", "Third", "Second"}));
+}
+
+TEST_F(SessionList, HoldsTheFirstTenScreensAndHowManyThereAre) {
+    std::vector<TimelineEvent> events;
+    Ids first;
+    for (int i = 0; i < 12; ++i) {
+        events.push_back(screenEvent("Screen " + std::to_string(i)));
+        first.push_back("Screen " + std::to_string(i));
+    }
+    first.resize(10);
+    keep({.id = "S1", .chunks = {events}});
+    const auto session = page().at("sessions").at(0);
+    EXPECT_EQ(session.at("screens"), first);
+    EXPECT_EQ(session.at("screenCount"), 12);
+    EXPECT_EQ(ids("?screen=Screen+11"), Ids{"S1"});
 }
 
 TEST_F(SessionList, TheLastStartedComesFirstAndSessionsOfOneMillisecondInTurn) {

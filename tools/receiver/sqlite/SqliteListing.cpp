@@ -15,16 +15,15 @@ constexpr std::size_t mostScreens = 1000;
 
 }  // namespace
 
-std::vector<std::string> SqliteStore::screensOf(std::int64_t place) const {
-    std::vector<std::string> screens;
+void SqliteStore::addScreens(std::int64_t place, SessionSummary& summary) const {
     auto row = reader_.prepare(
-        "SELECT value FROM sessionText JOIN text ON text.id = textId WHERE place = ? AND kind = 0"
-        " ORDER BY chunkNumber, position");
+        "SELECT value, count(*) OVER () FROM sessionText JOIN text ON text.id = textId WHERE place = ? AND"
+        " kind = 0 ORDER BY chunkNumber, position LIMIT 10");
     row.bind(place);
     while (row.step()) {
-        screens.push_back(row.text(0));
+        summary.screens.push_back(row.text(0));
+        summary.screenCount = row.whole(1);
     }
-    return screens;
 }
 
 Stored<SessionPage> SqliteStore::list(const SessionQuery& query) {
@@ -53,7 +52,7 @@ Stored<SessionPage> SqliteStore::list(const SessionQuery& query) {
             places.push_back(row.whole(placeColumn));
         }
         for (std::size_t i = 0; i < places.size(); ++i) {
-            page.sessions[i].screens = screensOf(places[i]);
+            addScreens(places[i], page.sessions[i]);
         }
         return page;
     });

@@ -64,7 +64,7 @@ std::optional<std::pair<SessionSummary, std::int64_t>> SqliteStore::summaryOf(co
         return std::nullopt;
     }
     std::pair result{summaryIn(row), row.whole(placeColumn)};
-    result.first.screens = screensOf(result.second);
+    addScreens(result.second, result.first);
     return result;
 }
 

@@ -99,7 +99,7 @@ class SqliteStore final : public Store {
                    const TimelineSummary& summary) const;
     /// The summary and the session's place.
     std::optional<std::pair<SessionSummary, std::int64_t>> summaryOf(const std::string& id) const;
-    std::vector<std::string> screensOf(std::int64_t place) const;
+    void addScreens(std::int64_t place, SessionSummary& summary) const;
     enum class Timelines { with, without };
     Stored<std::optional<SessionContents>> contents(const std::string& id, Timelines timelines);
     std::vector<Chunk> chunksOf(std::int64_t place, Timelines timelines) const;

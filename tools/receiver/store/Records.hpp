@@ -62,7 +62,8 @@ struct SessionSummary {
     SignalCounts counts = {};
     std::string deviceModel;           ///< empty until the timeline named it
     std::string deviceSystem;          ///< empty until the timeline named it
-    std::vector<std::string> screens;  ///< each once, in the order of their first appearance
+    std::vector<std::string> screens;  ///< the first ten, each once, in the order of their first appearance
+    std::int64_t screenCount = 0;      ///< of all
 };
 
 /// Everything of one session.

@@ -24,6 +24,7 @@ Json summaryJson(const SessionSummary& summary) {
             {"durationMillis", summary.durationMillis},
             {"device", {{"model", summary.deviceModel}, {"system", summary.deviceSystem}}},
             {"screens", summary.screens},
+            {"screenCount", summary.screenCount},
             {"counts",
              {{"taps", counts.taps},
               {"rageTaps", counts.rageTaps},

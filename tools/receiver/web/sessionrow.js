@@ -22,7 +22,7 @@ export function sessionRow(session) {
             el('span', { class: 'unseen' }, spokenTime(session.durationMillis / 1000))),
         cell('project', foreign(session.projectId), ' ', foreign(session.brandId, { class: 'faint' })),
         cell('device', ...device(session.device, session.state === 'open')),
-        cell('screens', ...screens(session.screens)),
+        cell('screens', ...screens(session.screens, session.screenCount)),
         count('tap', counts.taps, 'tap'),
         count('rage', counts.rageTaps, 'rage tap'),
         count('dead', counts.deadTaps, 'dead tap'),
@@ -45,10 +45,12 @@ function device({ model, system }, open) {
     return [foreign(model || 'Unknown'), ' ', foreign(system || '', { class: 'faint' })];
 }
 
-function screens(names) {
+/** `names` are the first of `all` screens. */
+function screens(names, all) {
     const shown = names.slice(0, screensShown).flatMap((name, index) => [index > 0 && ', ', foreign(name)]);
-    const more = names.length - screensShown;
-    return more > 0 ? [...shown, el('span', { class: 'faint', title: names.slice(screensShown).join(', ') }, ` +${more}`)] : shown;
+    const more = all - screensShown;
+    const title = names.slice(screensShown).concat(all > names.length ? '…' : []).join(', ');
+    return more > 0 ? [...shown, el('span', { class: 'faint', title }, ` +${more}`)] : shown;
 }
 
 function count(kind, value, thing) {
