@@ -10,7 +10,10 @@ for file in "$INCLUDEDIR/MirethVex/MirethVex.hpp" "$INCLUDEDIR/MirethVex/Linux/L
     share/doc/MirethVex/LICENSE; do
     [[ -s $PREFIX/$file ]] || fail "$file is not installed"
 done
-# Tests, private headers and all programs but one stay at home.
-programs=$(ls "$PREFIX/bin" 2>/dev/null || true)
-[[ -z $programs || $programs == mireth-attach ]] || fail "other programs are installed: $programs"
+for program in mireth-phone mireth-receiver; do
+    "$PREFIX/bin/$program" --version | grep -q "^$program [0-9]" || fail "$program does not run where it is installed"
+done
+# Tests and private headers stay at home.
+others=$(ls "$PREFIX/bin" | grep -vxE 'mireth-(attach|phone|receiver)' || true)
+[[ -z $others ]] || fail "other programs are installed: $others"
 [[ ! -e $PREFIX/$INCLUDEDIR/MirethVex/Headless ]] || fail "the headless platform is installed"

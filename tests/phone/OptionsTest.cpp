@@ -48,8 +48,10 @@ TEST(Options, WhatIsUnusableEndsWithStatusOneAndOneLine) {
                                                                  {"a.json", "--nonsense"},
                                                                  {"a.json", "--seed", "x"},
                                                                  {"a.json", "--seed", "-1"},
+                                                                 {"a.json", "--seed", "18446744073709551616"},
                                                                  {"a.json", "--allow-tags", "ghost"},
                                                                  {"a.json", "--sr-endpoint", ""},
+                                                                 {"a.json", "--caches", ""},
                                                                  {"a.json", "--ca-file", "/nowhere"}}) {
         const auto result = read(bad);
         ASSERT_TRUE(std::holds_alternative<EarlyEnd>(result));
@@ -64,6 +66,12 @@ TEST(Options, HelpIsNoError) {
     const auto end = std::get<EarlyEnd>(read({"--help"}));
     EXPECT_EQ(end.status, 0);
     EXPECT_THAT(end.text, HasSubstr("--dump-frames"));
+}
+
+TEST(Options, TheVersionIsOneLine) {
+    const auto end = std::get<EarlyEnd>(read({"--version"}));
+    EXPECT_EQ(end.status, 0);
+    EXPECT_THAT(end.text, testing::MatchesRegex("mireth-phone [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
 }  // namespace

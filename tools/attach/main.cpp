@@ -73,6 +73,7 @@ int main(int argc, char** argv) {
     app.add_option("--kelda-endpoint", options.keldaEndpoint,
                    "Origin of the configuration service; else that of the session-replay service");
     app.add_option("--info", options.info, "Information dictionary, a JSON file");
+    app.set_version_flag("--version", "mireth-attach " MIRETH_VERSION);
     app.prefix_command();
     CLI11_PARSE(app, argc, argv);
 

@@ -6,7 +6,9 @@
 #include <CLI/Formatter.hpp>
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <sstream>
 
 namespace mireth::phone {
@@ -66,8 +68,11 @@ CLI::Validator notEmpty() {
 /// A minus sign would otherwise be taken, and turned into a very large number.
 CLI::Validator wholeNumber() {
     return {[](const std::string& text) {
-                const bool isWhole = text.find_first_not_of("0123456789") == std::string::npos;
-                return isWhole ? std::string() : "must be a whole number, not " + text;
+                std::uint64_t number = 0;
+                const char* const end = text.data() + text.size();
+                const bool isWhole =
+                    std::from_chars(text.data(), end, number) == std::from_chars_result{end, {}};
+                return isWhole ? std::string() : "must be a whole number from 0 to 2^64 - 1, not " + text;
             },
             ""};
 }
@@ -94,7 +99,9 @@ std::variant<Options, EarlyEnd> readOptions(int count, const char* const* argume
     app.add_option("--ca-file", options.caFile, "Extra trusted certificate authority")
         ->type_name("FILE")
         ->check(CLI::ExistingFile);
-    app.add_option("--caches", options.caches, "The user caches directory")->type_name("DIR");
+    app.add_option("--caches", options.caches, "The user caches directory")
+        ->type_name("DIR")
+        ->check(notEmpty());
     app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     app.add_option("--speed", speed, "real, max (virtual time) or N times real time")
         ->type_name("real|max|N");
@@ -105,12 +112,15 @@ std::variant<Options, EarlyEnd> readOptions(int count, const char* const* argume
     app.add_option("--dump-frames", options.frames, "Write every captured image there as PNG")
         ->type_name("DIR");
     app.add_flag("--plain", options.plain, "Results only, as text for people");
+    app.set_version_flag("--version", "mireth-phone " MIRETH_VERSION);
     try {
         app.parse(count, arguments);
         options.pace = readPace(speed);
         options.allowedTags = readTags(tags);
     } catch (const CLI::CallForHelp&) {
         return EarlyEnd{app.help(), 0};
+    } catch (const CLI::CallForVersion& version) {
+        return EarlyEnd{std::string(version.what()) + "\n", 0};
     } catch (const CLI::ParseError& error) {
         return EarlyEnd{"mireth-phone: " + firstLine(error.what()) + "\n", 1};
     }

@@ -268,5 +268,18 @@ TEST_F(ReceiverProgram, HelpNamesEveryOption) {
     expectHelp({"export"}, {"SESSION", "--output", "--data"});
 }
 
+TEST_F(ReceiverProgram, AnUnusableCommandLineIsOneLineThatNamesTheProgram) {
+    const auto result = run({"--bogus"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, "mireth-receiver: The following argument was not expected: --bogus\n");
+}
+
+TEST_F(ReceiverProgram, TheVersionIsOneLine) {
+    const auto result = run({"--version"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_TRUE(result.out.starts_with("mireth-receiver ")) << result.out;
+    EXPECT_EQ(std::ranges::count(result.out, '\n'), 1);
+}
+
 }  // namespace
 }  // namespace mireth::receiver::test

@@ -126,10 +126,13 @@ int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
         command->add_flag("--json", json, "Print everything as JSON");
     }
     app.require_subcommand(0, 1);
+    app.set_version_flag("--version", "mireth-receiver " MIRETH_VERSION);
     try {
         app.parse(argc, argv);
+    } catch (const CLI::Success& asked) {
+        return app.exit(asked, out, errors);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error, out, errors) == 0 ? 0 : 1;
+        return fail(errors, error.what());
     }
     // Printed paths are of use from any directory.
     serving.data = std::filesystem::absolute(serving.data).lexically_normal();
