@@ -11,8 +11,7 @@
 
 namespace mireth {
 
-/// Seconds since the Unix epoch, as a 64-bit float. A value type; any thread. It may hold a value that is not
-/// finite, which compares as floats do and which no conversion takes.
+/// Seconds since the Unix epoch, as a 64-bit float. A value type; any thread.
 class MIRETH_EXPORT Date {
   public:
     explicit Date(double secondsSinceEpoch = 0) noexcept : seconds_(secondsSinceEpoch) {}
@@ -25,9 +24,8 @@ class MIRETH_EXPORT Date {
     static Date fromTimestampMillis(std::int64_t millis) noexcept;
 
     /// Reads an ISO 8601 internet date-time (RFC 3339) with fractional seconds, such as
-    /// 2024-05-01T10:20:30.123Z, down to the millisecond; further digits are dropped. The zone is "Z" or an
-    /// offset with or without a colon. Nothing for any other text, also for one without a fraction or with a
-    /// leap second.
+    /// 2024-05-01T10:20:30.123Z, down to the millisecond. Nothing for any other text, also for one without a
+    /// fraction.
     static std::optional<Date> fromIso8601(std::string_view text);
 
     double secondsSinceEpoch() const noexcept { return seconds_; }
@@ -40,8 +38,7 @@ class MIRETH_EXPORT Date {
     /// `toTimestampMillis` refuses is a fatal error here too.
     std::string asString() const;
 
-    /// UTC with milliseconds, such as 2024-05-01T10:20:30.123Z. A value that `toTimestampMillis` refuses is a
-    /// fatal error here too.
+    /// UTC with milliseconds, such as 2024-05-01T10:20:30.123Z.
     std::string toIso8601() const;
 
     auto operator<=>(const Date&) const = default;

@@ -45,8 +45,7 @@ class MIRETH_EXPORT GestureRecognizer {
     bool cancelsTouchesInView() const noexcept { return cancelsTouchesInView_; }
     void setCancelsTouchesInView(bool cancels) noexcept { cancelsTouchesInView_ = cancels; }
 
-    /// Not owned: it outlives the recogniser or is taken back with null, which refuses every simultaneous
-    /// recognition.
+    /// Not owned; null refuses every simultaneous recognition.
     GestureRecognizerDelegate* delegate() const noexcept { return delegate_; }
     void setDelegate(GestureRecognizerDelegate* delegate) noexcept { delegate_ = delegate; }
 

@@ -23,9 +23,9 @@ struct MIRETH_EXPORT MError {
 
     bool operator==(const MError&) const = default;
 
-    /// For log lines; in English, with the class's name.
+    /// For log lines.
     std::string debugDescription() const;
-    /// For people; in English.
+    /// For people.
     std::string errorDescription() const;
 };
 
