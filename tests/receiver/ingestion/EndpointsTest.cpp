@@ -76,6 +76,36 @@ TEST(CreateSession, RefusesBodiesOfAnotherShape) {
     EXPECT_TRUE(receiver.store().list({})->sessions.empty());
 }
 
+constexpr const char* oneProject = R"({"default":{},"projects":[{"brandId":"b1","projectId":"p1"}]})";
+
+std::string createBodyOf(const std::string& projectId) {
+    return R"({"brandId":"b1","brandDc":"d","projectId":")" + projectId + R"(","isTestSession":true})";
+}
+
+TEST(CreateSession, IsThrottledPerListedProjectAndForAllOthersTogether) {
+    RunningReceiver receiver(oneProject);
+    const auto statusOf = [&](const std::string& projectId) {
+        return nlohmann::json::parse(receiver.post(create, createBodyOf(projectId)).body).at("status");
+    };
+    for (int i = 0; i < 200; ++i) {
+        EXPECT_EQ(statusOf("p1"), "SUCCESS");
+    }
+    const auto late = receiver.post(create, createBodyOf("p1"));
+    EXPECT_EQ(late.status, 200);
+    EXPECT_EQ(
+        late.body,
+        R"({"status":"THROTTLED","sessionInfo":{"sessionId":"","sessionStartTime":"","creationDataCenter":"","isTestSession":false}})");
+    EXPECT_EQ(receiver.takeReports(),
+              Reports{"a session was refused: the project creates sessions too fast"});
+    EXPECT_EQ(receiver.store().stats()->sessions, 200);
+    for (int i = 0; i < 200; ++i) {
+        EXPECT_EQ(statusOf("made-up-" + std::to_string(i)), "SUCCESS");
+    }
+    EXPECT_EQ(statusOf("one-more"), "THROTTLED");
+    receiver.passSeconds(1);
+    EXPECT_EQ(statusOf("p1"), "SUCCESS");
+}
+
 TEST(CloseSession, ClosesOnceAndStaysClosed) {
     RunningReceiver receiver;
     const auto id = receiver.createSession();
@@ -199,6 +229,43 @@ TEST(ClientLog, LinesOfOneSessionAreLimited) {
     EXPECT_EQ(third.body, R"({"status":"Failure"})");
     EXPECT_EQ(receiver.post(log, "Message=x&LevelName=info").body, R"({"status":"Success"})");
     EXPECT_EQ(receiver.contents(id).logLines.size(), 2U);
+}
+
+TEST(ClientLog, IsThrottledPerListedProjectAndForAllOthersTogether) {
+    RunningReceiver receiver(oneProject);
+    const auto bodyOf = [&](const std::string& projectId) {
+        return receiver
+            .post("/WRTarrowEngine/Ajax.php?action=ClientLog&M_BID=b1&M_ZoneID=" + projectId,
+                  "Message=%7B%22sessionId%22:%22none%22%7D&LevelName=info")
+            .body;
+    };
+    // Those that are refused for another reason count as well: looking for their session costs as much.
+    for (int i = 0; i < 1000; ++i) {
+        bodyOf("made-up-" + std::to_string(i));
+    }
+    EXPECT_EQ(receiver.takeReports().back(), "a log line was refused: its session is unknown");
+    EXPECT_EQ(bodyOf("one-more"), R"({"status":"Failure"})");
+    EXPECT_EQ(receiver.takeReports(), Reports{"a log line was refused: the project posts too fast"});
+    bodyOf("p1");
+    EXPECT_EQ(receiver.takeReports(), Reports{"a log line was refused: its session is unknown"});
+    receiver.passSeconds(1);
+    bodyOf("one-more");
+    EXPECT_EQ(receiver.takeReports(), Reports{"a log line was refused: its session is unknown"});
+}
+
+TEST(ClientLog, WithoutASessionIsCountedAgainstItsProject) {
+    RunningReceiver receiver(
+        R"({"default":{},"projects":[{"brandId":"b1","projectId":"p1"}],"limits":{"logLines":1}})");
+    const auto bodyOf = [&](const std::string& projectId) {
+        return receiver
+            .post("/WRTarrowEngine/Ajax.php?action=ClientLog&M_BID=b1&M_ZoneID=" + projectId,
+                  "Message=m&LevelName=info")
+            .body;
+    };
+    EXPECT_EQ(bodyOf("made-up"), R"({"status":"Success"})");
+    EXPECT_EQ(bodyOf("another"), R"({"status":"Failure"})");
+    EXPECT_EQ(bodyOf("p1"), R"({"status":"Success"})");
+    EXPECT_EQ(bodyOf("p1"), R"({"status":"Failure"})");
 }
 
 TEST(Routing, UnknownPathsAndMethodsAreRefused) {

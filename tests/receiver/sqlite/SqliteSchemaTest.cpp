@@ -231,7 +231,25 @@ TEST_F(SqliteSchemaTest, ALaterVersion2LacksNothingButItsNumber) {
     const auto store = open();
     ASSERT_TRUE(store);
     EXPECT_EQ(found(*store, "basket"), Ids{"S1"});
-    EXPECT_EQ(number("PRAGMA user_version"), 4);
+    EXPECT_EQ(number("PRAGMA user_version"), 5);
+}
+
+TEST_F(SqliteSchemaTest, LogLinesOfVersion4AreNobodysInParticular) {
+    Limits two;
+    two.logLines = 2;
+    const LogLine line{.sessionId = {}, .levelName = "info", .message = "old"};
+    {
+        const auto store = open();
+        ASSERT_EQ(store->addLogLine(line, two), true);
+    }
+    database().execute(
+        "ALTER TABLE logLine DROP COLUMN brandId; ALTER TABLE logLine DROP COLUMN projectId;"
+        "PRAGMA user_version = 4");
+    const auto store = open();
+    ASSERT_TRUE(store);
+    ASSERT_EQ(store->strayLogLines()->size(), 1U);
+    EXPECT_EQ(store->addLogLine(line, two), true);
+    EXPECT_EQ(store->addLogLine(line, two), false);
 }
 
 TEST_F(SqliteSchemaTest, WhatCannotBeBroughtUpToDateIsLeftAsItWas) {

@@ -337,5 +337,48 @@ TEST_F(SqliteStoreTest, LogLinesHaveABudgetPerSession) {
     EXPECT_EQ(store->strayLogLines()->size(), 1U);
 }
 
+TEST_F(SqliteStoreTest, LogLinesWithoutASessionHaveABudgetPerProject) {
+    Limits limits;
+    limits.logLines = 2;
+    limits.logBytes = 10;
+    const auto line = [](const std::string& project, std::string message, std::int64_t millis = 0) {
+        return LogLine{.sessionId = {},
+                       .receivedMillis = millis,
+                       .levelName = "info",
+                       .message = std::move(message),
+                       .brandId = "b",
+                       .projectId = project};
+    };
+    {
+        const auto store = open();
+        EXPECT_EQ(store->addLogLine(line("p", "1"), limits), true);
+        EXPECT_EQ(store->addLogLine(line("p", "2", 9), limits), true);
+        EXPECT_EQ(store->addLogLine(line("p", "3"), limits), false);
+        // Bytes, not characters.
+        EXPECT_EQ(store->addLogLine(line("q", "\u00e4\u00e4\u00e4\u00e4\u00e4"), limits), true);
+        EXPECT_EQ(store->addLogLine(line("q", "1"), limits), false);
+    }
+    const auto store = open();
+    EXPECT_EQ(store->addLogLine(line("p", "3"), limits), false);
+    EXPECT_EQ(store->addLogLine(line("q", "1"), limits), false);
+    ASSERT_TRUE(store->removeStrayLogLines(5));
+    EXPECT_EQ(store->addLogLine(line("q", "1"), limits), true);
+    EXPECT_EQ(store->addLogLine(line("p", "3"), limits), true);
+    EXPECT_EQ(store->addLogLine(line("p", "4"), limits), false);
+}
+
+TEST_F(SqliteStoreTest, ALogLineBeyondItsBudgetWaitsForNobodyWhoWrites) {
+    const auto store = open();
+    addSession(*store);
+    Limits one;
+    one.logLines = 1;
+    ASSERT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "1"}, one), true);
+    ASSERT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "1"}, one), true);
+    const Database other(data_ + "/receiver.db", Database::Mode::write);
+    const Transaction inTheWay(other, Transaction::Kind::write);
+    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "2"}, one), false);
+    EXPECT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "2"}, one), false);
+}
+
 }  // namespace
 }  // namespace mireth::receiver

@@ -1,4 +1,4 @@
-// Counts the uploads of each project against its rate. Used for every chunk of an open session.
+// Counts what each project sends against its rate: chunks, sessions, log lines.
 #pragma once
 
 #include <chrono>
@@ -16,9 +16,8 @@ class RateLimiter {
   public:
     using Instant = std::chrono::steady_clock::time_point;
 
-    /// Takes one upload from the project's allowance at `now`; false when there is none left.
-    /// Callers pass only known projects with an open session, so the number of buckets stays bounded by
-    /// theirs.
+    /// Takes one from the project's allowance at `now`; false when there is none left. Callers pass only
+    /// projects that are listed or have an open session, so the number of buckets stays bounded.
     bool take(const std::string& brandId, const std::string& projectId, const UploadRate& rate, Instant now);
 
   private:

@@ -22,6 +22,9 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::size_t longestJsonBody = std::size_t{16} * 1024;
 constexpr std::size_t longestLogBody = std::size_t{128} * 1024;
+// Of one project. Far more than its clients come to; neither has another bound when strangers know of it.
+constexpr UploadRate creationRate{.perSecond = 20, .burst = 200};
+constexpr UploadRate logRate{.perSecond = 100, .burst = 1000};
 constexpr const char* errorBody = R"({"status":"ERROR"})";
 constexpr const char* failureBody = R"({"status":"Failure"})";
 
@@ -50,6 +53,14 @@ std::optional<std::string> sessionNamedIn(const std::string& message) {
     }
     const auto& id = json->at("sessionId");
     return id.is_string() ? id.get<std::string>() : std::string();
+}
+
+// Whose rates and budget a project draws on: its own when it is listed. The others share one, as anybody can
+// make names up.
+std::pair<std::string, std::string> payerOf(const Config& config, const std::string& brandId,
+                                            const std::string& projectId) {
+    std::pair key{brandId, projectId};
+    return config.projects.contains(key) ? key : std::pair<std::string, std::string>{};
 }
 
 Route refusal(int status) {
@@ -115,15 +126,15 @@ std::unique_ptr<Exchange> Endpoints::clientLog(const RequestTarget& target) {
 }
 
 // Clients decode the session's members whatever the status, so a refusal carries them too, empty.
-Answer Endpoints::refuseSession(int status, const std::string& why) const {
+Answer Endpoints::refuseSession(int httpStatus, const std::string& why, const char* status) const {
     services_.environment.report("a session was refused: " + why);
-    const Json body{{"status", "ERROR"},
+    const Json body{{"status", status},
                     {"sessionInfo",
                      {{"sessionId", ""},
                       {"sessionStartTime", ""},
                       {"creationDataCenter", ""},
                       {"isTestSession", false}}}};
-    return {.status = status, .body = jsonText(body)};
+    return {.status = httpStatus, .body = jsonText(body)};
 }
 
 Answer Endpoints::answerCreate(const std::string& body) {
@@ -149,6 +160,10 @@ Answer Endpoints::answerCreate(const std::string& body) {
     if (!project->acceptsMobileSessions()) {
         return refuseSession(
             200, "mobile sessions are off for project " + session.brandId + "/" + session.projectId);
+    }
+    const auto [payingBrand, payingProject] = payerOf(services_.config, session.brandId, session.projectId);
+    if (!creations_.take(payingBrand, payingProject, creationRate, services_.environment.steadyNow())) {
+        return refuseSession(200, "the project creates sessions too fast", "THROTTLED");
     }
     const auto kept = services_.store.addSession(session);
     if (!kept || !*kept) {
@@ -226,10 +241,16 @@ Answer Endpoints::answerLog(const std::string& brandId, const std::string& proje
     if (!named || services_.config.find(brandId, projectId) == nullptr) {
         return refuseLog(200, "unknown project " + brandId + "/" + projectId);
     }
+    const auto [payingBrand, payingProject] = payerOf(services_.config, brandId, projectId);
+    if (!logLines_.take(payingBrand, payingProject, logRate, services_.environment.steadyNow())) {
+        return refuseLog(200, "the project posts too fast");
+    }
     const LogLine line{.sessionId = sessionNamedIn(form->message),
                        .receivedMillis = services_.environment.wallMillis(),
                        .levelName = std::move(form->levelName),
-                       .message = std::move(form->message)};
+                       .message = std::move(form->message),
+                       .brandId = payingBrand,
+                       .projectId = payingProject};
     if (line.sessionId) {
         const auto known = isOf(brandId, projectId, *line.sessionId);
         if (!known || !*known) {

@@ -33,11 +33,14 @@ class Endpoints {
     Answer answerConfiguration(const std::string& brandId, const std::string& projectId) const;
     Answer answerLog(const std::string& brandId, const std::string& projectId, const std::string& body);
     Answer refuseLog(int status, const std::string& why) const;
-    Answer refuseSession(int status, const std::string& why) const;
+    Answer refuseSession(int httpStatus, const std::string& why, const char* status = "ERROR") const;
     Stored<bool> isOf(const std::string& brandId, const std::string& projectId, const std::string& sessionId);
 
     const Services services_;
     UploadLimits shared_;
+    // Each guards itself.
+    RateLimiter creations_;
+    RateLimiter logLines_;
 };
 
 }  // namespace mireth::receiver

@@ -1,6 +1,7 @@
 // Two forms of tables were written under number 2: the first had a full-text index over the texts, whose case
 // rules were for ASCII only, and no sum of a session's timelines. The second is what version 3 is. Both
-// summed up how long a session's chunks are, where version 4 has the length of its replay.
+// summed up how long a session's chunks are, where version 4 has the length of its replay. Before version 5
+// all log lines without a session were one project's.
 #include "sqlite/SchemaUpdate.hpp"
 
 #include "sqlite/TextRows.hpp"
@@ -30,6 +31,15 @@ UPDATE session SET durationMillis =
      FROM chunk WHERE chunk.place = session.place);
 )sql";
 
+constexpr const char* projectsOfLogLines = R"sql(
+ALTER TABLE logLine ADD COLUMN brandId TEXT NOT NULL DEFAULT '';
+ALTER TABLE logLine ADD COLUMN projectId TEXT NOT NULL DEFAULT '';
+)sql";
+
+bool lacksProjectsOfLogLines(const Database& database) {
+    return !database.prepare("SELECT 1 FROM pragma_table_info('logLine') WHERE name = 'projectId'").step();
+}
+
 bool isFirstForm(const Database& database) {
     return !database.prepare("SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = 'gram'").step();
 }
@@ -55,7 +65,10 @@ void updateSchema(const Database& database) {
         foldTexts(database);
     }
     database.execute(lengthsOfReplays);
-    database.execute("PRAGMA user_version = 4");
+    if (lacksProjectsOfLogLines(database)) {
+        database.execute(projectsOfLogLines);
+    }
+    database.execute("PRAGMA user_version = 5");
 }
 
 }  // namespace mireth::receiver

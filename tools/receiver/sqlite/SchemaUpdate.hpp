@@ -5,7 +5,7 @@
 
 namespace mireth::receiver {
 
-/// From version 2 or 3 to version 4, within the caller's transaction. Throws DatabaseError when tables are
+/// From version 2, 3 or 4 to version 5, within the caller's transaction. Throws DatabaseError when tables are
 /// missing.
 void updateSchema(const Database& database);
 

@@ -42,21 +42,6 @@ std::vector<Chunk> SqliteStore::chunksOf(std::int64_t place, Timelines timelines
     return chunks;
 }
 
-std::vector<LogLine> SqliteStore::logLinesOf(std::optional<std::int64_t> place,
-                                             const std::optional<std::string>& sessionId) const {
-    std::vector<LogLine> lines;
-    auto row = reader_.prepare(
-        "SELECT receivedMillis, levelName, message FROM logLine WHERE place IS ? ORDER BY id");
-    row.bind(place);
-    while (row.step()) {
-        lines.push_back({.sessionId = sessionId,
-                         .receivedMillis = row.whole(0),
-                         .levelName = row.text(1),
-                         .message = row.text(2)});
-    }
-    return lines;
-}
-
 std::optional<std::pair<SessionSummary, std::int64_t>> SqliteStore::summaryOf(const std::string& id) const {
     auto row = reader_.prepare(std::string("SELECT ") + sessionColumns + sumColumns +
                                ", place FROM session WHERE id = ?");
@@ -160,10 +145,6 @@ Stored<std::optional<StoredVideo>> SqliteStore::openVideo(const std::string& ses
         return std::unexpected(bytes.error());
     }
     return StoredVideo{.bytes = std::move(*bytes), .digest = std::move(digest)};
-}
-
-Stored<std::vector<LogLine>> SqliteStore::strayLogLines() {
-    return reading("cannot read the log lines", [&] { return logLinesOf(std::nullopt, std::nullopt); });
 }
 
 }  // namespace mireth::receiver

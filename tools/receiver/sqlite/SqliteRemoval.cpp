@@ -126,13 +126,4 @@ Stored<std::vector<std::string>> SqliteStore::quietSince(std::int64_t millis, st
     });
 }
 
-Stored<void> SqliteStore::removeStrayLogLines(std::int64_t millis) {
-    return guarded("cannot remove old log lines", [&] {
-        database_.prepare("DELETE FROM logLine WHERE place IS NULL AND receivedMillis < ?")
-            .bind(millis)
-            .run();
-        logToClear_ = logToClear_ || database_.changes() > 0;
-    });
-}
-
 }  // namespace mireth::receiver

@@ -1,6 +1,6 @@
 // Version 1 kept every event in a row and counted when asked; version 2 keeps a chunk's timeline as one text
 // and counts when a chunk comes in; version 3 finds texts in any case, whatever the alphabet;
-// version 4 keeps how long a session's replay is.
+// version 4 keeps how long a session's replay is; version 5 knows whose the log lines without a session are.
 #include "sqlite/SqliteSchema.hpp"
 
 #include "sqlite/SchemaUpdate.hpp"
@@ -8,7 +8,7 @@
 namespace mireth::receiver {
 namespace {
 
-constexpr std::int64_t schemaVersion = 4;
+constexpr std::int64_t schemaVersion = 5;
 
 // A session's place is its start in milliseconds times 4096 and a little more, so that places are unique and
 // in the order of the starts: pages, cursors and time ranges are all ranges of places.
@@ -62,7 +62,9 @@ CREATE TABLE logLine (
     place INTEGER REFERENCES session(place),
     receivedMillis INTEGER NOT NULL,
     levelName TEXT NOT NULL,
-    message TEXT NOT NULL
+    message TEXT NOT NULL,
+    brandId TEXT NOT NULL DEFAULT '',
+    projectId TEXT NOT NULL DEFAULT ''
 );
 CREATE INDEX logLineBySession ON logLine(place, id);
 CREATE TABLE text (
@@ -86,7 +88,7 @@ CREATE TABLE sessionText (
     PRIMARY KEY (place, textId)
 ) WITHOUT ROWID;
 CREATE INDEX sessionByText ON sessionText(textId, place);
-PRAGMA user_version = 4;
+PRAGMA user_version = 5;
 )sql";
 
 // The earliest that can be brought up to date.

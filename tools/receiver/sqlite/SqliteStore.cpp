@@ -134,6 +134,7 @@ Stored<std::unique_ptr<SqliteStore>> SqliteStore::open(const std::string& direct
         store->count();
         store->sweep();
         store->clearLog();
+        store->countStrayLines();
         return store;
     } catch (const DatabaseError& error) {
         return std::unexpected("cannot open the database " + path + ": " + error.what());

@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -60,6 +61,13 @@ class SqliteStore final : public Store {
 
   private:
     class Timeline;
+    /// What is kept of log lines.
+    struct LogBudget {
+        std::int64_t lines = 0;
+        std::uint64_t bytes = 0;  ///< of their messages
+
+        bool fits(const LogLine& line, const Limits& limits) const;
+    };
 
     SqliteStore(std::string directory, UniqueFd lock, Database database, Database reader,
                 std::unique_ptr<DiskBudget> budget, VideoFolder videos,
@@ -76,6 +84,13 @@ class SqliteStore final : public Store {
 
     void count();
     void sweep();
+    /// Begins the budgets of log lines without a session anew.
+    void countStrayLines();
+    void insertLine(std::optional<std::int64_t> place, const LogLine& line) const;
+    /// False when there is no room for the line, or no session.
+    bool addStrayLine(const LogLine& line, const Limits& limits);
+    bool addSessionLine(const LogLine& line, const Limits& limits) const;
+    std::optional<std::int64_t> placeWithRoom(const LogLine& line, const Limits& limits) const;
     std::optional<std::int64_t> placeOf(const Database& database, const std::string& id) const;
     /// Why the chunk cannot be inserted; `kept` when it can.
     PutOutcome admission(const std::string& sessionId, const Chunk& chunk, const VideoFile& video,
@@ -126,6 +141,7 @@ class SqliteStore final : public Store {
     Database database_;
     std::vector<std::string> doubtful_;  // videos
     bool logToClear_ = true;             // at first, of what an earlier receiver may have left
+    std::map<std::pair<std::string, std::string>, LogBudget> strays_;  // by brand and project
     GroupCommit commits_{database_, mutex_};
 
     std::mutex readerMutex_;

@@ -218,43 +218,4 @@ PutOutcome SqliteStore::insert(const std::string& sessionId, const Chunk& chunk,
     return outcome;
 }
 
-Stored<bool> SqliteStore::addLogLine(const LogLine& line, const Limits& limits) {
-    if (!budget_->hasRoomFor(line.message.size() + rowBytes)) {
-        return false;
-    }
-    return guarded("cannot keep a log line", [&] {
-        Transaction transaction(database_, Transaction::Kind::write);
-        const auto place = line.sessionId ? placeOf(database_, *line.sessionId) : std::nullopt;
-        if (line.sessionId && !place) {
-            return false;
-        }
-        auto kept = database_.prepare(
-            place ? "SELECT logLines, logBytes FROM session WHERE place = ?"
-                  : "SELECT count(*), coalesce(sum(length(message)), 0) FROM logLine WHERE place IS ?");
-        kept.bind(place).step();
-        const auto bytes = static_cast<std::uint64_t>(kept.whole(1)) + line.message.size();
-        const bool room = kept.whole(0) < limits.logLines && bytes <= limits.logBytes;
-        if (room) {
-            database_
-                .prepare("INSERT INTO logLine(place, receivedMillis, levelName, message) VALUES (?, ?, ?, ?)")
-                .bind(place)
-                .bind(line.receivedMillis)
-                .bind(line.levelName)
-                .bind(line.message)
-                .run();
-            database_
-                .prepare(
-                    "UPDATE session SET logLines = logLines + 1, logBytes = logBytes + ?,"
-                    " lastMillis = max(lastMillis, ?) WHERE place IS ?")
-                .bind(static_cast<std::int64_t>(line.message.size()))
-                .bind(line.receivedMillis)
-                .bind(place)
-                .run();
-            transaction.commit();
-            ++changes_;
-        }
-        return room;
-    });
-}
-
 }  // namespace mireth::receiver

@@ -38,6 +38,9 @@ struct LogLine {
     std::int64_t receivedMillis = 0;
     std::string levelName;
     std::string message;
+    /// Whose budget a line without a session counts against; looked at by Store::addLogLine only.
+    std::string brandId = {};
+    std::string projectId = {};
 };
 
 /// What was counted in the timeline of a session or of a chunk.

@@ -74,7 +74,8 @@ class Store {
                                         const TimelineSummary& summary, IncomingVideo& video,
                                         const Limits& limits) = 0;
 
-    /// False when the line's session is unknown, or it, or the lines without one, have as much as is allowed.
+    /// False when the line's session is unknown, or it, or the project's lines without one, have as much as
+    /// is allowed.
     virtual Stored<bool> addLogLine(const LogLine& line, const Limits& limits) = 0;
 
     /// One page of the sessions that the query asks for.
