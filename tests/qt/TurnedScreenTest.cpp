@@ -44,8 +44,9 @@ class EndToEndQtTurnedScreen : public RecordedSession {
 TEST_F(EndToEndQtTurnedScreen, AWindowThatFillsItIsFittedIntoTheFrameAnew) {
     turn("tall");
     ASSERT_TRUE(runUntil([] { return isScreen(450, 900); }));
-    QmlScene scene("Rectangle { width: parent.width; height: 108; color: '#282828' }"
-                   "Text { x: 18; y: 180; width: 180; height: 72; text: 'Secret'; color: 'red' }");
+    QmlScene scene(
+        "Rectangle { width: parent.width; height: 108; color: '#282828' }"
+        "Text { x: 18; y: 180; width: 180; height: 72; text: 'Secret'; color: 'red' }");
     auto& window = scene.window();
     QScreen* const screen = QGuiApplication::primaryScreen();
     window.setGeometry(screen->geometry());

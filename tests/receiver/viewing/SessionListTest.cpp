@@ -59,12 +59,12 @@ TEST_F(SessionList, SaysWhatASessionHolds) {
 
 TEST_F(SessionList, SaysSoWhereThereAreMoreScreensThanItNames) {
     keep({.id = "S1"});
-    for (int tens = 0; tens < 10; ++tens) {
+    for (int part = 0; part < 20; ++part) {
         std::vector<TimelineEvent> events;
-        for (int i = 0; i < 100; ++i) {
-            events.push_back(screenEvent("Screen " + std::to_string(tens * 100 + i)));
+        for (int i = 0; i < 50; ++i) {
+            events.push_back(screenEvent("Screen " + std::to_string(part * 50 + i)));
         }
-        keep({.id = "T" + std::to_string(tens), .chunks = {events}});
+        keep({.id = "T" + std::to_string(part), .chunks = {events}});
     }
     auto facets = receiver_.getJson("/api/facets");
     EXPECT_EQ(facets.at("screens").size(), 1000U);

@@ -69,8 +69,8 @@ Answer VideoAnswers::chunk(const RequestHead& head, const std::string& id, const
         return notModified(etag);
     }
     auto answer = pieceOf(head, etag, std::move((*video)->bytes));
-    // Asked for again each time, though a chunk never changes: it must not be there after a logging out or its
-    // removal.
+    // Asked for again each time, though a chunk never changes: it must not be there after a logging out or
+    // its removal.
     answer.headers.emplace_back("ETag", etag);
     answer.headers.emplace_back("Cache-Control", "private, no-cache");
     return answer;
