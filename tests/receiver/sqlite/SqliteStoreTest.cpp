@@ -262,14 +262,16 @@ TEST_F(SqliteStoreTest, WhatAnEndedReceiverLeftInTheLogIsTakenOutAtTheStart) {
     }
 }
 
+/// What is wrong with a chunk is seen at the commit only.
+constexpr const char* spoilCommits =
+    "CREATE TABLE late (place INTEGER REFERENCES session(place) DEFERRABLE INITIALLY DEFERRED);"
+    "CREATE TRIGGER spoil AFTER INSERT ON chunk BEGIN INSERT INTO late VALUES (-1); END";
+
 TEST_F(SqliteStoreTest, AVideoWhoseCommitFailedGoes) {
     const auto store = open();
     addSession(*store);
     const Database other(data_ + "/receiver.db", Database::Mode::write);
-    // Seen to at the commit only.
-    other.execute(
-        "CREATE TABLE late (place INTEGER REFERENCES session(place) DEFERRABLE INITIALLY DEFERRED);"
-        "CREATE TRIGGER spoil AFTER INSERT ON chunk BEGIN INSERT INTO late VALUES (-1); END");
+    other.execute(spoilCommits);
     const auto outcome = tryPut(*store, 0);
     ASSERT_FALSE(outcome);
     EXPECT_NE(outcome.error().find("FOREIGN KEY"), std::string::npos) << outcome.error();
@@ -284,9 +286,7 @@ TEST_F(SqliteStoreTest, AVideoWhoseCommitFailedWhileSomebodyReadGoesLater) {
     const auto store = open();
     addSession(*store);
     const Database other(data_ + "/receiver.db", Database::Mode::write);
-    other.execute(
-        "CREATE TABLE late (place INTEGER REFERENCES session(place) DEFERRABLE INITIALLY DEFERRED);"
-        "CREATE TRIGGER spoil AFTER INSERT ON chunk BEGIN INSERT INTO late VALUES (-1); END");
+    other.execute(spoilCommits);
     {
         const Transaction reading(other, Transaction::Kind::read);
         EXPECT_TRUE(other.prepare("SELECT 1 FROM session").step());
