@@ -14,13 +14,15 @@
 namespace mireth {
 
 /// A stream of values that one can subscribe to but not send on. Copyable; copies share the source.
-/// Receivers run synchronously on the thread that sends.
+/// Receivers are not null and run synchronously on the thread that sends. What one of them, a predicate or a
+/// transform throws reaches whoever sends, and those that subscribed later do not get the value.
 template <class T>
 class AnyPublisher {
   public:
     using Receiver = std::function<void(const T&)>;
     using Attach = std::function<AnyCancellable(Receiver)>;
 
+    /// `attach` subscribes a receiver to the source.
     explicit AnyPublisher(Attach attach) : attach_(std::move(attach)) {}
 
     /// Calls `receiver` for every value until the token is cancelled or dropped.

@@ -29,12 +29,13 @@ class AsyncPromise;
 
 /// A value that arrives later, exactly once. Copyable; copies share the value. Any thread may use it.
 /// Dropping every copy does not cancel the work behind it. The value never arrives when the main queue is
-/// destroyed first.
+/// destroyed first or does not run.
 template <class T>
 class [[nodiscard]] Async {
   public:
-    /// Runs `receiver` once with the value, on the main thread, never before `then` returns. What it throws
-    /// is swallowed by the main queue's guard, not by this class.
+    /// Runs `receiver`, which is not null, once with the value, on the main thread, never before `then`
+    /// returns. It and what it owns are kept until then, or until nobody holds the other side any more. What
+    /// it throws is caught and reported by the main queue.
     void then(std::function<void(const T&)> receiver) const {
         Value value;
         {
@@ -48,7 +49,8 @@ class [[nodiscard]] Async {
         state_->deliver(std::move(value), std::move(receiver));
     }
 
-    /// Blocks until the value is there. Throws WaitOnMainThreadError on the main thread.
+    /// Blocks until the value is there, for ever when none arrives. Throws WaitOnMainThreadError on the main
+    /// thread.
     T get() const {
         if (state_->isMain()) {
             throw WaitOnMainThreadError();
@@ -64,7 +66,8 @@ class [[nodiscard]] Async {
         return state_->value != nullptr;
     }
 
-    /// `co_await` in a host's coroutine of any kind; it resumes on the main thread.
+    /// `co_await` in a host's coroutine of any kind, on any thread; it always suspends, and resumes on the
+    /// main thread.
     auto operator co_await() const {
         struct Awaiter {
             Async async;

@@ -1,9 +1,10 @@
-// A colour of the device's standard RGB range.
+// A colour of the standard RGB space.
 #pragma once
 
 namespace mireth {
 
-/// Red, green, blue and alpha, each from 0 to 1, not premultiplied.
+/// Red, green, blue and alpha in sRGB (IEC 61966-2-1), each from 0 to 1, not premultiplied. Drawing takes
+/// what lies outside for the nearer end, and what is not a number for 0.
 struct Color {
     double red = 0;
     double green = 0;

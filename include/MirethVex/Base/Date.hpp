@@ -11,7 +11,8 @@
 
 namespace mireth {
 
-/// Seconds since the Unix epoch, as a 64-bit float. A value type; any thread.
+/// Seconds since the Unix epoch, as a 64-bit float. A value type; any thread. It may hold a value that is not
+/// finite, which compares as floats do and which no conversion takes.
 class MIRETH_EXPORT Date {
   public:
     explicit Date(double secondsSinceEpoch = 0) noexcept : seconds_(secondsSinceEpoch) {}
@@ -24,8 +25,9 @@ class MIRETH_EXPORT Date {
     static Date fromTimestampMillis(std::int64_t millis) noexcept;
 
     /// Reads an ISO 8601 internet date-time (RFC 3339) with fractional seconds, such as
-    /// 2024-05-01T10:20:30.123Z, down to the millisecond. Nothing for any other text, also for one without a
-    /// fraction.
+    /// 2024-05-01T10:20:30.123Z, down to the millisecond; further digits are dropped. The zone is "Z" or an
+    /// offset with or without a colon. Nothing for any other text, also for one without a fraction or with a
+    /// leap second.
     static std::optional<Date> fromIso8601(std::string_view text);
 
     double secondsSinceEpoch() const noexcept { return seconds_; }
@@ -38,7 +40,8 @@ class MIRETH_EXPORT Date {
     /// `toTimestampMillis` refuses is a fatal error here too.
     std::string asString() const;
 
-    /// UTC with milliseconds, such as 2024-05-01T10:20:30.123Z.
+    /// UTC with milliseconds, such as 2024-05-01T10:20:30.123Z. A value that `toTimestampMillis` refuses is a
+    /// fatal error here too.
     std::string toIso8601() const;
 
     auto operator<=>(const Date&) const = default;

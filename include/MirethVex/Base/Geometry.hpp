@@ -1,4 +1,5 @@
-// Points, sizes, rectangles and transforms, in the sense of 2-D layers: x to the right, y downwards.
+// Points, sizes, rectangles and transforms, in the sense of 2-D layers: x to the right, y downwards. Lengths
+// are in points where nothing else is said. Nothing checks the values: they may be negative or not finite.
 #pragma once
 
 #include <array>
@@ -29,6 +30,7 @@ struct Rect {
 
     Point origin() const { return {x, y}; }
     Size size() const { return {width, height}; }
+    /// The left and the upper edge belong to it, the others do not.
     bool contains(Point point) const {
         return point.x >= x && point.x < x + width && point.y >= y && point.y < y + height;
     }

@@ -14,7 +14,8 @@ namespace mireth {
 
 /// A stream whose values come from `send`. Any thread may send, subscribe and cancel. Receivers run
 /// synchronously on the sending thread, in the order in which they subscribed, with no lock held: they may
-/// send, subscribe or cancel themselves. A subscriber added during a send does not get that value.
+/// send, subscribe or cancel themselves. A subscriber added during a send does not get that value. What a
+/// receiver throws leaves `send`, and those that subscribed after it do not get the value.
 template <class T>
 class PassthroughSubject {
   public:

@@ -13,7 +13,9 @@ namespace mireth {
 /// Assigning sends the value to the subscribers; a new subscriber first gets the current value. Any thread
 /// may read, assign and subscribe. A value assigned while a subscription is being made, by another thread or
 /// by the new subscriber itself, may be skipped for a later one or come twice, but the last one always comes.
-/// Receivers run on the assigning (for the first value: subscribing) thread with no lock held.
+/// Receivers run on the assigning (for the first value: subscribing) thread with no lock held. What one of
+/// them throws reaches whoever assigned, after the value was set, or whoever subscribed, who then has no
+/// subscription.
 template <class T>
 class Published {
   public:

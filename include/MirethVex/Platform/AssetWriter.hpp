@@ -16,7 +16,7 @@
 
 namespace mireth::platform {
 
-/// `value` / `timescale` seconds.
+/// `value` / `timescale` seconds; `timescale` > 0.
 struct MediaTime {
     std::int64_t value = 0;
     std::int32_t timescale = 1;
@@ -65,9 +65,11 @@ struct SourcePixelBufferAttributes {
 class PixelBufferAdaptor {
   public:
     virtual ~PixelBufferAdaptor() = default;
-    /// Null before writing has begun.
+    /// Null before writing has begun and once the writer is gone.
     virtual std::shared_ptr<PixelBufferPool> pixelBufferPool() const = 0;
-    /// Shows `buffer` from `presentationTime` on; times strictly increase. False when the writer has failed.
+    /// Shows `buffer`, unlocked and of the track's size, from `presentationTime` on; times strictly increase
+    /// and count from the session's start. False, and the frame is not in the track, when the input is not
+    /// ready or the buffer is null; false, and the writer has failed, for a frame or time that does not fit.
     virtual bool append(std::shared_ptr<PixelBuffer> buffer, MediaTime presentationTime) = 0;
 };
 
@@ -79,6 +81,8 @@ class PixelBufferAdaptor {
 class AssetWriter {
   public:
     virtual ~AssetWriter() = default;
+    /// Whether `makeInput` would make an input of them. The library asks for H.264 of 250 × 500 pixels; the
+    /// Linux writer takes every even width and height from 16 up to what H.264's level 5.1 allows.
     virtual bool canApplyOutputSettings(const VideoOutputSettings& settings, MediaType type) const = 0;
     /// An input for this kind of media; null when the settings cannot be met. It may outlive the writer, and
     /// then does nothing.
@@ -88,13 +92,19 @@ class AssetWriter {
         std::shared_ptr<WriterInput> input, const SourcePixelBufferAttributes& attributes) = 0;
     /// False for an input of another writer, a second input, or once writing has begun.
     virtual bool canAdd(const WriterInput& input) const = 0;
+    /// Takes the input as the track's. Null, and an input that `canAdd` refuses, are ignored.
     virtual void add(std::shared_ptr<WriterInput> input) = 0;
+    /// False, and the writer has failed, without an input or without means to encode; false, and nothing has
+    /// changed, when writing has begun before.
     virtual bool startWriting() = 0;
-    /// Frames' times count from `sourceTime`. The input takes frames from here on.
+    /// Frames' times count from `sourceTime`. The input takes frames from here on. Once, between
+    /// `startWriting` and the first frame; ignored at any other moment.
     virtual void startSession(MediaTime sourceTime) = 0;
     /// Completes the file, when at least one frame was appended, then calls `completion` once, on the calling
-    /// thread or another.
+    /// thread or another; it may be null. The status tells how it went. A writer that was not writing has
+    /// failed then; one that was completed, failed or cancelled before stays so. The writer lives until then.
     virtual void finishWriting(std::move_only_function<void()> completion) = 0;
+    /// Drops what was written. Ignored once the writer has completed or failed.
     virtual void cancelWriting() = 0;
     virtual AssetWriterStatus status() const = 0;
     /// What went wrong, in words; empty unless the status is failed.
@@ -106,7 +116,8 @@ class AssetWriterFactory {
   public:
     virtual ~AssetWriterFactory() = default;
     /// A writer for a new file at `outputFile`; null when it cannot be made. `timescale` is the track's, in
-    /// units per second. `defaultFrameDuration` in those units.
+    /// units per second, and `defaultFrameDuration` in those units; both > 0. What has that name already
+    /// fails the writer when it finishes, and stays.
     virtual std::unique_ptr<AssetWriter> makeWriter(const std::filesystem::path& outputFile, FileType type,
                                                     std::int32_t timescale,
                                                     std::int64_t defaultFrameDuration) = 0;

@@ -25,13 +25,15 @@ using FileResult = std::expected<T, FileError>;
 class PendingFile {
   public:
     virtual ~PendingFile() = default;
+    /// Appends. After a failure, and after `commit`, the file is only good to be dropped.
     virtual FileResult<void> write(std::span<const std::byte> bytes) = 0;
     /// Makes the file appear under its name, whole, readable by this user only (0600). Fails when something
-    /// (a file, a link, dangling or not) already has the name; that is then left as it was.
+    /// (a file, a link, dangling or not) already has the name, which is then left as it was, and when it was
+    /// done before. Nothing is forced to the disk: a loss of power may cost the file.
     virtual FileResult<void> commit() = 0;
 };
 
-/// Any thread. No operation follows a symbolic link in the last component of its path.
+/// Any thread, also several at once. No operation follows a symbolic link in the last component of its path.
 class FileManager {
   public:
     virtual ~FileManager() = default;

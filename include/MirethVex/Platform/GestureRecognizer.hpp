@@ -45,7 +45,8 @@ class MIRETH_EXPORT GestureRecognizer {
     bool cancelsTouchesInView() const noexcept { return cancelsTouchesInView_; }
     void setCancelsTouchesInView(bool cancels) noexcept { cancelsTouchesInView_ = cancels; }
 
-    /// Not owned; null refuses every simultaneous recognition.
+    /// Not owned: it outlives the recogniser or is taken back with null, which refuses every simultaneous
+    /// recognition.
     GestureRecognizerDelegate* delegate() const noexcept { return delegate_; }
     void setDelegate(GestureRecognizerDelegate* delegate) noexcept { delegate_ = delegate; }
 

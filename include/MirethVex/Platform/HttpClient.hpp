@@ -22,7 +22,8 @@ struct HttpRequest {
     std::vector<std::pair<std::string, std::string>> headers;
     /// Absent: no body is sent.
     std::optional<std::string> body;
-    /// The request fails after this long without any byte sent or received.
+    /// The request fails after this long without any byte sent or received, connecting included. On Linux cut
+    /// to 1 s … 24 h. A whole request may take longer.
     std::chrono::seconds idleTimeout{60};
 };
 
@@ -54,8 +55,9 @@ struct TransportError {
 using HttpResult = std::expected<UrlResponse, TransportError>;
 
 /// Any thread may send, also several at once. A client follows no redirects, speaks https only (http only to
-/// a loopback host or when it was built to allow it), checks certificates, and caps the body of an answer at
-/// 1 MiB (a longer one is a TransportError).
+/// a loopback host, which is 127.0.0.0/8, ::1, and by RFC 6761 "localhost" and the names below it, for which
+/// no name server is asked; or when it was built to allow it), checks certificates, and caps the body of an
+/// answer at 1 MiB (a longer one is a TransportError).
 class HttpClient {
   public:
     using Completion = std::move_only_function<void(HttpResult)>;
@@ -64,8 +66,9 @@ class HttpClient {
     virtual ~HttpClient() = default;
 
     /// Starts `request` and returns at once. `completion` is called exactly once, on a thread of the client's
-    /// own, never before `send` returns. Dropping or cancelling the token ends the request; no completion
-    /// begins after that.
+    /// own, never before `send` returns. Dropping or cancelling the token, on any thread, ends the request
+    /// without waiting: no completion begins after that, one that runs already goes on. The server may have
+    /// got the request all the same.
     virtual AnyCancellable send(HttpRequest request, Completion completion) = 0;
 };
 

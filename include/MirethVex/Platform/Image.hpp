@@ -19,8 +19,8 @@ class MIRETH_EXPORT Image {
     /// An image without a bitmap, of size zero.
     Image() = default;
 
-    /// Takes `pixels` (`width` × `height` words, no padding). `scale` is pixels per point, > 0. A count that
-    /// does not fit width × height is a fatal error.
+    /// Takes `pixels` (`width` × `height` words, no padding). `scale` is pixels per point, > 0; 1 is taken
+    /// for any other. A count that does not fit width × height is a fatal error.
     Image(std::size_t width, std::size_t height, std::vector<std::uint32_t> pixels, double scale = 1.0);
 
     /// A bitmap of one colour word.

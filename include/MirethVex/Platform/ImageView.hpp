@@ -13,6 +13,7 @@ class MIRETH_EXPORT ImageView : public View {
   public:
     explicit ImageView(const ViewClass& viewClass = ViewClass::imageView()) : View(viewClass) {}
 
+    /// Without a bitmap until one is set.
     const Image& image() const noexcept { return image_; }
     void setImage(Image image);
 

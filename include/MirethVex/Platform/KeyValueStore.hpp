@@ -7,7 +7,9 @@
 
 namespace mireth::platform {
 
-/// Any thread. The library only reads.
+/// Any thread. The library only reads: "MirethClientType" ("VEXMobileIOS", which also stands for an absent or
+/// unknown one, or "VEXMobileIOSReactNative"), "MirethClientRNVersion" and "MirethClientRNSdkVersion". It
+/// reads when it is first used, in `initializeProject` and in `startRecording`, on those threads.
 class KeyValueStore {
   public:
     virtual ~KeyValueStore() = default;

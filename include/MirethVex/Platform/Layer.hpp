@@ -48,6 +48,10 @@ enum EdgeMask : std::uint8_t { leftEdge = 1, rightEdge = 2, bottomEdge = 4, topE
 /// How an image is resampled when it is drawn larger or smaller.
 enum class LayerFilter { linear, nearest, trilinear };
 
+// Lengths are points of the layer's own coordinates where nothing else is said; unit coordinates go from 0 to
+// 1 over the bounds or the contents. Opacities lie between 0 and 1: what is above counts as 1, what is below
+// or not a number as 0. Widths and radii that are not positive draw nothing and round nothing.
+
 /// A rounded rectangle that stands in for the layer's own outline when its shadow is drawn.
 struct ShadowPath {
     Rect rect;
@@ -69,6 +73,7 @@ struct LayerAppearance {
     /// True: the layer and its sublayers fade as one picture. False: each by itself.
     bool allowsGroupOpacity = true;
     std::optional<Color> borderColor;
+    /// The border lies inside the bounds, above the sublayers.
     double borderWidth = 0;
     ContentsGravity contentsGravity = ContentsGravity::resize;
     /// False: not drawn while its back is turned to the viewer.
@@ -79,15 +84,19 @@ struct LayerAppearance {
     std::uint8_t maskedCorners = allCorners;
     /// True: sublayers are clipped to the rounded bounds.
     bool masksToBounds = false;
-    /// 0 to 1.
+    /// Of the layer with its sublayers.
     double opacity = 1;
     std::optional<Color> shadowColor = Color{0, 0, 0, 1};
+    /// To the right and down.
     Size shadowOffset{0, -3};
+    /// 0: no shadow. A layer casts none either when it masks to its bounds, or shows nothing and has no path.
     double shadowOpacity = 0;
     std::optional<ShadowPath> shadowPath;
+    /// The standard deviation of the blur.
     double shadowRadius = 3;
     /// Values of the toolkit's own, carried along and not interpreted.
     std::map<std::string, std::string> style;
+    /// Of the corners in `maskedCorners`; at most half the shorter side is drawn.
     double cornerRadius = 0;
     std::optional<Color> backgroundColor;
 };
@@ -113,11 +122,13 @@ struct LayerRendering {
 };
 
 struct LayerGeometry {
+    /// Carried along and not drawn.
     double anchorPointZ = 0;
     /// The point of the bounds that lies at `position`, in unit coordinates.
     Point anchorPoint{0.5, 0.5};
     /// The layer's own coordinates.
     Rect bounds;
+    /// Pixels of the contents per point.
     double contentsScale = 1;
     /// Where the anchor point lies in the superlayer.
     Point position;
@@ -147,7 +158,7 @@ class MIRETH_EXPORT Layer {
 
     /// Back to front.
     const std::vector<std::shared_ptr<Layer>>& sublayers() const noexcept { return sublayers_; }
-    /// Null is ignored.
+    /// In front of the others. Null is ignored. The layer itself must not be below it.
     void addSublayer(std::shared_ptr<Layer> sublayer);
     void removeAllSublayers() noexcept { sublayers_.clear(); }
     void reserveSublayers(std::size_t count) { sublayers_.reserve(count); }

@@ -10,7 +10,8 @@ namespace mireth::platform {
 
 using Seconds = std::chrono::duration<double>;
 
-/// A running timer. Main thread only. Dropping it invalidates it.
+/// A running timer. Main thread only. Dropping it invalidates it. It may outlive its queue, and then does
+/// nothing.
 class Timer {
   public:
     virtual ~Timer() = default;
@@ -21,8 +22,9 @@ class Timer {
 /// Runs work on one thread, in order; what runs here is "the main thread". The library keeps its session
 /// state, the view tree, masking and rendering there.
 ///
-/// Whatever work throws is caught and logged by the queue; it never ends the loop. Work still queued when
-/// the queue is destroyed is dropped without being run.
+/// Whatever work throws is caught and reported by the queue, on Linux and in Qt on standard error; it never
+/// ends the loop. Work still queued when the queue is destroyed is dropped without being run. A toolkit's
+/// queue goes on inside nested loops, as for a dialog. It may outlive its loop: see PlatformServices.
 class MainQueue {
   public:
     virtual ~MainQueue() = default;
@@ -31,12 +33,12 @@ class MainQueue {
     virtual void post(Work work) = 0;
 
     /// Runs `work` once on the main thread, `delay` from now or as soon after as possible; a delay that is
-    /// zero or less behaves like `post`. Any thread.
+    /// zero or less, or not a number, behaves like `post`. Any thread.
     virtual void postAfter(Seconds delay, Work work) = 0;
 
-    /// Calls `tick` on the main thread every `interval` (> 0), first after one interval, also while the user
-    /// scrolls. Ticks keep their phase: a late one does not shift the next; ticks missed altogether are
-    /// not made up for. Main thread only.
+    /// Calls `tick` on the main thread every `interval` (> 0; a millisecond at least on Linux and in Qt),
+    /// first after one interval, also while the user scrolls. Ticks keep their phase: a late one does not
+    /// shift the next; ticks missed altogether are not made up for. Main thread only.
     virtual std::unique_ptr<Timer> scheduleRepeating(Seconds interval, Work tick) = 0;
 
     /// True when the caller is on the main thread. Any thread.

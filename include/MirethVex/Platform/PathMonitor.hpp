@@ -15,7 +15,7 @@ struct NetworkPath {
     bool operator==(const NetworkPath&) const = default;
 };
 
-/// One watcher of the network path.
+/// One watcher of the network path. `start` and destruction come from any thread, one at a time.
 class PathMonitor {
   public:
     /// Called with the current path soon after `start`, and again at every change of it, on a thread of

@@ -15,8 +15,11 @@ class PixelBuffer {
     virtual ~PixelBuffer() = default;
     virtual std::size_t width() const = 0;
     virtual std::size_t height() const = 0;
+    /// At least `width` × 4; rows may be padded.
     virtual std::size_t bytesPerRow() const = 0;
+    /// Locks are counted: the address is good until every one is undone.
     virtual void lockBaseAddress() = 0;
+    /// Ignored without a lock.
     virtual void unlockBaseAddress() = 0;
     /// Null while unlocked.
     virtual std::byte* baseAddress() = 0;
@@ -28,7 +31,8 @@ class PixelBufferPool {
     /// Zero, or what the system says went wrong.
     using Status = int;
     virtual ~PixelBufferPool() = default;
-    /// A buffer with status 0. The contents are whatever was there before. The pool may be dropped first.
+    /// A buffer with status 0; with any other status null. The contents are whatever was there before. The
+    /// pool may be dropped first.
     virtual std::pair<Status, std::shared_ptr<PixelBuffer>> createPixelBuffer() = 0;
 };
 

@@ -22,7 +22,8 @@
 
 namespace mireth::platform {
 
-/// No member may be null when the value is installed. The library shares ownership of all of them.
+/// No member may be null when the value is installed. `MirethSR::shared()` owns all of them with the host and
+/// is never destroyed: they outlive the toolkit, and once that is gone they neither touch it nor wait for it.
 struct PlatformServices {
     std::shared_ptr<MainQueue> mainQueue;
     std::shared_ptr<BackgroundExecutor> background;
@@ -37,12 +38,14 @@ struct PlatformServices {
     std::shared_ptr<AssetWriterFactory> assetWriters;
     std::shared_ptr<Graphics> graphics;
     std::shared_ptr<RandomSource> random;
-    /// A new monitor for each initialised project.
+    /// A new monitor for each initialised project; called on the main thread. Until the monitor has reported
+    /// a satisfied path, and for good when this gives null, nothing is uploaded.
     std::function<std::unique_ptr<PathMonitor>()> makePathMonitor;
 };
 
 /// The services of the platform the library was built for; on Linux those of
-/// <MirethVex/Linux/LinuxPlatform.hpp>.
+/// <MirethVex/Linux/LinuxPlatform.hpp>, the same at every call. Any thread. Throws std::system_error when
+/// there are no threads to be had.
 MIRETH_EXPORT PlatformServices makeDefaultPlatformServices();
 
 }  // namespace mireth::platform

@@ -10,7 +10,7 @@ namespace mireth::platform {
 class RandomSource {
   public:
     virtual ~RandomSource() = default;
-    /// Uniform in the closed range `low` to `high`.
+    /// Uniform in the closed range `low` to `high`, both finite.
     virtual double uniformReal(double low, double high) = 0;
     /// Uniform among 0 … `bound` − 1; `bound` > 0.
     virtual std::int64_t uniformBelow(std::int64_t bound) = 0;

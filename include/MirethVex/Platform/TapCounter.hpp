@@ -10,8 +10,8 @@
 namespace mireth::platform {
 
 /// A touch that begins less than `interval` after the last one ended, and within `distance` of where that
-/// was, counts one more than that one; any other counts 1. One counter serves one window. One thread at a
-/// time.
+/// was, counts one more than that one; any other counts 1, also at a place or time that is not a number. One
+/// counter serves one window. One thread at a time.
 class MIRETH_EXPORT TapCounter {
   public:
     /// `interval` in seconds; `distance` in points, itself included.

@@ -17,7 +17,10 @@ struct Font {
     bool operator==(const Font&) const = default;
 };
 
-/// What text views have in common. Texts are UTF-8. Main thread only.
+/// What text views have in common. Texts are UTF-8. Main thread only. The library reads it at each tap and
+/// one to two seconds later, to see whether a text has changed, compares it as it is and sends nothing of it.
+/// A binding fills it when the superview is asked for its `subviews`; left empty, a tap that changes nothing
+/// but a text counts as a dead one.
 struct TextContent {
     std::optional<std::string> text;
     /// The characters of the attributed text, without its attributes.

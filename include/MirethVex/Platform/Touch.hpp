@@ -19,9 +19,11 @@ struct Touch {
     /// The same from a touch's begin to its end or cancellation, and no other touch's in that time.
     std::uint64_t identity = 0;
     TouchPhase phase = TouchPhase::began;
-    /// In the coordinates of `window`, in points.
+    /// In the coordinates of `window`, in points. Finite: a tap at any other place costs the upload of its
+    /// chunk, and with it the session.
     Point locationInWindow;
-    /// How many taps in a row this one completes, by the rules of the toolkit: 1 for a tap by itself.
+    /// How many taps in a row this one completes, by the rules of the toolkit: 1 for a tap by itself. The
+    /// same from begin to end.
     int tapCount = 1;
     /// When it happened, in seconds on the uptime clock. Finite, and small enough that its milliseconds fit
     /// 64 bits: a tap at any other time is a binding's mistake, and ends the process.
@@ -35,8 +37,9 @@ struct Touch {
 
 /// What changed at one instant: every touch that began, moved, ended or was cancelled then.
 struct TouchEvent {
-    /// In seconds on the uptime clock.
+    /// In seconds on the uptime clock. The library reads that of each touch only.
     double timestamp = 0;
+    /// Each identity once.
     std::vector<Touch> touches;
 };
 

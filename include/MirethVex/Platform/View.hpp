@@ -15,8 +15,10 @@ namespace mireth::platform {
 class ViewController;
 
 /// A view with a layer. Main thread only. A toolkit binding uses it as it is, or subclasses it and answers
-/// the virtual functions from its own widgets; the library calls those once per captured frame, and whatever
-/// they build lazily has to stay good until the next call on the same view.
+/// the virtual functions from its own widgets. The library calls those for each frame and four times for a
+/// tap (layers and texts, at the tap and one to two seconds later), and `hitTest` whenever it is asked;
+/// whatever they build lazily has to stay good until the next call on the same view. What they throw costs
+/// the frame, which is blank then, or the judgement on the tap.
 ///
 /// Always owned by std::shared_ptr (`std::make_shared<View>()`). A superview owns its subviews.
 class MIRETH_EXPORT View : public std::enable_shared_from_this<View> {
@@ -41,21 +43,30 @@ class MIRETH_EXPORT View : public std::enable_shared_from_this<View> {
     /// The controller whose root view this is; null for most views.
     virtual std::shared_ptr<ViewController> viewController() const { return viewController_.lock(); }
 
+    // The built-in state. Of no effect where an override of `layer` or `presentationLayer` hides it.
+
     Layer& mutableLayer() noexcept { return layer_; }
+    /// Null: nothing is animated.
     void setPresentationLayer(std::shared_ptr<const Layer> layer) { presentationLayer_ = std::move(layer); }
+    /// The controller is held weakly; an empty pointer takes it away. ViewController::setView calls it.
     void setViewController(std::weak_ptr<ViewController> controller);
     /// True when the last controller that was set hosts declarative content, also when it is gone by now:
     /// what it left on screen is no less private.
     bool wasDeclarative() const noexcept { return wasDeclarative_; }
 
+    /// The view that this one was added to; null at the root, and for a view that only an override of
+    /// `subviews` names.
     std::shared_ptr<View> superview() const { return superview_.lock(); }
-    /// In front of the others. A view that has a superview is moved. A view is never added below itself:
-    /// such a call does nothing.
+    /// In front of the others. A view that has a superview is moved. Null is ignored. A view is never added
+    /// below itself: such a call does nothing.
     void addSubview(const std::shared_ptr<View>& subview);
     void removeFromSuperview();
 
+    /// Of `layer()`: in the superview's coordinates, in points.
     Rect frame() const { return layer().frame(); }
+    /// Of the built-in layer.
     void setFrame(const Rect& frame) { layer_.setFrame(frame); }
+    /// Of `layer()`: in the view's own coordinates.
     Rect bounds() const { return layer().geometry.bounds; }
 
     /// The deepest view that holds `point`, which is in this view's own coordinates; of siblings that lie

@@ -21,9 +21,10 @@ class MIRETH_EXPORT ViewClass {
     ViewClass(const ViewClass&) = delete;
     ViewClass& operator=(const ViewClass&) = delete;
 
-    /// The class called `name`; registers it below `superclass` when there is none yet. Registering a name
-    /// again with another superclass is refused: the class registered first is returned. `conforms` marks
-    /// a class of text-entry views, also one that was registered without it; its subclasses are marked too.
+    /// The class called `name`; registers it below `superclass` when there is none yet. Null makes it a root
+    /// of its own, which is no kind of view. Registering a name again with another superclass is refused: the
+    /// class registered first is returned. `conforms` marks a class of text-entry views, also one that was
+    /// registered without it; its subclasses are marked too.
     static const ViewClass& registerClass(std::string_view name, const ViewClass* superclass,
                                           TextInput textInput = TextInput::inherited);
 
@@ -31,6 +32,7 @@ class MIRETH_EXPORT ViewClass {
     static const ViewClass* find(std::string_view name);
 
     const std::string& name() const noexcept { return name_; }
+    /// Null for a root.
     const ViewClass* superclass() const noexcept { return superclass_; }
     bool conformsToTextInput() const noexcept;
 

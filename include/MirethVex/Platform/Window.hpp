@@ -15,12 +15,16 @@ class TouchDelivery;
 /// Main thread only.
 class MIRETH_EXPORT Window : public View {
   public:
-    /// `size` in points; `screenScale` is the pixels per point of the screen that shows the window, > 0.
+    /// `size` in points; one that is empty or not finite is kept, and cannot be drawn. `screenScale` is the
+    /// pixels per point of the screen that shows the window; 1 is taken for one that is not positive or
+    /// finite.
     explicit Window(Size size, double screenScale = 1.0);
     ~Window() override;
 
+    /// Read by `MirethSR::initializeProject`, for the pixels in its events.
     virtual double screenScale() const { return screenScale_; }
-    /// Resizes the window in place, as a rotation or a split screen does.
+    /// Resizes the window in place, as a rotation or a split screen does. Of no effect where `layer` is
+    /// overridden.
     void resize(Size size);
 
     /// The window owns the recogniser from then on, which is told of the touches that begin after this call.
@@ -37,7 +41,8 @@ class MIRETH_EXPORT Window : public View {
     /// Delivers what happened to the touches: to the recognisers first, in the order in which they were
     /// added, then to the views that the touches began in. The toolkit sends every phase of every touch, with
     /// the `view` and the `window` of its begin. A touch that began elsewhere is ignored; one that begins
-    /// again has lost its end and is cancelled first.
+    /// again has lost its end and is cancelled first. The end of a tap whose time is not
+    /// finite ends the process while a session detects: see Touch.
     ///
     /// An event that is sent from within a delivery waits until that one is over, so that everybody hears of
     /// things in the order in which they happened.

@@ -23,9 +23,9 @@ struct MIRETH_EXPORT MError {
 
     bool operator==(const MError&) const = default;
 
-    /// For log lines.
+    /// For log lines; in English, with the class's name.
     std::string debugDescription() const;
-    /// For people.
+    /// For people; in English.
     std::string errorDescription() const;
 };
 

@@ -18,7 +18,7 @@ struct LinuxPlatformOptions {
     // Where values come from.
 
     /// The information dictionary. Absent: the file that the environment variable MIRETHVEX_INFO names, else
-    /// MirethVex.info.json beside the executable.
+    /// MirethVex.info.json beside the executable. A JSON object of texts, 1 MiB at most.
     std::optional<std::map<std::string, std::string, std::less<>>> information;
     /// The kind of device. Absent: the information dictionary's "DEVICE_IDIOM", else what the system says of
     /// its chassis.
@@ -26,7 +26,8 @@ struct LinuxPlatformOptions {
 
     // Where files go.
 
-    /// The user caches directory. Absent: $XDG_CACHE_HOME, else ~/.cache.
+    /// The user caches directory. Absent: $XDG_CACHE_HOME where that is an absolute path, else ~/.cache. User
+    /// defaults are always read from $XDG_CONFIG_HOME/mireth/defaults.json, else ~/.config.
     std::optional<std::filesystem::path> cachesDirectory;
 
     // Whom to talk to.
@@ -41,15 +42,16 @@ struct LinuxPlatformOptions {
 /// The services and the main loop that goes with them. The services may outlive this object.
 class MIRETH_EXPORT LinuxPlatform {
   public:
-    /// Reads the environment and the system's files, and starts the threads for background work and HTTP.
-    /// Throws std::system_error when there are none to be had.
+    /// Reads the environment and the system's files, and starts two threads for background work and one for
+    /// HTTP; each path monitor has one more. The calling thread is the main thread until `runMainLoop` is
+    /// called on another. Throws std::system_error when there are no threads to be had.
     explicit LinuxPlatform(LinuxPlatformOptions options = {});
     LinuxPlatform(const LinuxPlatform&) = delete;
     LinuxPlatform& operator=(const LinuxPlatform&) = delete;
     ~LinuxPlatform();
 
     /// The one behind `makeDefaultPlatformServices`, built with the default options at the first call. It is
-    /// never destroyed.
+    /// never destroyed. Any thread.
     static LinuxPlatform& shared();
 
     /// The same services at every call.
@@ -59,10 +61,11 @@ class MIRETH_EXPORT LinuxPlatform {
     PlainApplication& application() const;
 
     /// Files of the host's that were unusable, one line each naming the file and why; empty as a rule. Their
-    /// values count as absent.
+    /// values count as absent. Any thread.
     std::vector<std::string> warnings() const;
 
-    /// Runs the library's main queue on the calling thread, which is the main thread, until `stopMainLoop`.
+    /// Runs the library's main queue on the calling thread, which is the main thread from then on, until
+    /// `stopMainLoop`. What is queued then waits for the next run. Not from within itself.
     void runMainLoop();
     /// Any thread, also before `runMainLoop`, which then returns at once.
     void stopMainLoop();

@@ -18,7 +18,8 @@ class MIRETH_EXPORT PlainApplication final : public Application {
     /// The window is held weakly: it stays the host's. Null: there is no key window.
     void setKeyWindow(const std::shared_ptr<Window>& window) { keyWindow_ = window; }
 
-    /// Tells every observer. What one of them throws is reported on standard error; the others still hear.
+    /// Tells every observer: a session that runs is stopped. What one of them throws is reported on standard
+    /// error; the others still hear.
     void moveToBackground();
 
     /// What a host calls instead of its controllers' own handlers, which it runs.

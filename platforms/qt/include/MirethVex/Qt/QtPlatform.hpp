@@ -23,6 +23,7 @@ namespace mireth::qt {
 /// services may outlive both and then do nothing on the main thread.
 class MIRETH_EXPORT QtPlatform {
   public:
+    /// Throws std::system_error when there are no threads to be had.
     explicit QtPlatform(platform::LinuxPlatformOptions options = {});
     QtPlatform(const QtPlatform&) = delete;
     QtPlatform& operator=(const QtPlatform&) = delete;
@@ -37,7 +38,8 @@ class MIRETH_EXPORT QtPlatform {
     std::shared_ptr<platform::Window> windowOf(QWidget& widget) const;
 
     /// Runs what was posted to the main queue, and nothing else of the main thread's, until `done` or for
-    /// `limit`; the last value of `done`. Work that is due later does not run.
+    /// `limit`; the last value of `done`. Work that is due later does not run. Blocks: the app's windows do
+    /// not answer meanwhile.
     bool runMainQueue(const std::function<bool()>& done, platform::Seconds limit) const;
 
     /// As `LinuxPlatform::warnings`.
@@ -49,12 +51,14 @@ class MIRETH_EXPORT QtPlatform {
 };
 
 /// Makes Qt's answers those of `MirethSR::shared()`, and QML know the module `MirethVex`. Call it once, after
-/// the QGuiApplication was made and before anything else of the library. False when the library stands on
-/// other services already.
+/// the QGuiApplication was made and before anything else of the library. False, and the services stay as they
+/// are, when it was called before or the library stands on other services already. Main thread. Throws
+/// std::system_error when there are no threads to be had.
 MIRETH_EXPORT bool install(platform::LinuxPlatformOptions options = {});
 
 /// `MirethSR::shared().initializeProject` for one of the app's windows; without one for the focused window,
-/// else the first that is visible. Installs Qt's answers when nothing was installed yet.
+/// else the first that is visible. Installs Qt's answers when nothing was installed yet; where the library
+/// stands on other services the window is not looked at. Main thread. Throws what `install` throws.
 MIRETH_EXPORT InitializationResult initializeProject(const std::string& brandId,
                                                      const std::string& projectId);
 MIRETH_EXPORT InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
@@ -64,7 +68,8 @@ MIRETH_EXPORT InitializationResult initializeProject(const std::string& brandId,
 
 /// Stops the session and delivers what it has recorded, for an app that is about to quit: it blocks, until
 /// all is done or for `patience`. Of the main thread's work only the library's own runs meanwhile. True when
-/// the session was closed.
+/// the stop was answered in time, whatever the answer; false also without a session. Main thread, while the
+/// QGuiApplication is there.
 MIRETH_EXPORT bool finishRecording(platform::Seconds patience);
 
 /// A class for `VexConfiguration::additionalViewTypesToMask`, by its C++ name or by the name of its QML type,
