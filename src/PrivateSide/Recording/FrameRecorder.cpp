@@ -1,5 +1,6 @@
 #include "PrivateSide/Recording/FrameRecorder.hpp"
 
+#include <algorithm>
 #include <utility>
 
 #include "Platform/Async/Task.hpp"
@@ -27,6 +28,11 @@ class FlushOnExit {
   private:
     platform::Layer& layer_;
 };
+
+bool looksAlike(const Image& left, const Image& right) {
+    return left.pixelWidth() == right.pixelWidth() && left.pixelHeight() == right.pixelHeight() &&
+           left.scale() == right.scale() && std::ranges::equal(left.pixels(), right.pixels());
+}
 
 }  // namespace
 
@@ -76,6 +82,7 @@ void FrameRecorder::startFrameRecording(const PlaybackConfiguration& playbackCon
 void FrameRecorder::stopFrameRecording() {
     dropTimer();
     recordingPlaybackCallback_ = nullptr;
+    lastImage_ = {};
     log_.info(LogTag::playback, "Frames recorder stopped");
 }
 
@@ -134,6 +141,11 @@ void FrameRecorder::renderFrame() {
     } else {
         return;
     }
+    // Most screens stand still most of the time, and a chunk waits with twenty pictures.
+    if (looksAlike(image, lastImage_)) {
+        image = lastImage_;
+    }
+    lastImage_ = image;
     callback(image);
 }
 

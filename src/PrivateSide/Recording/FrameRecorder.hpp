@@ -44,7 +44,8 @@ class FrameRecorder : public std::enable_shared_from_this<FrameRecorder> {
     FrameRecorder& operator=(const FrameRecorder&) = delete;
 
     /// Hands a picture to `recordingPlaybackCallback` every 1 / fps seconds, first after one interval.
-    /// Starting again replaces the timer, the callback and the masking.
+    /// A picture that looks like the one before shares its bitmap. Starting again replaces the timer, the
+    /// callback and the masking.
     void startFrameRecording(const PlaybackConfiguration& playbackConfiguration,
                              const VexConfiguration& vexConfiguration,
                              RecordingPlaybackCallback recordingPlaybackCallback);
@@ -80,6 +81,8 @@ class FrameRecorder : public std::enable_shared_from_this<FrameRecorder> {
     bool failureIsReported_ = false;
     /// In pixels; of the last picture that could be drawn.
     std::optional<std::pair<std::size_t, std::size_t>> lastImageSize_;
+    /// Handed out last. Those that look the same share its bitmap.
+    platform::Image lastImage_;
     std::shared_ptr<LayerReplicator> replicator_;
     std::unique_ptr<OptimizedImageRenderer> imageRenderer_;
     const MemoryUseLines memoryUse_;

@@ -110,6 +110,24 @@ TEST_F(FrameRecorderTest, StopEndsPicturesAndDropsTheCallback) {
          errorLine(LogTag::playback, "Callback is nil while trying to resume playback recording")});
 }
 
+TEST_F(FrameRecorderTest, PicturesOfAScreenThatStandsStillShareTheirBitmap) {
+    start();
+    mainQueue_->advance(Seconds(1));
+    ASSERT_EQ(images_.size(), 2U);
+    EXPECT_TRUE(images_[1].isSameBitmap(images_[0]));
+    const auto view = std::make_shared<View>();
+    view->setFrame({50, 50, 1, 1});
+    view->mutableLayer().appearance.backgroundColor = Color{0, 0, 1, 1};
+    window_->addSubview(view);
+    mainQueue_->advance(Seconds(1));
+    ASSERT_EQ(images_.size(), 4U);
+    EXPECT_FALSE(images_[2].isSameBitmap(images_[1]));
+    EXPECT_EQ(images_[1].pixels()[50 * 100 + 50], white);
+    EXPECT_EQ(images_[2].pixels()[50 * 100 + 50], 0xFF0000FFU);
+    EXPECT_TRUE(images_[3].isSameBitmap(images_[2]));
+    expectStarted();
+}
+
 TEST_F(FrameRecorderTest, PausedPicturesAreBlankUntilResumed) {
     start();
     mainQueue_->advance(Seconds(0.5));
