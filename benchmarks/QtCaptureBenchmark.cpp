@@ -11,19 +11,17 @@
 #include <QQmlEngine>
 #include <QQuickWindow>
 #include <QSlider>
-#include <chrono>
 #include <memory>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
 #include "PrivateSide/Extensions/CALayerExtensions/LayerOperations.hpp"
 #include "PrivateSide/Extensions/CALayerExtensions/LayerReplicator.hpp"
 #include "PrivateSide/Recording/OptimizedImageRenderer.hpp"
+#include "benchmarks/PairedTimes.hpp"
 #include "platforms/linux/media/CairoGraphics.hpp"
 
 namespace mireth::benchmarks {
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 constexpr int objects = 300;
 
@@ -43,6 +41,8 @@ class Capture {
 
     /// Of all that, what the platform for Qt does.
     void mirror() const { benchmark::DoNotOptimize(window_->subviews()); }
+    /// The same with the masked copy that the picture is drawn from.
+    void copy() { benchmark::DoNotOptimize(replicator_.replicateLayerTree(*window_, true)); }
 
   private:
     const std::shared_ptr<platform::Window> window_;
@@ -51,28 +51,21 @@ class Capture {
     OptimizedImageRenderer renderer_;
 };
 
-/// Turn by turn, so that what else the machine does touches both alike.
 template <class Bare>
 void compare(benchmark::State& state, Capture& capture, const Bare& bare) {
-    std::chrono::duration<double> ours{};
-    std::chrono::duration<double> theirs{};
-    std::chrono::duration<double> mirror{};
+    PairedTimes times;
+    PairedTimes parts;
     for (auto _ : state) {
-        const auto start = Clock::now();
-        benchmark::DoNotOptimize(capture());
-        const auto middle = Clock::now();
-        benchmark::DoNotOptimize(bare());
-        ours += middle - start;
-        const auto end = Clock::now();
-        theirs += end - middle;
-        capture.mirror();
-        mirror += Clock::now() - end;
+        times.turn([&capture] { benchmark::DoNotOptimize(capture()); },
+                   [&bare] { benchmark::DoNotOptimize(bare()); });
+        parts.turn([&capture] { capture.mirror(); }, [&capture] { capture.copy(); });
     }
-    const auto turns = static_cast<double>(state.iterations());
-    state.counters["capture_ms"] = ours.count() * 1000 / turns;
-    state.counters["mirror_ms"] = mirror.count() * 1000 / turns;
-    state.counters["qt_ms"] = theirs.count() * 1000 / turns;
-    state.counters["ratio"] = ours / theirs;
+    state.counters["capture_ms"] = 1e3 * times.oursSeconds();
+    state.counters["mirror_ms"] = 1e3 * parts.oursSeconds();
+    state.counters["copy_ms"] = 1e3 * parts.theirsSeconds();
+    state.counters["qt_ms"] = 1e3 * times.theirsSeconds();
+    state.counters["ratio"] = times.ratio();
+    state.counters["clock_ratio"] = times.ratioByTheClock();
 }
 
 QWidget* widgetNumber(int number) {

@@ -33,6 +33,7 @@ ServedReceiver::ServedReceiver(const std::string& data)
           {"--listen", "127.0.0.1:0", "--data", data, "--config", configuration(data), "--print-ready"})) {
     const auto ready = nlohmann::json::parse(program_.readLine());
     port_ = std::stoi(ready.at("listen").get<std::string>().substr(10));
+    origin_ = ready.at("sr");
 }
 
 std::string ServedReceiver::get(const std::string& target) const {

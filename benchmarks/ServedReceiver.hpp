@@ -19,11 +19,14 @@ class ServedReceiver {
     std::string createSession() const;
     /// Throws unless it is acknowledged.
     void upload(const receiver::test::Upload& upload) const;
+    /// Where it serves, as a library that records is told.
+    const std::string& origin() const { return origin_; }
     std::uint64_t peakMemory() const { return program_.peakMemory(); }
 
   private:
     receiver::test::Program program_;
     int port_ = 0;
+    std::string origin_;
 };
 
 }  // namespace mireth::benchmarks
