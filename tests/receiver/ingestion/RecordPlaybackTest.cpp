@@ -44,7 +44,7 @@ TEST(RecordPlayback, KeepsTheChunkItsEventsAndItsVideo) {
     EXPECT_EQ(chunk.durationMillis, 10'000);
     EXPECT_EQ(chunk.events, 8);
     EXPECT_EQ(chunk.timeline, timelineJson(0));
-    EXPECT_EQ(fileText(chunk.videoPath), mp4());
+    EXPECT_EQ(receiver.video(chunk), mp4());
     EXPECT_EQ(receiver.takeReports(), Reports{});
 }
 
@@ -56,7 +56,7 @@ TEST(RecordPlayback, NothingTheClientNamesReachesTheDisk) {
         "Content-Disposition: form-data; name=\"chunk[playback]\"; filename=\"../../evil.mp4\"\r\n"
         "Content-Type: video/mp4";
     EXPECT_EQ(receiver.put(upload).body, success);
-    const auto path = receiver.contents(id).chunks[0].videoPath;
+    const auto path = receiver.store().videoPath(receiver.contents(id).chunks[0].video.key);
     EXPECT_EQ(std::filesystem::path(path).parent_path(), receiver.data() + "/videos");
     EXPECT_EQ(path.find("evil"), std::string::npos);
     struct stat info{};
@@ -117,7 +117,7 @@ TEST(RecordPlayback, AnotherVideoUnderTheSameNumberIsAnErrorAnswer) {
     const auto response = receiver.put(chunkUpload(id, 0, mp4({.filler = 'y'})));
     EXPECT_EQ(response.status, 200);
     EXPECT_EQ(response.body, error);
-    EXPECT_EQ(fileText(receiver.contents(id).chunks[0].videoPath), mp4());
+    EXPECT_EQ(receiver.video(receiver.contents(id).chunks[0]), mp4());
     EXPECT_EQ(receiver.videoFiles(), 1U);
     EXPECT_EQ(receiver.takeReports(),
               Reports{"a chunk was answered ERROR: another video has that chunk number (session " + id +

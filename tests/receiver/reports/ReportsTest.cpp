@@ -32,8 +32,7 @@ SessionContents sample() {
                         .bytes = 1'234'000,
                         .frames = 20,
                         .durationMillis = 10'000,
-                        .videoPath = "/d/videos/a.mp4",
-                        .videoDigest = {},
+                        .video = {.key = "a", .digest = {}},
                         .events = 2,
                         .timeline = R"([{"timestamp":1,"type":"SessionStartMarker","chunkNumber":0},)"
                                     R"({"timestamp":-2,"type":"SignalCaptured","eventDetails":)"
@@ -44,8 +43,7 @@ SessionContents sample() {
                         .bytes = 500,
                         .frames = 5,
                         .durationMillis = 2'500,
-                        .videoPath = "/d/videos/b.mp4",
-                        .videoDigest = {},
+                        .video = {.key = "b", .digest = {}},
                         .events = 1,
                         .timeline = R"([{"timestamp":3,"type":"ChunkEndMarker","chunkNumber":1}])"}},
             .logLines = {{.sessionId = "S1",
@@ -54,9 +52,13 @@ SessionContents sample() {
                           .message = "line\nbreak"}}};
 }
 
+std::string whereVideosLie(const std::string& key) {
+    return "/d/videos/" + key + ".mp4";
+}
+
 TEST(Reports, ShowAsText) {
     std::ostringstream out;
-    writeShowText(out, sample());
+    writeShowText(out, sample(), whereVideosLie);
     EXPECT_EQ(out.str(),
               "session  S1\n"
               "project  b\\u{1B}[31m/p1 (US_WEST)\n"
@@ -84,7 +86,7 @@ TEST(Reports, ShowAsText) {
 
 TEST(Reports, ShowAsJsonHoldsEverything) {
     std::ostringstream out;
-    writeShowJson(out, sample());
+    writeShowJson(out, sample(), whereVideosLie);
     const auto json = nlohmann::json::parse(out.str());
     EXPECT_EQ(json.at("session").at("id"), "S1");
     EXPECT_EQ(json.at("session").at("brandId"), "b\x1B[31m");

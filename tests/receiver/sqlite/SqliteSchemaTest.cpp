@@ -164,7 +164,7 @@ TEST_F(SqliteSchemaTest, WhatTheFirstVersion2HeldIsAllThere) {
     ASSERT_EQ(contents->chunks.size(), 2U);
     EXPECT_EQ(contents->chunks[0].timeline, "[\"ä\"]");
     EXPECT_EQ(contents->logLines.size(), 1U);
-    EXPECT_EQ(store->openVideo("S1", 1).value()->digest, "d1");
+    EXPECT_EQ(store->findVideo("S1", 1).value()->digest, "d1");
     EXPECT_EQ(store->list({})->sessions.size(), 2U);
 }
 

@@ -36,8 +36,6 @@ class SqliteStoreTest : public testing::Test {
         const Chunk chunk{.number = number,
                           .frames = 2,
                           .durationMillis = 1000,
-                          .videoPath = {},
-                          .videoDigest = {},
                           .events = 1,
                           .timeline = R"([{"timestamp":1,"type":"ChunkEndMarker","chunkNumber":)" +
                                       std::to_string(number) + "}" + std::string(timelineBytes, ' ') + "]"};
@@ -187,7 +185,7 @@ TEST_F(SqliteStoreTest, TheDataDirectoryMayBeReachedThroughALink) {
     }
     const auto reader = SqliteStore::openForReading(data_);
     ASSERT_TRUE(reader) << reader.error();
-    EXPECT_EQ((*reader)->contents("S1")->value().chunks.at(0).videoPath,
+    EXPECT_EQ((*reader)->videoPath((*reader)->contents("S1")->value().chunks.at(0).video.key),
               directory_.file("private/data/videos/video-1.mp4"));
     // The lock is the same by either name.
     const auto store = open();

@@ -98,6 +98,15 @@ SessionContents RunningReceiver::contents(const std::string& id) {
     return store_->contents(id).value().value();
 }
 
+std::string RunningReceiver::video(const Chunk& chunk) {
+    const auto source = std::move(store_->openVideo(chunk.video.key).value());
+    std::vector<unsigned char> bytes(source->size());
+    if (!source->readAt(0, bytes)) {
+        throw std::runtime_error("the video cannot be read");
+    }
+    return {bytes.begin(), bytes.end()};
+}
+
 std::vector<std::string> RunningReceiver::takeReports() {
     const std::lock_guard lock(mutex_);
     return std::exchange(reports_, {});

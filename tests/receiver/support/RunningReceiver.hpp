@@ -50,6 +50,8 @@ class RunningReceiver {
     /// How many video files lie in the data directory.
     std::size_t videoFiles() const;
     SessionContents contents(const std::string& id);
+    /// The bytes of the chunk's video.
+    std::string video(const Chunk& chunk);
 
     /// What the operator was told so far; and forgets it.
     std::vector<std::string> takeReports();

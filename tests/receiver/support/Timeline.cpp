@@ -44,8 +44,6 @@ Chunk chunkOf(std::int64_t number, const std::vector<TimelineEvent>& events, std
             .bytes = 0,
             .frames = 20,
             .durationMillis = 10'000,
-            .videoPath = {},
-            .videoDigest = {},
             .events = static_cast<std::int64_t>(events.size()),
             .timeline = timelineText(events, number)};
 }

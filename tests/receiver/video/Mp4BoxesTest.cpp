@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "support/MemoryBytes.hpp"
 #include "support/Mp4Builder.hpp"
 
 namespace mireth::receiver {
@@ -17,24 +18,8 @@ using test::Mp4Shape;
 using test::track;
 using test::wideBox;
 
-class Bytes final : public ByteSource {
-  public:
-    explicit Bytes(std::string bytes) : bytes_(std::move(bytes)) {}
-    std::uint64_t size() const override { return bytes_.size(); }
-    bool readAt(std::uint64_t offset, std::span<unsigned char> into) override {
-        if (offset > bytes_.size() || bytes_.size() - offset < into.size()) {
-            return false;
-        }
-        std::copy_n(bytes_.begin() + static_cast<std::ptrdiff_t>(offset), into.size(), into.begin());
-        return true;
-    }
-
-  private:
-    const std::string bytes_;
-};
-
 std::expected<Mp4Facts, std::string> inspect(const std::string& file) {
-    Bytes bytes(file);
+    test::MemoryBytes bytes(file);
     return inspectMp4(bytes);
 }
 

@@ -4,69 +4,23 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "support/Program.hpp"
 #include "support/RunningReceiver.hpp"
+#include "support/VideoTools.hpp"
 #include "video/ParameterSets.hpp"
 
 namespace mireth::receiver {
 namespace {
 
 using namespace test;
-using nlohmann::json;
 
 class WholeVideo : public testing::Test {
   protected:
-    // A chunk as clients make them: 20 frames in 10 seconds, 600 units a second.
-    std::string encode(const std::string& picture, const std::string& profile = "main", int frames = 20) {
-        const auto path = directory_.file("chunk.mp4");
-        const auto made = runProgram({"ffmpeg",
-                                      "-v",
-                                      "error",
-                                      "-y",
-                                      "-f",
-                                      "lavfi",
-                                      "-i",
-                                      picture + "r=2:s=250x500",
-                                      "-frames:v",
-                                      std::to_string(frames),
-                                      "-c:v",
-                                      "libx264",
-                                      "-profile:v",
-                                      profile,
-                                      "-bf",
-                                      "0",
-                                      "-pix_fmt",
-                                      "yuv420p",
-                                      "-video_track_timescale",
-                                      "600",
-                                      path});
-        EXPECT_EQ(made.status, 0) << made.errors;
-        return fileText(path);
-    }
     std::string download() const {
         const auto response = receiver_.get("/api/sessions/" + id_ + "/video.mp4");
         EXPECT_EQ(response.status, 200) << response.body;
         EXPECT_EQ(response.header("content-type"), "video/mp4");
         EXPECT_EQ(response.header("content-disposition"), "attachment; filename=\"session-" + id_ + ".mp4\"");
         return directory_.write("whole.mp4", response.body);
-    }
-    static json probe(const std::string& path) {
-        const auto result = runProgram({"ffprobe", "-v", "error", "-show_packets", "-show_format",
-                                        "-show_streams", "-of", "json", path});
-        EXPECT_EQ(result.status, 0) << result.errors;
-        EXPECT_EQ(result.errors, "");
-        return json::parse(result.out);
-    }
-    static std::vector<double> times(const json& probed) {
-        std::vector<double> all;
-        for (const auto& packet : probed.at("packets")) {
-            all.push_back(std::stod(packet.at("pts_time").get<std::string>()));
-        }
-        return all;
-    }
-    // What decoding every frame complains about; "" when nothing.
-    static std::string decode(const std::string& path) {
-        return runProgram({"ffmpeg", "-v", "error", "-i", path, "-f", "null", "-"}).errors;
     }
 
     const TemporaryDirectory directory_;
@@ -75,8 +29,8 @@ class WholeVideo : public testing::Test {
 };
 
 TEST_F(WholeVideo, JoinsTheChunksInOrderWithoutEncodingThemAgain) {
-    const auto first = encode("testsrc=");
-    const auto second = encode("color=red:", "main", 10);
+    const auto first = encodedVideo("testsrc=");
+    const auto second = encodedVideo("color=red:", "main", 10);
     receiver_.put(chunkUpload(id_, 1, second));
     receiver_.put(chunkUpload(id_, 0, first));
     const auto path = download();
@@ -85,7 +39,7 @@ TEST_F(WholeVideo, JoinsTheChunksInOrderWithoutEncodingThemAgain) {
     EXPECT_EQ(probed.at("streams").at(0).at("time_base"), "1/600");
     EXPECT_EQ(probed.at("streams").at(0).at("codec_name"), "h264");
     EXPECT_EQ(probed.at("format").at("duration"), "15.000000");
-    const auto at = times(probed);
+    const auto at = packetTimes(probed);
     ASSERT_EQ(at.size(), 30U);
     for (std::size_t i = 0; i < at.size(); ++i) {
         EXPECT_DOUBLE_EQ(at[i], 0.5 * static_cast<double>(i));
@@ -104,14 +58,14 @@ TEST_F(WholeVideo, JoinsTheChunksInOrderWithoutEncodingThemAgain) {
                   std::stoi(sizes[i]) + grown);
         EXPECT_GE(std::stoi(probed.at("packets").at(i).at("size").get<std::string>()), std::stoi(sizes[i]));
     }
-    EXPECT_EQ(decode(path), "");
+    EXPECT_EQ(complaintsOfDecoding(path), "");
 }
 
 TEST_F(WholeVideo, AMissingChunkKeepsItsTime) {
-    const auto bytes = encode("testsrc=");
+    const auto bytes = encodedVideo("testsrc=");
     receiver_.put(chunkUpload(id_, 1, bytes));
     receiver_.put(chunkUpload(id_, 4, bytes));
-    const auto at = times(probe(download()));
+    const auto at = packetTimes(probe(download()));
     ASSERT_EQ(at.size(), 40U);
     EXPECT_DOUBLE_EQ(at[0], 10.0);
     EXPECT_DOUBLE_EQ(at[19], 19.5);
@@ -120,12 +74,12 @@ TEST_F(WholeVideo, AMissingChunkKeepsItsTime) {
 }
 
 TEST_F(WholeVideo, AShortChunkInTheMiddleKeepsItsTenSeconds) {
-    const auto bytes = encode("testsrc=");
+    const auto bytes = encodedVideo("testsrc=");
     receiver_.put(chunkUpload(id_, 0, bytes));
-    receiver_.put(chunkUpload(id_, 1, encode("testsrc=", "main", 8)));
+    receiver_.put(chunkUpload(id_, 1, encodedVideo("testsrc=", "main", 8)));
     receiver_.put(chunkUpload(id_, 2, bytes));
     const auto probed = probe(download());
-    const auto at = times(probed);
+    const auto at = packetTimes(probed);
     ASSERT_EQ(at.size(), 48U);
     EXPECT_DOUBLE_EQ(at[27], 13.5);
     EXPECT_DOUBLE_EQ(at[28], 20.0);
@@ -133,31 +87,31 @@ TEST_F(WholeVideo, AShortChunkInTheMiddleKeepsItsTenSeconds) {
 }
 
 TEST_F(WholeVideo, OfALongChunkTheFirstTenSecondsArePlayed) {
-    const auto longOne = encode("testsrc=", "main", 28);
+    const auto longOne = encodedVideo("testsrc=", "main", 28);
     receiver_.put(chunkUpload(id_, 0, longOne));
     receiver_.put(chunkUpload(id_, 1, longOne));
     const auto path = download();
     const auto probed = probe(path);
-    const auto at = times(probed);
+    const auto at = packetTimes(probed);
     ASSERT_EQ(at.size(), 40U);
     for (std::size_t i = 0; i < at.size(); ++i) {
         EXPECT_DOUBLE_EQ(at[i], 0.5 * static_cast<double>(i));
     }
     EXPECT_EQ(probed.at("format").at("duration"), "20.000000");
-    EXPECT_EQ(decode(path), "");
+    EXPECT_EQ(complaintsOfDecoding(path), "");
 }
 
 TEST_F(WholeVideo, ChunksOfDifferentDecoderParametersPlayOneAfterTheOther) {
-    receiver_.put(chunkUpload(id_, 0, encode("testsrc=", "high")));
-    receiver_.put(chunkUpload(id_, 1, encode("testsrc=", "baseline")));
-    receiver_.put(chunkUpload(id_, 2, encode("testsrc=", "high")));
+    receiver_.put(chunkUpload(id_, 0, encodedVideo("testsrc=", "high")));
+    receiver_.put(chunkUpload(id_, 1, encodedVideo("testsrc=", "baseline")));
+    receiver_.put(chunkUpload(id_, 2, encodedVideo("testsrc=", "high")));
     const auto path = download();
-    EXPECT_EQ(times(probe(path)).size(), 60U);
-    EXPECT_EQ(decode(path), "");
+    EXPECT_EQ(packetTimes(probe(path)).size(), 60U);
+    EXPECT_EQ(complaintsOfDecoding(path), "");
 }
 
 TEST_F(WholeVideo, IsTheSameFileEachTimeAndComesInRanges) {
-    receiver_.put(chunkUpload(id_, 0, encode("testsrc=")));
+    receiver_.put(chunkUpload(id_, 0, encodedVideo("testsrc=")));
     const auto target = "/api/sessions/" + id_ + "/video.mp4";
     const auto whole = receiver_.get(target);
     EXPECT_EQ(receiver_.get(target).body, whole.body);
@@ -166,7 +120,7 @@ TEST_F(WholeVideo, IsTheSameFileEachTimeAndComesInRanges) {
     EXPECT_EQ(part.status, 206);
     EXPECT_EQ(part.body, whole.body.substr(100, 100));
     // A download that is resumed after the session grew would be half of one file and half of another.
-    receiver_.put(chunkUpload(id_, 1, encode("testsrc=")));
+    receiver_.put(chunkUpload(id_, 1, encodedVideo("testsrc=")));
     const auto grown =
         receiver_.get(target, "Range: bytes=100-199\r\nIf-Range: " + whole.header("etag") + "\r\n");
     EXPECT_EQ(grown.status, 200);
@@ -192,7 +146,7 @@ TEST_F(WholeVideo, AChunkThatOnlyLooksLikeAVideoHarmsNobody) {
 // Bytes all over the tables replaced, one at a time. Many of these files pass the
 // check of their boxes; what comes of them is a video or an error.
 TEST_F(WholeVideo, DamagedChunksHarmNobody) {
-    const auto sound = encode("testsrc=");
+    const auto sound = encodedVideo("testsrc=");
     const auto movie = sound.find("moov");
     ASSERT_NE(movie, std::string::npos);
     int taken = 0;
@@ -210,7 +164,7 @@ TEST_F(WholeVideo, DamagedChunksHarmNobody) {
     EXPECT_GT(taken, 10);
     receiver_.takeReports();
     receiver_.put(chunkUpload(id_, 0, sound));
-    EXPECT_EQ(decode(download()), "");
+    EXPECT_EQ(complaintsOfDecoding(download()), "");
 }
 
 TEST(ParameterSetsTest, EveryWayToBeCutOffIsSeen) {

@@ -67,7 +67,8 @@ int show(const std::string& data, const std::string& session, bool json, std::os
     if (!*contents) {
         return fail(errors, "there is no session \"" + session + "\" in " + data);
     }
-    (json ? writeShowJson : writeShowText)(out, **contents);
+    (json ? writeShowJson : writeShowText)(out, **contents,
+                                           [&](const std::string& key) { return (*store)->videoPath(key); });
     return 0;
 }
 

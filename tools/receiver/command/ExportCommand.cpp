@@ -70,8 +70,10 @@ int exportVideo(const ExportOptions& options, std::ostream& errors) {
     bound(RLIMIT_FSIZE, static_cast<rlim_t>((*outline)->summary.bytes) + overhead);
     std::vector<VideoPart> parts;
     for (const auto& chunk : chunks) {
-        parts.push_back(
-            {.path = chunk.videoPath, .atMillis = chunkPlace(chunk.number), .mostMillis = placeMillis});
+        parts.push_back({.name = "chunk " + std::to_string(chunk.number),
+                         .open = [&, key = chunk.video.key] { return (*store)->openVideo(key); },
+                         .atMillis = chunkPlace(chunk.number),
+                         .mostMillis = placeMillis});
     }
     const auto joined = joinVideos(parts, options.output);
     return joined ? 0 : fail(errors, joined.error());

@@ -188,8 +188,6 @@ void RecordPlayback::keep() {
                       .bytes = 0,
                       .frames = facts->frames,
                       .durationMillis = facts->durationMillis,
-                      .videoPath = {},
-                      .videoDigest = {},
                       .events = timeline->events,
                       .timeline = std::move(timeline->text)};
     const auto outcome = services_.store.putChunk(info_->sessionId, chunk, timeline->summary, *video_,

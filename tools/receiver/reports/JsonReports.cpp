@@ -43,11 +43,11 @@ Json logLinesJson(const std::vector<LogLine>& lines) {
     return list;
 }
 
-Json chunkJson(const Chunk& chunk) {
+Json chunkJson(const Chunk& chunk, const VideoPlaces& videos) {
     return {{"number", chunk.number},       {"frames", chunk.frames},
             {"bytes", chunk.bytes},         {"durationMillis", chunk.durationMillis},
             {"endMillis", chunk.endMillis}, {"receivedMillis", chunk.receivedMillis},
-            {"events", chunk.events},       {"path", chunk.videoPath}};
+            {"events", chunk.events},       {"path", videos(chunk.video.key)}};
 }
 
 // As it was uploaded.
@@ -66,13 +66,13 @@ void writeListJson(std::ostream& out, const Inventory& inventory) {
     out << jsonText({{"sessions", sessions}, {"logLines", logLinesJson(inventory.strayLogLines)}}) << '\n';
 }
 
-void writeShowJson(std::ostream& out, const SessionContents& contents) {
+void writeShowJson(std::ostream& out, const SessionContents& contents, const VideoPlaces& videos) {
     Json chunks = Json::array();
     Json timeline = Json::array();
     std::map<std::string, std::int64_t> kinds;
     std::map<std::string, std::int64_t> signals;
     for (const auto& chunk : contents.chunks) {
-        chunks.push_back(chunkJson(chunk));
+        chunks.push_back(chunkJson(chunk, videos));
         for (const auto& event : timelineJson(chunk)) {
             const auto type = event.value("type", "");
             ++kinds[type];

@@ -44,11 +44,11 @@ void writeLogLines(std::ostream& out, const std::vector<LogLine>& lines) {
     table.write(out);
 }
 
-void writeChunks(std::ostream& out, const std::vector<Chunk>& chunks) {
+void writeChunks(std::ostream& out, const std::vector<Chunk>& chunks, const VideoPlaces& videos) {
     TextTable table({"chunk>", "frames>", "bytes>", "duration>", "events>", "video"});
     for (const auto& chunk : chunks) {
         table.add({std::to_string(chunk.number), std::to_string(chunk.frames), bytesText(chunk.bytes),
-                   secondsText(chunk.durationMillis), std::to_string(chunk.events), chunk.videoPath});
+                   secondsText(chunk.durationMillis), std::to_string(chunk.events), videos(chunk.video.key)});
     }
     table.write(out);
 }
@@ -106,7 +106,7 @@ void writeListText(std::ostream& out, const Inventory& inventory) {
     }
 }
 
-void writeShowText(std::ostream& out, const SessionContents& contents) {
+void writeShowText(std::ostream& out, const SessionContents& contents, const VideoPlaces& videos) {
     const auto& summary = contents.summary;
     const auto& session = summary.session;
     TextTable head({"session", session.id});
@@ -119,7 +119,7 @@ void writeShowText(std::ostream& out, const SessionContents& contents) {
     head.write(out);
     if (!contents.chunks.empty()) {
         out << '\n';
-        writeChunks(out, contents.chunks);
+        writeChunks(out, contents.chunks, videos);
     }
     if (summary.events > 0) {
         out << '\n';

@@ -33,8 +33,7 @@ std::vector<Chunk> SqliteStore::chunksOf(std::int64_t place, Timelines timelines
                           .bytes = row.whole(3),
                           .frames = row.whole(4),
                           .durationMillis = row.whole(5),
-                          .videoPath = videos_.pathOf(row.text(6)),
-                          .videoDigest = row.text(7),
+                          .video = {.key = row.text(6), .digest = row.text(7)},
                           .events = row.whole(8),
                           .timelineBytes = row.whole(9),
                           .timeline = row.text(10)});
@@ -123,28 +122,20 @@ bool SqliteStore::readTimeline(const std::string& sessionId, std::int64_t number
     return read && *read;
 }
 
-Stored<std::optional<StoredVideo>> SqliteStore::openVideo(const std::string& sessionId, std::int64_t number) {
-    std::string digest;
-    const auto name = reading("cannot find a video", [&]() -> std::optional<std::string> {
+Stored<std::optional<VideoReference>> SqliteStore::findVideo(const std::string& sessionId,
+                                                             std::int64_t number) {
+    return reading("cannot find a video", [&]() -> std::optional<VideoReference> {
         auto row = reader_.prepare(
             "SELECT video, digest FROM chunk JOIN session USING (place) WHERE id = ? AND number = ?");
         if (!row.bind(sessionId).bind(number).step()) {
             return std::nullopt;
         }
-        digest = row.text(1);
-        return row.text(0);
+        return VideoReference{.key = row.text(0), .digest = row.text(1)};
     });
-    if (!name) {
-        return std::unexpected(name.error());
-    }
-    if (!*name) {
-        return std::nullopt;
-    }
-    auto bytes = videos_.read(**name);
-    if (!bytes) {
-        return std::unexpected(bytes.error());
-    }
-    return StoredVideo{.bytes = std::move(*bytes), .digest = std::move(digest)};
+}
+
+Stored<std::unique_ptr<ByteSource>> SqliteStore::openVideo(const std::string& key) {
+    return videos_.read(key);
 }
 
 }  // namespace mireth::receiver

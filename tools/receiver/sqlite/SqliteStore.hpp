@@ -33,6 +33,8 @@ class SqliteStore final : public Store {
 
     /// How many orphaned videos opening removed.
     std::int64_t sweptVideos() const { return swept_; }
+    /// The file in which the video of that key lies.
+    std::string videoPath(const std::string& key) const { return videos_.pathOf(key); }
 
     Stored<bool> addSession(const Session& session) override;
     Stored<std::optional<Session>> session(const std::string& id) override;
@@ -51,7 +53,9 @@ class SqliteStore final : public Store {
     Stored<std::optional<SessionContents>> outline(const std::string& id) override;
     Stored<std::unique_ptr<ByteSource>> openTimeline(const std::string& sessionId,
                                                      std::int64_t number) override;
-    Stored<std::optional<StoredVideo>> openVideo(const std::string& sessionId, std::int64_t number) override;
+    Stored<std::optional<VideoReference>> findVideo(const std::string& sessionId,
+                                                    std::int64_t number) override;
+    Stored<std::unique_ptr<ByteSource>> openVideo(const std::string& key) override;
     Stored<std::int64_t> removeSessions(const std::vector<std::string>& ids) override;
     Stored<bool> finishRemovals() override;
     Stored<std::vector<std::string>> quietSince(std::int64_t millis, std::int64_t most) override;

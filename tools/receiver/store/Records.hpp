@@ -18,6 +18,12 @@ struct Session {
     std::optional<std::int64_t> closedMillis;  ///< none while the session is open
 };
 
+/// Which video a chunk has.
+struct VideoReference {
+    std::string key;     ///< names the video within its store, in the store's own way
+    std::string digest;  ///< SHA-256 in hexadecimal
+};
+
 /// One uploaded chunk.
 struct Chunk {
     std::int64_t number = 0;
@@ -26,8 +32,7 @@ struct Chunk {
     std::int64_t bytes = 0;  ///< of the video
     std::int64_t frames = 0;
     std::int64_t durationMillis = 0;
-    std::string videoPath;           ///< where the video lies; set by the store
-    std::string videoDigest;         ///< SHA-256 of the video in hexadecimal; set by the store
+    VideoReference video = {};       ///< set by the store
     std::int64_t events = 0;         ///< in the timeline
     std::int64_t timelineBytes = 0;  ///< set by the store
     std::string timeline;            ///< the events as a JSON array

@@ -44,12 +44,6 @@ enum class PutOutcome {
 
 enum class CloseOutcome { closed, unknown };
 
-/// A kept video, open for reading. It stays readable when it is removed meanwhile.
-struct StoredVideo {
-    std::unique_ptr<ByteSource> bytes;
-    std::string digest;  ///< SHA-256 in hexadecimal
-};
-
 /// Any thread may call; operations of different threads do not disturb each other.
 class Store {
   public:
@@ -68,8 +62,8 @@ class Store {
 
     virtual Stored<std::unique_ptr<IncomingVideo>> beginVideo() = 0;
     /// Keeps the chunk and its video as one, or neither. `video` must come from this store's beginVideo.
-    /// `summary` is of the chunk's timeline. `chunk.videoPath`, `videoDigest` and `bytes` are not looked at:
-    /// the store knows them.
+    /// `summary` is of the chunk's timeline. `chunk.video` and `bytes` are not looked at: the store knows
+    /// them.
     virtual Stored<PutOutcome> putChunk(const std::string& sessionId, const Chunk& chunk,
                                         const TimelineSummary& summary, IncomingVideo& video,
                                         const Limits& limits) = 0;
@@ -93,9 +87,12 @@ class Store {
     /// cannot be read any more once the session is removed, and must not outlive the store.
     virtual Stored<std::unique_ptr<ByteSource>> openTimeline(const std::string& sessionId,
                                                              std::int64_t number) = 0;
-    /// The video of a chunk; none when the session or the chunk is unknown.
-    virtual Stored<std::optional<StoredVideo>> openVideo(const std::string& sessionId,
-                                                         std::int64_t number) = 0;
+    /// Which video a chunk has; none when the session or the chunk is unknown.
+    virtual Stored<std::optional<VideoReference>> findVideo(const std::string& sessionId,
+                                                            std::int64_t number) = 0;
+    /// The video of that key, to be read piece by piece; it stays readable when it is removed meanwhile. An
+    /// error when it is not there any more.
+    virtual Stored<std::unique_ptr<ByteSource>> openVideo(const std::string& key) = 0;
     /// Removes these sessions with their chunks, videos, texts and log lines, and leaves nothing of them
     /// behind in files; returns how many of them were there.
     virtual Stored<std::int64_t> removeSessions(const std::vector<std::string>& ids) = 0;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "video/ParameterSets.hpp"
+#include "video/SourceStream.hpp"
 
 extern "C" {
 #include <libavcodec/packet.h>
@@ -59,16 +60,30 @@ std::string_view extraOf(const AVCodecParameters& parameters) {
             static_cast<std::size_t>(std::max(parameters.extradata_size, 0))};
 }
 
+std::unique_ptr<ByteSource> opened(const VideoPart& part) {
+    auto bytes = part.open();
+    if (!bytes) {
+        throw Failure(part.name + ": " + bytes.error());
+    }
+    return std::move(*bytes);
+}
+
 // One part, open for reading. Its stream's parameters come from the file's tables alone: looking for more
 // would decode pictures.
 class Input {
   public:
-    explicit Input(const VideoPart& part) : part_(part) {
+    explicit Input(const VideoPart& part) : part_(part), bytes_(opened(part)) {
+        AVFormatContext* context = avformat_alloc_context();
+        if (bytes_.context() == nullptr || context == nullptr) {
+            avformat_free_context(context);
+            throw Failure(part.name + ": out of memory");
+        }
+        context->pb = bytes_.context();
         Options options;
-        av_dict_set(&options.entries, "protocol_whitelist", "file", 0);
-        AVFormatContext* context = nullptr;
-        check(avformat_open_input(&context, part.path.c_str(), av_find_input_format("mp4"), &options.entries),
-              part.path);
+        // A file that points to others gets none of them.
+        av_dict_set(&options.entries, "protocol_whitelist", "", 0);
+        check(avformat_open_input(&context, nullptr, av_find_input_format("mp4"), &options.entries),
+              part.name);
         context_.reset(context);
         for (unsigned i = 0; i < context->nb_streams; ++i) {
             if (context->streams[i]->codecpar->codec_id == AV_CODEC_ID_H264) {
@@ -76,7 +91,7 @@ class Input {
                 return;
             }
         }
-        throw Failure(part.path + ": no H.264 track");
+        throw Failure(part.name + ": no H.264 track");
     }
 
     const AVStream& stream() const { return *stream_; }
@@ -100,7 +115,7 @@ class Input {
             }
         }
         if (code != AVERROR_EOF) {
-            check(code, part_.path);
+            check(code, part_.name);
         }
         return false;
     }
@@ -111,6 +126,7 @@ class Input {
     }
 
     const VideoPart& part_;
+    const SourceStream bytes_;
     std::unique_ptr<AVFormatContext, CloseInput> context_;
     AVStream* stream_ = nullptr;
 };
@@ -191,7 +207,7 @@ class Output {
 
 }  // namespace
 
-std::expected<void, std::string> joinVideos(const std::vector<VideoPart>& parts, const std::string& output) {
+Stored<void> joinVideos(const std::vector<VideoPart>& parts, const std::string& output) {
     // Its complaints about a stranger's file go to nobody.
     av_log_set_level(AV_LOG_QUIET);
     try {

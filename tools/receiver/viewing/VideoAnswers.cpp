@@ -57,18 +57,22 @@ Answer VideoAnswers::chunk(const RequestHead& head, const std::string& id, const
     if (!number) {
         return errorAnswer(404, "there is no such chunk");
     }
-    auto video = services_.store.openVideo(id, *number);
-    if (!video) {
-        return unreadableAnswer(services_.environment, video.error());
+    const auto found = services_.store.findVideo(id, *number);
+    if (!found) {
+        return unreadableAnswer(services_.environment, found.error());
     }
-    if (!*video) {
+    if (!*found) {
         return errorAnswer(404, "there is no such chunk");
     }
-    const auto etag = "\"" + (*video)->digest + "\"";
+    const auto etag = "\"" + (*found)->digest + "\"";
     if (isKnown(head, etag)) {
         return notModified(etag);
     }
-    auto answer = pieceOf(head, etag, std::move((*video)->bytes));
+    auto video = services_.store.openVideo((*found)->key);
+    if (!video) {
+        return unreadableAnswer(services_.environment, video.error());
+    }
+    auto answer = pieceOf(head, etag, std::move(*video));
     // Asked for again each time, though a chunk never changes: it must not be there after a logging out or
     // its removal.
     answer.headers.emplace_back("ETag", etag);
