@@ -201,7 +201,9 @@ TEST(ClientLog, TheBytesOfOneSessionsLinesAreLimited) {
     const auto id = receiver.createSession();
     const auto line = "Message=%7B%22sessionId%22:%22" + id + "%22%7D&LevelName=info";
     EXPECT_EQ(receiver.post(log, line).body, R"({"status":"Success"})");
-    EXPECT_EQ(receiver.post(log, line).body, R"({"status":"Failure"})");
+    const auto second = receiver.post(log, line);
+    EXPECT_EQ(second.status, 413);
+    EXPECT_EQ(second.body, R"({"status":"Failure"})");
     EXPECT_EQ(receiver.contents(id).logLines.size(), 1U);
 }
 
@@ -225,8 +227,10 @@ TEST(ClientLog, LinesOfOneSessionAreLimited) {
     EXPECT_EQ(receiver.post(log, line).body, R"({"status":"Success"})");
     EXPECT_EQ(receiver.post(log, line).body, R"({"status":"Success"})");
     const auto third = receiver.post(log, line);
-    EXPECT_EQ(third.status, 200);
+    EXPECT_EQ(third.status, 413);
     EXPECT_EQ(third.body, R"({"status":"Failure"})");
+    EXPECT_EQ(receiver.takeReports(),
+              Reports{"a log line was refused: as many are kept as are allowed (session " + id + ")"});
     EXPECT_EQ(receiver.post(log, "Message=x&LevelName=info").body, R"({"status":"Success"})");
     EXPECT_EQ(receiver.contents(id).logLines.size(), 2U);
 }
@@ -256,16 +260,19 @@ TEST(ClientLog, IsThrottledPerListedProjectAndForAllOthersTogether) {
 TEST(ClientLog, WithoutASessionIsCountedAgainstItsProject) {
     RunningReceiver receiver(
         R"({"default":{},"projects":[{"brandId":"b1","projectId":"p1"}],"limits":{"logLines":1}})");
-    const auto bodyOf = [&](const std::string& projectId) {
+    const auto statusOf = [&](const std::string& projectId) {
         return receiver
             .post("/WRTarrowEngine/Ajax.php?action=ClientLog&M_BID=b1&M_ZoneID=" + projectId,
                   "Message=m&LevelName=info")
-            .body;
+            .status;
     };
-    EXPECT_EQ(bodyOf("made-up"), R"({"status":"Success"})");
-    EXPECT_EQ(bodyOf("another"), R"({"status":"Failure"})");
-    EXPECT_EQ(bodyOf("p1"), R"({"status":"Success"})");
-    EXPECT_EQ(bodyOf("p1"), R"({"status":"Failure"})");
+    EXPECT_EQ(statusOf("made-up"), 200);
+    EXPECT_EQ(statusOf("another"), 413);
+    EXPECT_EQ(statusOf("p1"), 200);
+    EXPECT_EQ(statusOf("p1"), 413);
+    EXPECT_EQ(receiver.takeReports(),
+              (Reports{"a log line was refused: as many are kept as are allowed (project b1/another)",
+                       "a log line was refused: as many are kept as are allowed (project b1/p1)"}));
 }
 
 TEST(Routing, UnknownPathsAndMethodsAreRefused) {

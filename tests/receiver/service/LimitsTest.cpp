@@ -64,11 +64,10 @@ TEST(DiskBytes, WhatMustStayFreeIsNotTaken) {
         receiver.post("/mobile-sr-ingestion/v1/sessions/create",
                       R"({"brandId":"b1","brandDc":"d","projectId":"p1","isTestSession":false})");
     EXPECT_EQ(created.status, 507);
-    EXPECT_EQ(
-        receiver
-            .post("/WRTarrowEngine/Ajax.php?action=ClientLog&M_ZoneID=p&M_BID=b", "Message=m&LevelName=info")
-            .body,
-        R"({"status":"Failure"})");
+    const auto line = receiver.post("/WRTarrowEngine/Ajax.php?action=ClientLog&M_ZoneID=p&M_BID=b",
+                                    "Message=m&LevelName=info");
+    EXPECT_EQ(line.status, 507);
+    EXPECT_EQ(line.body, R"({"status":"Failure"})");
     EXPECT_EQ(receiver.store().stats()->sessions, 0);
 }
 
@@ -101,10 +100,10 @@ TEST_F(RetentionTest, SessionsGoWhenNothingCameInForTooManyDays) {
     ASSERT_EQ(
         receiver.store().addLogLine(
             {.sessionId = {}, .receivedMillis = now - 31 * day, .levelName = "info", .message = "old"}, {}),
-        true);
+        LineOutcome::kept);
     ASSERT_EQ(receiver.store().addLogLine(
                   {.sessionId = {}, .receivedMillis = now, .levelName = "info", .message = "new"}, {}),
-              true);
+              LineOutcome::kept);
     Retention retention(receiver.services());
     EXPECT_EQ(retention.enforce(), 1);
     EXPECT_EQ(left(receiver), (std::vector<std::string>{"edge", "alive"}));

@@ -240,7 +240,7 @@ TEST_F(SqliteSchemaTest, LogLinesOfVersion4AreNobodysInParticular) {
     const LogLine line{.sessionId = {}, .levelName = "info", .message = "old"};
     {
         const auto store = open();
-        ASSERT_EQ(store->addLogLine(line, two), true);
+        ASSERT_EQ(store->addLogLine(line, two), LineOutcome::kept);
     }
     database().execute(
         "ALTER TABLE logLine DROP COLUMN brandId; ALTER TABLE logLine DROP COLUMN projectId;"
@@ -248,8 +248,8 @@ TEST_F(SqliteSchemaTest, LogLinesOfVersion4AreNobodysInParticular) {
     const auto store = open();
     ASSERT_TRUE(store);
     ASSERT_EQ(store->strayLogLines()->size(), 1U);
-    EXPECT_EQ(store->addLogLine(line, two), true);
-    EXPECT_EQ(store->addLogLine(line, two), false);
+    EXPECT_EQ(store->addLogLine(line, two), LineOutcome::kept);
+    EXPECT_EQ(store->addLogLine(line, two), LineOutcome::full);
 }
 
 TEST_F(SqliteSchemaTest, WhatCannotBeBroughtUpToDateIsLeftAsItWas) {

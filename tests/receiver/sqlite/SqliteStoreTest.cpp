@@ -318,7 +318,7 @@ TEST_F(SqliteStoreTest, ADatabaseWithoutRoomSaysSoAndGoesOn) {
     EXPECT_FALSE(hasVideo("video-1.mp4"));
     EXPECT_EQ(
         store->addLogLine({.sessionId = "S1", .levelName = "info", .message = std::string(300'000, 'x')}, {}),
-        false);
+        LineOutcome::noRoom);
     EXPECT_EQ(put(*store, 0), PutOutcome::kept);
 }
 
@@ -327,10 +327,16 @@ TEST_F(SqliteStoreTest, LogLinesHaveABudgetPerSession) {
     addSession(*store);
     Limits oneLine;
     oneLine.logLines = 1;
-    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "1"}, oneLine), true);
-    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "2"}, oneLine), false);
-    EXPECT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "3"}, oneLine), true);
-    EXPECT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "4"}, oneLine), false);
+    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "1"}, oneLine),
+              LineOutcome::kept);
+    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "2"}, oneLine),
+              LineOutcome::full);
+    EXPECT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "3"}, oneLine),
+              LineOutcome::kept);
+    EXPECT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "4"}, oneLine),
+              LineOutcome::full);
+    EXPECT_EQ(store->addLogLine({.sessionId = "S2", .levelName = "info", .message = "5"}, oneLine),
+              LineOutcome::unknown);
     EXPECT_EQ(store->contents("S1")->value().logLines.size(), 1U);
     EXPECT_EQ(store->strayLogLines()->size(), 1U);
 }
@@ -349,20 +355,20 @@ TEST_F(SqliteStoreTest, LogLinesWithoutASessionHaveABudgetPerProject) {
     };
     {
         const auto store = open();
-        EXPECT_EQ(store->addLogLine(line("p", "1"), limits), true);
-        EXPECT_EQ(store->addLogLine(line("p", "2", 9), limits), true);
-        EXPECT_EQ(store->addLogLine(line("p", "3"), limits), false);
+        EXPECT_EQ(store->addLogLine(line("p", "1"), limits), LineOutcome::kept);
+        EXPECT_EQ(store->addLogLine(line("p", "2", 9), limits), LineOutcome::kept);
+        EXPECT_EQ(store->addLogLine(line("p", "3"), limits), LineOutcome::full);
         // Bytes, not characters.
-        EXPECT_EQ(store->addLogLine(line("q", "\u00e4\u00e4\u00e4\u00e4\u00e4"), limits), true);
-        EXPECT_EQ(store->addLogLine(line("q", "1"), limits), false);
+        EXPECT_EQ(store->addLogLine(line("q", "\u00e4\u00e4\u00e4\u00e4\u00e4"), limits), LineOutcome::kept);
+        EXPECT_EQ(store->addLogLine(line("q", "1"), limits), LineOutcome::full);
     }
     const auto store = open();
-    EXPECT_EQ(store->addLogLine(line("p", "3"), limits), false);
-    EXPECT_EQ(store->addLogLine(line("q", "1"), limits), false);
+    EXPECT_EQ(store->addLogLine(line("p", "3"), limits), LineOutcome::full);
+    EXPECT_EQ(store->addLogLine(line("q", "1"), limits), LineOutcome::full);
     ASSERT_TRUE(store->removeStrayLogLines(5));
-    EXPECT_EQ(store->addLogLine(line("q", "1"), limits), true);
-    EXPECT_EQ(store->addLogLine(line("p", "3"), limits), true);
-    EXPECT_EQ(store->addLogLine(line("p", "4"), limits), false);
+    EXPECT_EQ(store->addLogLine(line("q", "1"), limits), LineOutcome::kept);
+    EXPECT_EQ(store->addLogLine(line("p", "3"), limits), LineOutcome::kept);
+    EXPECT_EQ(store->addLogLine(line("p", "4"), limits), LineOutcome::full);
 }
 
 TEST_F(SqliteStoreTest, ALogLineBeyondItsBudgetWaitsForNobodyWhoWrites) {
@@ -370,12 +376,16 @@ TEST_F(SqliteStoreTest, ALogLineBeyondItsBudgetWaitsForNobodyWhoWrites) {
     addSession(*store);
     Limits one;
     one.logLines = 1;
-    ASSERT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "1"}, one), true);
-    ASSERT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "1"}, one), true);
+    ASSERT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "1"}, one),
+              LineOutcome::kept);
+    ASSERT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "1"}, one),
+              LineOutcome::kept);
     const Database other(data_ + "/receiver.db", Database::Mode::write);
     const Transaction inTheWay(other, Transaction::Kind::write);
-    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "2"}, one), false);
-    EXPECT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "2"}, one), false);
+    EXPECT_EQ(store->addLogLine({.sessionId = "S1", .levelName = "info", .message = "2"}, one),
+              LineOutcome::full);
+    EXPECT_EQ(store->addLogLine({.sessionId = {}, .levelName = "info", .message = "2"}, one),
+              LineOutcome::full);
 }
 
 }  // namespace

@@ -7,8 +7,8 @@
 
 namespace mireth::receiver::test {
 
-/// The bytes of a chunk as clients make them: two frames a second, 600 units a second. `picture` is a source of
-/// ffmpeg's, ready for more options.
+/// The bytes of a chunk as clients make them: two frames a second, 600 units a second. `picture` is a source
+/// of ffmpeg's, ready for more options.
 std::string encodedVideo(const std::string& picture, const std::string& profile = "main", int frames = 20);
 /// What ffprobe tells of the file, with its packets; fails the test when it complains.
 nlohmann::json probe(const std::string& path);

@@ -55,8 +55,8 @@ class VideoJoinTest : public testing::Test {
 };
 
 TEST_F(VideoJoinTest, ReadsOnePartAtATimeFromItsSource) {
-    const auto joined = joinVideos(
-        {part("a", video_, 0), part("b", video_, 10'000), part("c", video_, 20'000)}, output_);
+    const auto joined =
+        joinVideos({part("a", video_, 0), part("b", video_, 10'000), part("c", video_, 20'000)}, output_);
     ASSERT_TRUE(joined) << joined.error();
     EXPECT_EQ(packetTimes(probe(output_)).size(), 60U);
     EXPECT_EQ(complaintsOfDecoding(output_), "");
@@ -65,7 +65,8 @@ TEST_F(VideoJoinTest, ReadsOnePartAtATimeFromItsSource) {
 }
 
 TEST_F(VideoJoinTest, APartThatCannotBeOpenedIsNamed) {
-    const VideoPart gone{.name = "chunk 7", .open = [] { return std::unexpected(std::string("it is gone")); }};
+    const VideoPart gone{.name = "chunk 7",
+                         .open = [] { return std::unexpected(std::string("it is gone")); }};
     EXPECT_EQ(joinVideos({part("a", video_, 0), gone}, output_).error(), "chunk 7: it is gone");
     EXPECT_EQ(open_, 0);
 }

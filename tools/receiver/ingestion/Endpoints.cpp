@@ -1,4 +1,5 @@
-// Routing, and the four endpoints with small bodies. Chunk uploads are in RecordPlayback.
+// Routing, and the endpoints of sessions and configurations. Chunk uploads are in RecordPlayback, log lines
+// in ClientLogs.
 #include "ingestion/Endpoints.hpp"
 
 #include <algorithm>
@@ -13,7 +14,6 @@
 #include "exchange/RequestTarget.hpp"
 #include "exchange/SmallExchange.hpp"
 #include "ingestion/RecordPlayback.hpp"
-#include "wire/ClientLogForm.hpp"
 
 namespace mireth::receiver {
 namespace {
@@ -21,12 +21,9 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr std::size_t longestJsonBody = std::size_t{16} * 1024;
-constexpr std::size_t longestLogBody = std::size_t{128} * 1024;
-// Of one project. Far more than its clients come to; neither has another bound when strangers know of it.
+// Of one project. Far more than its clients come to; nothing else bounds it when strangers know of it.
 constexpr UploadRate creationRate{.perSecond = 20, .burst = 200};
-constexpr UploadRate logRate{.perSecond = 100, .burst = 1000};
 constexpr const char* errorBody = R"({"status":"ERROR"})";
-constexpr const char* failureBody = R"({"status":"Failure"})";
 
 // "*" stands for any one segment.
 constexpr std::array<std::string_view, 4> createPath{"mobile-sr-ingestion", "v1", "sessions", "create"};
@@ -42,25 +39,6 @@ bool matches(const std::vector<std::string>& segments, std::span<const std::stri
     return std::ranges::equal(segments, path, [](const std::string& segment, std::string_view expected) {
         return expected == "*" || segment == expected;
     });
-}
-
-// A line says in its JSON which session it belongs to. None when it names none, as a line that was written
-// before its session began, or one that is no JSON object.
-std::optional<std::string> sessionNamedIn(const std::string& message) {
-    const auto json = parseJson(message, {.bytes = longestLogBody});
-    if (!json || !json->is_object() || !json->contains("sessionId")) {
-        return std::nullopt;
-    }
-    const auto& id = json->at("sessionId");
-    return id.is_string() ? id.get<std::string>() : std::string();
-}
-
-// Whose rates and budget a project draws on: its own when it is listed. The others share one, as anybody can
-// make names up.
-std::pair<std::string, std::string> payerOf(const Config& config, const std::string& brandId,
-                                            const std::string& projectId) {
-    std::pair key{brandId, projectId};
-    return config.projects.contains(key) ? key : std::pair<std::string, std::string>{};
 }
 
 Route refusal(int status) {
@@ -118,10 +96,10 @@ std::unique_ptr<Exchange> Endpoints::configuration(const std::string& brandId, c
 
 std::unique_ptr<Exchange> Endpoints::clientLog(const RequestTarget& target) {
     return std::make_unique<SmallExchange>(
-        longestLogBody, failureBody,
+        ClientLogs::longestBody, ClientLogs::refusal,
         [this, brandId = target.queryItem("M_BID").value_or(""),
          projectId = target.queryItem("M_ZoneID").value_or("")](const std::string& body) {
-            return answerLog(brandId, projectId, body);
+            return logs_.answer(brandId, projectId, body);
         });
 }
 
@@ -161,7 +139,7 @@ Answer Endpoints::answerCreate(const std::string& body) {
         return refuseSession(
             200, "mobile sessions are off for project " + session.brandId + "/" + session.projectId);
     }
-    const auto [payingBrand, payingProject] = payerOf(services_.config, session.brandId, session.projectId);
+    const auto [payingBrand, payingProject] = services_.config.payerOf(session.brandId, session.projectId);
     if (!creations_.take(payingBrand, payingProject, creationRate, services_.environment.steadyNow())) {
         return refuseSession(200, "the project creates sessions too fast", "THROTTLED");
     }
@@ -214,54 +192,6 @@ Answer Endpoints::answerConfiguration(const std::string& brandId, const std::str
     answer["samplingRate"] = project->samplingRate;
     answer["customSignal"] = project->customSignal;
     return {.status = 200, .body = jsonText(answer)};
-}
-
-// Nobody who posts a line shows a token, so what is taken must be of something that is known already.
-Stored<bool> Endpoints::isOf(const std::string& brandId, const std::string& projectId,
-                             const std::string& sessionId) {
-    const auto session = services_.store.session(sessionId);
-    if (!session) {
-        return std::unexpected(session.error());
-    }
-    return *session && (*session)->brandId == brandId && (*session)->projectId == projectId;
-}
-
-Answer Endpoints::refuseLog(int status, const std::string& why) const {
-    services_.environment.report("a log line was refused: " + why);
-    return {.status = status, .body = failureBody};
-}
-
-Answer Endpoints::answerLog(const std::string& brandId, const std::string& projectId,
-                            const std::string& body) {
-    auto form = readClientLogForm(body);
-    if (!form) {
-        return refuseLog(400, form.error());
-    }
-    const bool named = !brandId.empty() && !projectId.empty();
-    if (!named || services_.config.find(brandId, projectId) == nullptr) {
-        return refuseLog(200, "unknown project " + brandId + "/" + projectId);
-    }
-    const auto [payingBrand, payingProject] = payerOf(services_.config, brandId, projectId);
-    if (!logLines_.take(payingBrand, payingProject, logRate, services_.environment.steadyNow())) {
-        return refuseLog(200, "the project posts too fast");
-    }
-    const LogLine line{.sessionId = sessionNamedIn(form->message),
-                       .receivedMillis = services_.environment.wallMillis(),
-                       .levelName = std::move(form->levelName),
-                       .message = std::move(form->message),
-                       .brandId = payingBrand,
-                       .projectId = payingProject};
-    if (line.sessionId) {
-        const auto known = isOf(brandId, projectId, *line.sessionId);
-        if (!known || !*known) {
-            return known ? refuseLog(200, "its session is unknown") : refuseLog(500, known.error());
-        }
-    }
-    const auto kept = services_.store.addLogLine(line, services_.config.limits);
-    if (!kept) {
-        return refuseLog(500, kept.error());
-    }
-    return {.status = 200, .body = *kept ? R"({"status":"Success"})" : failureBody};
 }
 
 }  // namespace mireth::receiver

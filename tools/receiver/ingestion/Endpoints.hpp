@@ -8,6 +8,7 @@
 #include "exchange/Exchange.hpp"
 #include "exchange/RequestTarget.hpp"
 #include "exchange/Route.hpp"
+#include "ingestion/ClientLogs.hpp"
 #include "ingestion/UploadLimits.hpp"
 #include "service/Services.hpp"
 
@@ -16,7 +17,7 @@ namespace mireth::receiver {
 /// Any thread may call.
 class Endpoints {
   public:
-    explicit Endpoints(Services services) : services_(services) {}
+    explicit Endpoints(Services services) : services_(services), logs_(services) {}
 
     /// `target` is the head's, without the prefix of an upload token.
     Route begin(const RequestHead& head, const RequestTarget& target);
@@ -31,16 +32,13 @@ class Endpoints {
     Answer answerCreate(const std::string& body);
     Answer answerClose(const std::string& sessionId, const std::string& body);
     Answer answerConfiguration(const std::string& brandId, const std::string& projectId) const;
-    Answer answerLog(const std::string& brandId, const std::string& projectId, const std::string& body);
-    Answer refuseLog(int status, const std::string& why) const;
     Answer refuseSession(int httpStatus, const std::string& why, const char* status = "ERROR") const;
-    Stored<bool> isOf(const std::string& brandId, const std::string& projectId, const std::string& sessionId);
 
     const Services services_;
     UploadLimits shared_;
     // Each guards itself.
     RateLimiter creations_;
-    RateLimiter logLines_;
+    ClientLogs logs_;
 };
 
 }  // namespace mireth::receiver

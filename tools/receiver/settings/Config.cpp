@@ -77,6 +77,12 @@ const ProjectSettings* Config::find(const std::string& brandId, const std::strin
     return fallback ? &*fallback : nullptr;
 }
 
+std::pair<std::string, std::string> Config::payerOf(const std::string& brandId,
+                                                    const std::string& projectId) const {
+    std::pair key{brandId, projectId};
+    return projects.contains(key) ? key : std::pair<std::string, std::string>{};
+}
+
 std::expected<Config, std::string> Config::read(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     std::string text(longestFile + 1, '\0');

@@ -26,6 +26,11 @@ struct Config {
     /// The project's settings, or null when the project is unknown. Valid as long as this object.
     const ProjectSettings* find(const std::string& brandId, const std::string& projectId) const;
 
+    /// Whose rates and budget a project draws on: its own when it is listed. The others share one, with empty
+    /// ids, as anybody can make names up.
+    std::pair<std::string, std::string> payerOf(const std::string& brandId,
+                                                const std::string& projectId) const;
+
     /// Reads `path`. An error names the file, the key and what is wrong with it.
     static std::expected<Config, std::string> read(const std::string& path);
     /// The same from text; `source` is the name that errors give it.

@@ -18,7 +18,12 @@ auto SqliteStore::caught(const char* doing, Work work) -> Stored<decltype(work()
             return work();
         }
     } catch (const DatabaseError& error) {
-        // Whoever writes and answers yes or no says no when there is no room.
+        if constexpr (requires { decltype(work())::noRoom; }) {
+            if (error.noRoom) {
+                return decltype(work())::noRoom;
+            }
+        }
+        // Whoever writes and answers yes or no says no then.
         if constexpr (std::is_same_v<decltype(work()), bool>) {
             if (error.noRoom) {
                 return false;

@@ -42,22 +42,29 @@ void SqliteStore::insertLine(std::optional<std::int64_t> place, const LogLine& l
         .run();
 }
 
-bool SqliteStore::addStrayLine(const LogLine& line, const Limits& limits) {
+LineOutcome SqliteStore::addStrayLine(const LogLine& line, const Limits& limits) {
     auto& budget = strays_[{line.brandId, line.projectId}];
     if (!budget.fits(line, limits)) {
-        return false;
+        return LineOutcome::full;
     }
     insertLine(std::nullopt, line);
     ++budget.lines;
     budget.bytes += line.message.size();
-    return true;
+    return LineOutcome::kept;
 }
 
-bool SqliteStore::addSessionLine(const LogLine& line, const Limits& limits) const {
-    const auto place = placeWithRoom(line, limits);
-    if (!place) {
-        return false;
+LineOutcome SqliteStore::addSessionLine(const LogLine& line, const Limits& limits) const {
+    // Nothing but this object writes, so what is read here still holds when the line is.
+    auto row = database_.prepare("SELECT place, logLines, logBytes FROM session WHERE id = ?");
+    if (!row.bind(line.sessionId).step()) {
+        return LineOutcome::unknown;
     }
+    const auto place = row.whole(0);
+    const LogBudget budget{.lines = row.whole(1), .bytes = static_cast<std::uint64_t>(row.whole(2))};
+    if (!budget.fits(line, limits)) {
+        return LineOutcome::full;
+    }
+    row.reset();
     Transaction transaction(database_, Transaction::Kind::write);
     insertLine(place, line);
     database_
@@ -66,30 +73,20 @@ bool SqliteStore::addSessionLine(const LogLine& line, const Limits& limits) cons
             " lastMillis = max(lastMillis, ?) WHERE place = ?")
         .bind(static_cast<std::int64_t>(line.message.size()))
         .bind(line.receivedMillis)
-        .bind(*place)
+        .bind(place)
         .run();
     transaction.commit();
-    return true;
+    return LineOutcome::kept;
 }
 
-// Nothing but this object writes, so what is read here still holds when the line is.
-std::optional<std::int64_t> SqliteStore::placeWithRoom(const LogLine& line, const Limits& limits) const {
-    auto row = database_.prepare("SELECT place, logLines, logBytes FROM session WHERE id = ?");
-    if (!row.bind(line.sessionId).step()) {
-        return std::nullopt;
-    }
-    const LogBudget budget{.lines = row.whole(1), .bytes = static_cast<std::uint64_t>(row.whole(2))};
-    return budget.fits(line, limits) ? std::optional(row.whole(0)) : std::nullopt;
-}
-
-Stored<bool> SqliteStore::addLogLine(const LogLine& line, const Limits& limits) {
+Stored<LineOutcome> SqliteStore::addLogLine(const LogLine& line, const Limits& limits) {
     if (!budget_->hasRoomFor(line.message.size() + rowBytes)) {
-        return false;
+        return LineOutcome::noRoom;
     }
     return guarded("cannot keep a log line", [&] {
-        const bool added = line.sessionId ? addSessionLine(line, limits) : addStrayLine(line, limits);
-        changes_ += added ? 1 : 0;
-        return added;
+        const auto outcome = line.sessionId ? addSessionLine(line, limits) : addStrayLine(line, limits);
+        changes_ += outcome == LineOutcome::kept ? 1 : 0;
+        return outcome;
     });
 }
 

@@ -44,7 +44,7 @@ class SqliteStore final : public Store {
     Stored<PutOutcome> putChunk(const std::string& sessionId, const Chunk& chunk,
                                 const TimelineSummary& summary, IncomingVideo& video,
                                 const Limits& limits) override;
-    Stored<bool> addLogLine(const LogLine& line, const Limits& limits) override;
+    Stored<LineOutcome> addLogLine(const LogLine& line, const Limits& limits) override;
     Stored<SessionPage> list(const SessionQuery& query) override;
     Stored<Facets> facets() override;
     std::string revision() const override;
@@ -91,10 +91,8 @@ class SqliteStore final : public Store {
     /// Begins the budgets of log lines without a session anew.
     void countStrayLines();
     void insertLine(std::optional<std::int64_t> place, const LogLine& line) const;
-    /// False when there is no room for the line, or no session.
-    bool addStrayLine(const LogLine& line, const Limits& limits);
-    bool addSessionLine(const LogLine& line, const Limits& limits) const;
-    std::optional<std::int64_t> placeWithRoom(const LogLine& line, const Limits& limits) const;
+    LineOutcome addStrayLine(const LogLine& line, const Limits& limits);
+    LineOutcome addSessionLine(const LogLine& line, const Limits& limits) const;
     std::optional<std::int64_t> placeOf(const Database& database, const std::string& id) const;
     /// Why the chunk cannot be inserted; `kept` when it can.
     PutOutcome admission(const std::string& sessionId, const Chunk& chunk, const VideoFile& video,

@@ -42,6 +42,13 @@ enum class PutOutcome {
     tooLarge,     ///< the session would have more bytes than are allowed
 };
 
+enum class LineOutcome {
+    kept,
+    unknown,  ///< the session that the line names is not there
+    full,     ///< the session, or the project's lines without one, have as much as is allowed
+    noRoom,   ///< there is no room left on the disk
+};
+
 enum class CloseOutcome { closed, unknown };
 
 /// Any thread may call; operations of different threads do not disturb each other.
@@ -68,9 +75,7 @@ class Store {
                                         const TimelineSummary& summary, IncomingVideo& video,
                                         const Limits& limits) = 0;
 
-    /// False when the line's session is unknown, or it, or the project's lines without one, have as much as
-    /// is allowed.
-    virtual Stored<bool> addLogLine(const LogLine& line, const Limits& limits) = 0;
+    virtual Stored<LineOutcome> addLogLine(const LogLine& line, const Limits& limits) = 0;
 
     /// One page of the sessions that the query asks for.
     virtual Stored<SessionPage> list(const SessionQuery& query) = 0;

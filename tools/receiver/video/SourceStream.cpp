@@ -27,9 +27,8 @@ void SourceStream::Free::operator()(AVIOContext* context) const {
 SourceStream::SourceStream(std::unique_ptr<ByteSource> bytes)
     : bytes_(std::move(bytes)), context_([this] {
           auto* const buffer = static_cast<unsigned char*>(av_malloc(bufferBytes));
-          return buffer == nullptr
-                     ? nullptr
-                     : avio_alloc_context(buffer, bufferBytes, 0, this, &read, nullptr, &seek);
+          return buffer == nullptr ? nullptr
+                                   : avio_alloc_context(buffer, bufferBytes, 0, this, &read, nullptr, &seek);
       }()) {}
 
 int SourceStream::read(void* self, std::uint8_t* into, int most) {
@@ -37,8 +36,7 @@ int SourceStream::read(void* self, std::uint8_t* into, int most) {
     if (stream.position_ >= stream.bytes_->size()) {
         return AVERROR_EOF;
     }
-    const auto count =
-        std::min(static_cast<std::uint64_t>(most), stream.bytes_->size() - stream.position_);
+    const auto count = std::min(static_cast<std::uint64_t>(most), stream.bytes_->size() - stream.position_);
     if (!stream.bytes_->readAt(stream.position_, std::span(into, count))) {
         return AVERROR(EIO);
     }
