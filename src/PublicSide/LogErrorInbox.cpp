@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <utility>
+
+#include "PrivateSide/Logger/ListenerScope.hpp"
 
 namespace mireth {
 
@@ -44,7 +47,7 @@ void LogErrorInbox::add(LogErrorData error) {
     bool needsTurn = false;
     {
         const std::lock_guard lock(mutex_);
-        waiting_.push_back(std::move(error));
+        waiting_.push_back({std::move(error), ListenerScope::isInside()});
         needsTurn = !std::exchange(isTurnDue_, true);
     }
     if (needsTurn) {
@@ -79,14 +82,22 @@ void LogErrorInbox::drain() {
         }
     }
     while (!beingHandled_.empty()) {
-        const LogErrorData error = std::move(beingHandled_.front());
+        const Entry entry = std::move(beingHandled_.front());
         beingHandled_.pop_front();
-        handler_(error);
+        handle(entry);
     }
 }
 
+void LogErrorInbox::handle(const Entry& entry) const {
+    std::optional<ListenerScope> scope;
+    if (entry.fromListener) {
+        scope.emplace();
+    }
+    handler_(entry.error);
+}
+
 void LogErrorInbox::clear() noexcept {
-    std::deque<LogErrorData> dropped;
+    std::deque<Entry> dropped;
     const std::lock_guard lock(mutex_);
     isTurnDue_ = false;
     dropped.swap(waiting_);

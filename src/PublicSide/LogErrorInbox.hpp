@@ -26,8 +26,9 @@ class LogErrorInbox : public std::enable_shared_from_this<LogErrorInbox> {
     LogErrorInbox(std::shared_ptr<platform::MainQueue> mainQueue, Handler handler);
 
     /// Takes an error. On main it is handled before this returns, after all that wait; elsewhere in a later
-    /// turn of the main queue, an interval later at the most. What one thread adds keeps its order. Any
-    /// thread.
+    /// turn of the main queue, an interval later at the most. What one thread adds keeps its order. An error
+    /// that is added inside a log listener is handled as inside one: were it refused with a line that is
+    /// posted, and the post failed, the listener would hear of it and might add the next. Any thread.
     void add(LogErrorData error);
 
     /// Handles what waits now, and not what is added meanwhile: threads that log without end cannot keep main
@@ -36,19 +37,24 @@ class LogErrorInbox : public std::enable_shared_from_this<LogErrorInbox> {
 
   private:
     class Turn;
+    struct Entry {
+        LogErrorData error;
+        bool fromListener;
+    };
 
     void takeTurn();
+    void handle(const Entry& entry) const;
     void clear() noexcept;
 
     const std::shared_ptr<platform::MainQueue> mainQueue_;
     const Handler handler_;
 
     // Main only
-    std::deque<LogErrorData> beingHandled_;
+    std::deque<Entry> beingHandled_;
 
     std::mutex mutex_;
-    std::deque<LogErrorData> waiting_;  // guarded by mutex_
-    bool isTurnDue_ = false;            // guarded by mutex_; the main queue has been given a turn
+    std::deque<Entry> waiting_;  // guarded by mutex_
+    bool isTurnDue_ = false;     // guarded by mutex_; the main queue has been given a turn
 };
 
 }  // namespace mireth

@@ -4,6 +4,8 @@
 #include <exception>
 #include <utility>
 
+#include "PrivateSide/Logger/ListenerScope.hpp"
+
 namespace mireth {
 
 namespace {
@@ -38,9 +40,6 @@ void guardSink(const Write& write) {
         std::fputs("M-VEX: the system log threw something that is not an exception\n", stderr);
     }
 }
-
-/// True while this thread is inside a listener. A thread's own flag, not shared state.
-thread_local bool insideListener = false;
 
 }  // namespace
 
@@ -82,7 +81,7 @@ void MirethLogListeners::add(Listener listener) {
 }
 
 void MirethLogListeners::logToAll(LogTag tag, LogLevel level, const std::string& line) const {
-    if (insideListener) {
+    if (ListenerScope::isInside()) {
         return;
     }
     std::shared_ptr<const List> listeners;
@@ -90,7 +89,7 @@ void MirethLogListeners::logToAll(LogTag tag, LogLevel level, const std::string&
         const std::lock_guard lock(mutex_);
         listeners = listeners_;
     }
-    insideListener = true;
+    const ListenerScope scope;
     for (const auto& listener : *listeners) {
         try {
             listener(tag, level, line);
@@ -100,7 +99,6 @@ void MirethLogListeners::logToAll(LogTag tag, LogLevel level, const std::string&
             std::fprintf(stderr, "M-VEX: a log listener threw something that is not an exception\n");
         }
     }
-    insideListener = false;
 }
 
 MirethLog::MirethLog(const OSLoggers::MakeLogger& makeLogger) : osLoggers_(makeLogger) {}
@@ -119,7 +117,7 @@ void MirethLog::info(LogTag logTag, const std::string& message, const Additional
 void MirethLog::error(LogTag logTag, const std::string& message, const AdditionalInfo& additionalInfo,
                       bool postMessage) {
     writeError(logTag, message, additionalInfo);
-    if (!postMessage) {
+    if (!postMessage || ListenerScope::isInside()) {
         return;
     }
     std::shared_ptr<RemoteLogPoster> poster;
@@ -144,7 +142,7 @@ void MirethLog::objectInit(MemoryUseStatus status, std::string_view file) {
 void MirethLog::logWithRemoteLogger(RemoteLogPoster& remoteLogger, LogTag logTag, const std::string& message,
                                     bool postMessage) {
     writeError(logTag, message, {});
-    if (postMessage) {
+    if (postMessage && !ListenerScope::isInside()) {
         remoteLogger.post(LogLevel::error, logTag, message, {}, false);
     }
 }

@@ -72,8 +72,8 @@ class MirethLogListeners {
 /// Writes a line to the system log, to the host's listeners and, for errors that ask for it, to the remote
 /// log. Info lines are written only for allowed tags; error lines always. Any thread; nothing blocks.
 ///
-/// A listener may log itself: such lines reach the system log but no listener again, so that one which logs
-/// on every line cannot call itself without end.
+/// A listener may log itself: such lines reach the system log, but neither a listener nor the remote log, so
+/// that one which logs on every line cannot call itself without end, nor have each failed post cause another.
 class MirethLog {
   public:
     /// The subsystem in the system log.

@@ -174,6 +174,36 @@ TEST_F(Logger, WhatAListenerLogsReachesTheSystemLogButNoListener) {
     EXPECT_THAT(heard, ElementsAre("B NETWORK error x"));
 }
 
+TEST_F(Logger, WhatAListenerLogsIsNotPosted) {
+    const auto poster = std::make_shared<CapturingPoster>();
+    log.setRemotePoster(poster);
+    CapturingPoster given;
+    log.addLogListener([&](LogTag, LogLevel, const std::string&) {
+        log.error(LogTag::signal, "from the listener");
+        log.logWithRemoteLogger(given, LogTag::signal, "from the listener");
+    });
+    log.error(LogTag::network, "x");
+    log.error(LogTag::network, "y");
+    EXPECT_THAT(poster->posted, ElementsAre(Posted{LogLevel::error, LogTag::network, "x", {}, false},
+                                            Posted{LogLevel::error, LogTag::network, "y", {}, false}));
+    EXPECT_THAT(given.posted, IsEmpty());
+}
+
+TEST_F(Logger, WhatAnotherThreadLogsMeanwhileIsPostedAndHeard) {
+    const auto poster = std::make_shared<CapturingPoster>();
+    log.setRemotePoster(poster);
+    bool logged = false;
+    log.addLogListener([&](LogTag, LogLevel, const std::string&) {
+        if (!std::exchange(logged, true)) {
+            std::thread([&] { log.error(LogTag::signal, "elsewhere"); }).join();
+        }
+    });
+    listen("B");
+    log.error(LogTag::network, "x");
+    EXPECT_THAT(poster->posted, SizeIs(2));
+    EXPECT_THAT(heard, ElementsAre("B SIGNAL error elsewhere", "B NETWORK error x"));
+}
+
 TEST_F(Logger, AListenerMayAddAListenerWhichHearsTheNextLine) {
     bool added = false;
     log.addLogListener([&](LogTag, LogLevel, const std::string&) {

@@ -210,6 +210,22 @@ TEST_F(RemoteLogging, NothingLoggedWhilePostingIsPostedThoughEverythingFails) {
     }
 }
 
+TEST_F(RemoteLogging, NothingThatAListenerLogsWhilePostingIsPosted) {
+    initialize();
+    remoteLog->mockLogSampler(drawing(0));
+    phone.http->answerAll(FakeHttpClient::failure("cut off"));
+    constexpr int enough = 30;
+    int calls = 0;
+    phone.capture.log().addLogListener([&](LogTag, LogLevel, const std::string&) {
+        if (++calls <= enough) {
+            phone.capture.log().error(LogTag::signal, "mine");
+        }
+    });
+    phone.capture.log().error(LogTag::network, "x");
+    EXPECT_THAT(posts(), SizeIs(1));
+    EXPECT_GT(calls, 1) << "of the failed post too";
+}
+
 TEST_F(RemoteLogging, NothingLoggedWhilePostingIsPostedThoughTheAddressCannotBeMade) {
     initialize("-bad-");
     remoteLog->mockLogSampler(drawing(0));

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "PrivateSide/Logger/ListenerScope.hpp"
 #include "support/ManualMainQueue.hpp"
 
 namespace mireth {
@@ -20,6 +21,7 @@ namespace {
 using test::ManualMainQueue;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Pair;
 
 /// The test's thread is the main thread.
 struct LogErrors : testing::Test {
@@ -170,6 +172,24 @@ TEST_F(LogErrors, WhatTheHandlerThrowsEndsTheTurnAndTheRestComesWithTheNext) {
     EXPECT_THAT(handled, ElementsAre(1));
     passInterval();
     EXPECT_THAT(handled, ElementsAre(1, 2));
+}
+
+TEST_F(LogErrors, OneLoggedInsideAListenerIsHandledAsInsideOneAndNoOther) {
+    std::map<std::int64_t, bool> inside;
+    whenHandled = [&inside](const LogErrorData& error) {
+        inside[error.detectionTime] = ListenerScope::isInside();
+    };
+    std::thread([this] {
+        inbox->add(at(1));
+        {
+            const ListenerScope scope;
+            inbox->add(at(2));
+        }
+        inbox->add(at(3));
+    }).join();
+    mainQueue->runAll();
+    EXPECT_THAT(inside, ElementsAre(Pair(1, false), Pair(2, true), Pair(3, false)));
+    EXPECT_FALSE(ListenerScope::isInside());
 }
 
 TEST_F(LogErrors, WhatWaitsWhenTheInboxGoesIsDropped) {

@@ -214,6 +214,26 @@ TEST(Safety, NothingLoggedWhilePostingALineIsPostedAgain) {
     EXPECT_THAT(messages, testing::SizeIs(9));
 }
 
+TEST(Safety, AListenerThatReportsEveryFailedPostAsAnErrorCausesNoOther) {
+    SessionHost host({}, {}, SessionHost::postEveryLine);
+    host.startSession();
+    ASSERT_EQ(host.core.pauseRecording(), SessionPauseResult::success);
+    host.service.log = [](const auto&) { return IngestionFake::failure(500); };
+    constexpr int enough = 30;
+    int reports = 0;
+    host.core.addLogListener([&](LogTag, LogLevel, const std::string&) {
+        if (++reports <= enough) {
+            host.core.logError("reported");
+        }
+    });
+    host.core.log().error(LogTag::signal, "line");
+    // What is reported on another thread is refused on main, later.
+    host.advance(1);
+    EXPECT_THAT(test::postedLines(host.service.logBodies), ElementsAre("SIGNAL line"));
+    EXPECT_THAT(host.errorMessages(),
+                ElementsAre("line", "Request failed.", "Unexpected error while posting log"));
+}
+
 TEST(Safety, ALogListenerThatThrowsDoesNoHarm) {
     SessionHost host;
     host.core.addLogListener(
