@@ -121,10 +121,11 @@ void FrameRecorder::renderFrame() {
         return;
     }
     const std::uint64_t recording = recording_;
-    Image image = isBlackedOut_ ? renderBlackImage() : renderScreenImage();
+    const bool wasBlackedOut = isBlackedOut_;
+    Image image = wasBlackedOut ? renderBlackImage() : renderScreenImage();
     // The host, whose views were just asked what they show, may have paused or stopped the recording, or
     // begun another with other masks.
-    if (isBlackedOut_) {
+    if (isBlackedOut_ && !wasBlackedOut) {
         image = renderBlackImage();
     }
     // A copy: the callback may stop the recording, and so drop itself.

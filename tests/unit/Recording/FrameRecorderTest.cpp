@@ -166,6 +166,17 @@ TEST_F(FrameRecorderTest, BlankPictureIsDrawnByItsAction) {
     expectStarted();
 }
 
+TEST_F(FrameRecorderTest, BlankPictureIsDrawnOnceATick) {
+    int drawn = 0;
+    makeRecorder([&drawn](platform::GraphicsContext&) { ++drawn; });
+    start();
+    recorder_->pauseFrameRecording();
+    mainQueue_->advance(Seconds(1));
+    EXPECT_EQ(images_.size(), 2U);
+    EXPECT_EQ(drawn, 2);
+    expectStarted();
+}
+
 TEST_F(FrameRecorderTest, StartingTwiceKeepsOneTimer) {
     start();
     start();
