@@ -187,6 +187,24 @@ TEST_F(PhoneProcess, DumpsEveryCapturedImage) {
               std::string("\0\0\x01\x86\0\0\x03\x4c", 8));
 }
 
+TEST_F(PhoneProcess, DumpsEachImageOnceWhilePausedAndAfterAResizeToo) {
+    const auto frames = folder.path() / "frames";
+    const auto outcome = play(written(R"({"screens":[{"name":"Home"}],"steps":[
+        {"at":0,"call":"startRecording"},{"at":2.2,"call":"pauseRecording"},
+        {"at":4.2,"call":"resumeRecording"},{"at":6.2,"resize":[844,390]},
+        {"at":9.2,"call":"stopRecording"}]})"),
+                              {"--dump-frames", frames.string()});
+    EXPECT_EQ(outcome.status, 0) << outcome.error;
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(frames), {}), 18);
+    for (int number = 1; number <= 18; ++number) {
+        const auto file =
+            frames / ("frame-000" + std::to_string(number / 10) + std::to_string(number % 10) + ".png");
+        const std::string portrait("\0\0\x01\x86\0\0\x03\x4c", 8);
+        const std::string landscape("\0\0\x03\x4c\0\0\x01\x86", 8);
+        EXPECT_EQ(contentsOf(file).substr(16, 8), number <= 12 ? portrait : landscape) << number;
+    }
+}
+
 TEST_F(PhoneProcess, AFolderForFramesThatCannotBeMadeIsAnError) {
     const auto outcome = play(example("background"), {"--dump-frames", "/proc/nowhere"});
     EXPECT_EQ(outcome.status, 1);

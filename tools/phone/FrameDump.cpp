@@ -33,8 +33,16 @@ class FrameDump::Renderer final : public platform::ImageRenderer {
         : inner_(std::move(inner)), folder_(std::move(folder)) {}
 
     platform::Image image(const std::function<void(platform::GraphicsContext&)>& actions) override {
-        platform::Image image = inner_->image(actions);
-        folder_->add(image);
+        bool isComplete = false;
+        platform::Image image = inner_->image([&](platform::GraphicsContext& context) {
+            if (actions) {
+                actions(context);
+            }
+            isComplete = context.isValid();
+        });
+        if (isComplete && image.hasBitmap()) {
+            folder_->add(image);
+        }
         return image;
     }
 
@@ -43,10 +51,8 @@ class FrameDump::Renderer final : public platform::ImageRenderer {
     const std::shared_ptr<Folder> folder_;
 };
 
-FrameDump::FrameDump(std::shared_ptr<platform::Graphics> inner, std::filesystem::path folder, Size windowSize)
-    : inner_(std::move(inner)),
-      folder_(std::make_shared<Folder>(std::move(folder))),
-      windowSize_(windowSize) {
+FrameDump::FrameDump(std::shared_ptr<platform::Graphics> inner, std::filesystem::path folder)
+    : inner_(std::move(inner)), folder_(std::make_shared<Folder>(std::move(folder))) {
     std::error_code error;
     std::filesystem::create_directories(folder_->path, error);
     if (error || !std::filesystem::is_directory(folder_->path, error)) {
@@ -57,11 +63,7 @@ FrameDump::FrameDump(std::shared_ptr<platform::Graphics> inner, std::filesystem:
 
 std::unique_ptr<platform::ImageRenderer> FrameDump::makeImageRenderer(Size size,
                                                                       platform::ImageRendererFormat format) {
-    auto renderer = inner_->makeImageRenderer(size, format);
-    if (renderer == nullptr || size != windowSize_) {
-        return renderer;
-    }
-    return std::make_unique<Renderer>(std::move(renderer), folder_);
+    return std::make_unique<Renderer>(inner_->makeImageRenderer(size, format), folder_);
 }
 
 std::unique_ptr<platform::GraphicsContext> FrameDump::makeBitmapContext(

@@ -8,12 +8,13 @@
 
 namespace mireth::phone {
 
-/// Graphics that also writes what its renderers of the window's size make, before it is scaled, as
-/// frame-00001.png and so on. Any thread, as the graphics it wraps.
+/// Graphics that also writes what its renderers make, before it is scaled, as frame-00001.png and so on. The
+/// library has them render nothing but the window; a picture that an error cut short is none to it, and is
+/// left out here too. Any thread, as the graphics it wraps.
 class FrameDump final : public platform::Graphics {
   public:
     /// `folder` is made when it is missing. Throws ScenarioError when it cannot be.
-    FrameDump(std::shared_ptr<platform::Graphics> inner, std::filesystem::path folder, Size windowSize);
+    FrameDump(std::shared_ptr<platform::Graphics> inner, std::filesystem::path folder);
 
     std::unique_ptr<platform::ImageRenderer> makeImageRenderer(Size size,
                                                                platform::ImageRendererFormat format) override;
@@ -25,7 +26,6 @@ class FrameDump final : public platform::Graphics {
     struct Folder;
     const std::shared_ptr<platform::Graphics> inner_;
     const std::shared_ptr<Folder> folder_;
-    const Size windowSize_;
 };
 
 }  // namespace mireth::phone

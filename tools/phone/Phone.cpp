@@ -49,7 +49,7 @@ headless::HeadlessOptions describePhone(const Options& options, const Scenario& 
     phone.assetWriters = real.assetWriters;
     phone.graphics = real.graphics;
     if (options.frames) {
-        phone.graphics = std::make_shared<FrameDump>(real.graphics, *options.frames, scenario.windowSize);
+        phone.graphics = std::make_shared<FrameDump>(real.graphics, *options.frames);
     }
     phone.threads = real.background;
     phone.http = real.http;
