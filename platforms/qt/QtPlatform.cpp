@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "MirethVex/PublicSide/MirethSR.hpp"
+#include "Platform/Guarded.hpp"
+#include "platforms/qt/Installation.hpp"
 #include "platforms/qt/mirror/ClassCatalog.hpp"
 #include "platforms/qt/mirror/RecordedWindows.hpp"
 #include "platforms/qt/qml/QmlModule.hpp"
@@ -70,58 +72,48 @@ bool QtPlatform::runMainQueue(const std::function<bool()>& done, platform::Secon
 
 namespace {
 
-/// What `MirethSR::shared()` stands on. Never destroyed: work may still run on its threads while the process
-/// ends.
-struct Installed {
-    QtPlatform* platform = nullptr;
-
-    static Installed& place() {
-        static Installed place;
-        return place;
-    }
-};
-
 template <class LiveWindow>
 InitializationResult initialize(const std::string& brandId, const std::string& projectId,
-                                LiveWindow* window) {
-    install();
-    const QtPlatform* const platform = Installed::place().platform;
-    return MirethSR::shared().initializeProject(
-        brandId, projectId, window != nullptr && platform != nullptr ? platform->windowOf(*window) : nullptr);
+                                LiveWindow* window) noexcept {
+    registerQmlModule();
+    auto& installation = Installation::shared();
+    MirethSR* const library = installation.library();
+    if (library == nullptr) {
+        return InitializationResult::cannotGetKeyWindow;
+    }
+    std::shared_ptr<platform::Window> recorded;
+    platform::guarded("the look for the window to record", [&] {
+        if (const QtPlatform* const platform = installation.platform();
+            platform != nullptr && window != nullptr) {
+            recorded = platform->windowOf(*window);
+        }
+    });
+    return library->initializeProject(brandId, projectId, std::move(recorded));
 }
 
 }  // namespace
 
-bool install(LinuxPlatformOptions options) {
+bool install(LinuxPlatformOptions options) noexcept {
     registerQmlModule();
-    auto& installed = Installed::place();
-    if (installed.platform != nullptr) {
-        return false;
-    }
-    auto made = std::make_unique<QtPlatform>(std::move(options));
-    if (!MirethSR::installPlatformServices(made->services())) {
-        return false;
-    }
-    installed.platform = made.release();
-    return true;
+    return Installation::shared().install(std::move(options));
 }
 
-InitializationResult initializeProject(const std::string& brandId, const std::string& projectId) {
+InitializationResult initializeProject(const std::string& brandId, const std::string& projectId) noexcept {
     return initialize<QWindow>(brandId, projectId, nullptr);
 }
 
 InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
-                                       QWindow* window) {
+                                       QWindow* window) noexcept {
     return initialize(brandId, projectId, window);
 }
 
 InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
-                                       QWidget* window) {
+                                       QWidget* window) noexcept {
     return initialize(brandId, projectId, window);
 }
 
 bool finishRecording(platform::Seconds patience) {
-    const QtPlatform* const platform = Installed::place().platform;
+    const QtPlatform* const platform = Installation::shared().platform();
     if (platform == nullptr || !MirethSR::shared().hasActiveSession()) {
         return false;
     }

@@ -8,6 +8,9 @@ namespace {
 
 using endtoend::Json;
 
+constexpr const char* withoutThreads =
+    "M-VEX: the making of Qt's services threw: Resource temporarily unavailable\n";
+
 class EndToEndQtAttach : public endtoend::EndToEnd {
   protected:
     EndToEndQtAttach() {
@@ -58,6 +61,16 @@ TEST_F(EndToEndQtAttach, WithoutAServiceAProgramStaysAsItIs) {
                                              "--info", info(), MIRETH_PLAIN_PROGRAM});
     EXPECT_EQ(ended.status, 7);
     EXPECT_EQ(ended.errors, alone.errors);
+}
+
+TEST_F(EndToEndQtAttach, WhereThereAreNoThreadsAProgramRunsOnUnrecorded) {
+    const auto alone = endtoend::runProcess({MIRETH_THREADLESS_PLAIN_PROGRAM});
+    const auto attached = attach({MIRETH_THREADLESS_PLAIN_PROGRAM});
+    EXPECT_EQ(alone.status, 7);
+    EXPECT_EQ(attached.status, 7);
+    EXPECT_EQ(attached.out, alone.out);
+    EXPECT_EQ(attached.errors, alone.errors + withoutThreads);
+    EXPECT_TRUE(receiver_->sessions().empty());
 }
 
 TEST_F(EndToEndQtAttach, AProgramThatIsNotThereIsSaidToBeMissing) {

@@ -7,6 +7,7 @@
 
 #include "MirethVex/MirethVex.hpp"
 #include "MirethVex/Qt/QtPlatform.hpp"
+#include "Platform/Guarded.hpp"
 
 namespace mireth::qt {
 
@@ -33,7 +34,7 @@ bool Attachment::eventFilter(QObject* watched, QEvent* event) {
         auto& window = static_cast<QWindow&>(*watched);
         if (window.isExposed() && isMainWindow(window)) {
             isRecording_ = true;
-            record(window);
+            platform::guarded("the recording of a program", [&] { record(window); });
         }
     }
     return false;

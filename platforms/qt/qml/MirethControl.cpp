@@ -8,6 +8,7 @@
 
 #include "MirethVex/MirethVex.hpp"
 #include "MirethVex/Qt/QtPlatform.hpp"
+#include "platforms/qt/Installation.hpp"
 
 namespace mireth::qt {
 
@@ -42,11 +43,12 @@ VexConfiguration configurationFor(const QStringList& typesToMask) {
 void MirethControl::start(const QString& brandId, const QString& projectId, QObject* window) {
     const auto initialized =
         initializeProject(brandId.toStdString(), projectId.toStdString(), windowOf(window));
-    if (initialized != InitializationResult::success) {
+    MirethSR* const library = Installation::shared().library();
+    if (initialized != InitializationResult::success || library == nullptr) {
         Q_EMIT started(textOf(caseName(initialized)), {}, {});
         return;
     }
-    auto result = MirethSR::shared().startRecording(configurationFor(typesToMask_));
+    auto result = library->startRecording(configurationFor(typesToMask_));
     result.then([self = QPointer(this)](const SessionStartResult& start) {
         if (self != nullptr) {
             const QString sessionId =
@@ -59,7 +61,12 @@ void MirethControl::start(const QString& brandId, const QString& projectId, QObj
 }
 
 void MirethControl::stop() {
-    MirethSR::shared().stopRecording().then([self = QPointer(this)](const SessionCloseResult& stop) {
+    MirethSR* const library = Installation::shared().library();
+    if (library == nullptr) {
+        Q_EMIT stopped(textOf(caseName(SessionCloseResult::Kind::notInitialized)), {});
+        return;
+    }
+    library->stopRecording().then([self = QPointer(this)](const SessionCloseResult& stop) {
         if (self != nullptr) {
             Q_EMIT self->stopped(textOf(caseName(stop.kind)), textOf(stop.reason));
             Q_EMIT self->activeChanged();
@@ -68,19 +75,26 @@ void MirethControl::stop() {
 }
 
 QString MirethControl::pause() {
-    return textOf(caseName(MirethSR::shared().pauseRecording()));
+    MirethSR* const library = Installation::shared().library();
+    return textOf(
+        caseName(library != nullptr ? library->pauseRecording() : SessionPauseResult::notInitialized));
 }
 
 QString MirethControl::resume() {
-    return textOf(caseName(MirethSR::shared().resumeRecording()));
+    MirethSR* const library = Installation::shared().library();
+    return textOf(
+        caseName(library != nullptr ? library->resumeRecording() : SessionResumeResult::notInitialized));
 }
 
 void MirethControl::logError(const QString& message) {
-    MirethSR::shared().logError(message.toStdString());
+    if (MirethSR* const library = Installation::shared().library()) {
+        library->logError(message.toStdString());
+    }
 }
 
 bool MirethControl::isActive() const {
-    return MirethSR::shared().hasActiveSession();
+    const MirethSR* const library = Installation::shared().library();
+    return library != nullptr && library->hasActiveSession();
 }
 
 }  // namespace mireth::qt

@@ -37,8 +37,7 @@ std::optional<Answer> ClientLogs::objection(const std::string& brandId, const st
     if (!session) {
         return refuse(500, session.error());
     }
-    const bool isOfProject =
-        *session && (*session)->brandId == brandId && (*session)->projectId == projectId;
+    const bool isOfProject = *session && (*session)->brandId == brandId && (*session)->projectId == projectId;
     return isOfProject ? std::nullopt : std::optional(refuse(200, "its session is unknown"));
 }
 
@@ -78,7 +77,8 @@ Answer ClientLogs::answer(const std::string& brandId, const std::string& project
             return refuse(200, "its session is unknown");
         case LineOutcome::full:
             return refuse(413, "as many are kept as are allowed (" +
-                                   (line.sessionId ? "session " + *line.sessionId : "project " + project) + ")");
+                                   (line.sessionId ? "session " + *line.sessionId : "project " + project) +
+                                   ")");
         case LineOutcome::noRoom:
             return refuse(507, "there is no room left on the disk");
     }

@@ -52,19 +52,20 @@ class MIRETH_EXPORT QtPlatform {
 
 /// Makes Qt's answers those of `MirethSR::shared()`, and QML know the module `MirethVex`. Call it once, after
 /// the QGuiApplication was made and before anything else of the library. False, and the services stay as they
-/// are, when it was called before or the library stands on other services already. Main thread. Throws
-/// std::system_error when there are no threads to be had.
-MIRETH_EXPORT bool install(platform::LinuxPlatformOptions options = {});
+/// are, when it was called before or the library stands on other services already; false also, with a line on
+/// standard error, when there are no threads to be had. Main thread.
+MIRETH_EXPORT bool install(platform::LinuxPlatformOptions options = {}) noexcept;
 
 /// `MirethSR::shared().initializeProject` for one of the app's windows; without one for the focused window,
 /// else the first that is visible. Installs Qt's answers when nothing was installed yet; where the library
-/// stands on other services the window is not looked at. Main thread. Throws what `install` throws.
+/// stands on other services the window is not looked at. `cannotGetKeyWindow` also when nothing can be
+/// installed. Main thread.
 MIRETH_EXPORT InitializationResult initializeProject(const std::string& brandId,
-                                                     const std::string& projectId);
+                                                     const std::string& projectId) noexcept;
 MIRETH_EXPORT InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
-                                                     QWindow* window);
+                                                     QWindow* window) noexcept;
 MIRETH_EXPORT InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
-                                                     QWidget* window);
+                                                     QWidget* window) noexcept;
 
 /// Stops the session and delivers what it has recorded, for an app that is about to quit: it blocks, until
 /// all is done or for `patience`. Of the main thread's work only the library's own runs meanwhile. True when

@@ -1,0 +1,24 @@
+// What an app is told where the library has nothing to stand on.
+#include "endtoend/support/EndToEnd.hpp"
+
+namespace mireth::qttest {
+
+namespace {
+
+TEST(EndToEndQtInstallation, WithoutThreadsEveryCallAnswersAndTheAppRunsOn) {
+    const auto ended = endtoend::runProcess({MIRETH_THREADLESS_HOST_PROGRAM});
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_EQ(ended.out,
+              "install: false\n"
+              "initializeProject: cannotGetKeyWindow\n"
+              "active: false\n"
+              "started: cannotGetKeyWindow\n"
+              "pause: notInitialized\n"
+              "resume: notInitialized\n"
+              "stopped: notInitialized\n");
+    EXPECT_THAT(ended.errors, testing::StartsWith("M-VEX: the making of Qt's services threw: "));
+}
+
+}  // namespace
+
+}  // namespace mireth::qttest
