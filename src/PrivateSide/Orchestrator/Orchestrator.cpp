@@ -102,6 +102,9 @@ Task<SessionStartResult> Orchestrator::createSession(Self self, VexConfiguration
                                                      SrConfigurationResponse srConfiguration) {
     auto creating = self->parts_.remoteSessionManager->createSession(std::move(srConfiguration));
     const auto result = co_await std::move(creating);
+    // What was logged before the session does not belong to it. A log listener that hears of the refusals may
+    // reset the library.
+    self->takeWaitingLogErrors();
     if (self->isAbandoned_) {
         co_return self->abandonedStart();
     }
@@ -144,9 +147,7 @@ Task<SessionCloseResult> Orchestrator::stop(Self self) {
     self->closing_ = closing;
     try {
         // What was logged before the end belongs to this session, on whichever thread that was.
-        if (self->parts_.takeWaitingLogErrors) {
-            self->parts_.takeWaitingLogErrors();
-        }
+        self->takeWaitingLogErrors();
         self->disableAutomaticScreenChangeTracking();
         self->appMovedToBackgroundSubscription_.cancel();
         auto closingSession = closeSession(self, info);
@@ -183,6 +184,12 @@ Task<void> Orchestrator::stopCollecting(Self self) {
         // The pusher is stopped and the service told all the same.
         self->log_.error(LogTag::lifecycle, "Failed to stop recording.",
                          {{"reason", describeCurrentException()}});
+    }
+}
+
+void Orchestrator::takeWaitingLogErrors() const {
+    if (parts_.takeWaitingLogErrors) {
+        parts_.takeWaitingLogErrors();
     }
 }
 

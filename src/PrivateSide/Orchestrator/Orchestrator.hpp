@@ -34,8 +34,8 @@ class Orchestrator : public std::enable_shared_from_this<Orchestrator> {
         std::shared_ptr<ChunkPusher> chunkPusher;
         std::shared_ptr<DeviceDetector> deviceDetector;
         std::shared_ptr<AppearanceDetection> appearanceDetection;
-        /// Called before a session ends, whatever ends it: hands over the errors that other threads logged
-        /// until then. May be empty.
+        /// Called before a session begins, and before it ends, whatever ends it: hands over the errors that
+        /// other threads logged until then. May be empty.
         std::function<void()> takeWaitingLogErrors;
     };
 
@@ -82,6 +82,7 @@ class Orchestrator : public std::enable_shared_from_this<Orchestrator> {
     static Task<SessionCloseResult> closeSession(Self self, RemoteSessionInfo info);
     static Task<void> stopIfAlive(std::weak_ptr<Orchestrator> weak);
 
+    void takeWaitingLogErrors() const;
     void subscribeToBackground();
     void beginSession(const RemoteSessionInfo& info, const VexConfiguration& vexConfiguration);
     /// Stops in a task of its own. Any thread.

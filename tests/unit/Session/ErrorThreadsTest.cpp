@@ -121,6 +121,39 @@ TEST_F(ErrorThreads, OneLoggedBetweenTwoSessionsIsRefused) {
     EXPECT_THAT(host.errors(), ElementsAre(errorRefusal));
 }
 
+struct ErrorsWhileASessionStarts : ErrorThreads {
+    void SetUp() override {
+        ErrorThreads::SetUp();
+        (void)host.stop();
+        haveMainLookLater();
+        (void)host.capture.take();
+        host.service.create = [this, create = host.service.create](const auto& request) {
+            EXPECT_EQ(host.state(), "starting");
+            EXPECT_FALSE(host.phone().queue().isCurrent());
+            log();
+            return create(request);
+        };
+    }
+};
+
+TEST_F(ErrorsWhileASessionStarts, AreRefusedThoughMainComesToThemLater) {
+    EXPECT_EQ(host.start().kind, SessionStartResult::Kind::success);
+    EXPECT_THAT(host.errors(), ElementsAre(errorRefusal));
+    wait(5);
+    EXPECT_THAT(host.errors(), IsEmpty());
+}
+
+TEST_F(ErrorsWhileASessionStarts, MayHaveTheHostResetTheLibraryWhenTheyAreRefused) {
+    host.core.addLogListener([this](LogTag, LogLevel, const std::string& line) {
+        if (line == errorRefusal) {
+            host.core.reset();
+        }
+    });
+    EXPECT_EQ(host.start().kind, SessionStartResult::Kind::fail);
+    EXPECT_EQ(host.state(), "none");
+    EXPECT_THAT(host.errorMessages(), ElementsAre(errorRefusal, "Failed to start recording."));
+}
+
 TEST_F(ErrorThreads, OneLoggedBeforeAResetIsTaken) {
     tap();
     logElsewhere();
