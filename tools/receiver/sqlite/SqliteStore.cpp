@@ -93,11 +93,12 @@ Stored<void> makePrivateFile(const std::string& path) {
 }  // namespace
 
 SqliteStore::SqliteStore(std::string directory, UniqueFd lock, Database database, Database reader,
-                         std::unique_ptr<DiskBudget> budget, VideoFolder videos,
-                         std::function<std::string()> newIdentifier)
+                         std::unique_ptr<DiskBudget> budget, std::unique_ptr<FileSystem> files,
+                         VideoFolder videos, std::function<std::string()> newIdentifier)
     : directory_(std::move(directory)),
       lock_(std::move(lock)),
       budget_(std::move(budget)),
+      files_(std::move(files)),
       videos_(std::move(videos)),
       newIdentifier_(std::move(newIdentifier)),
       opened_(newIdentifier_ ? newIdentifier_() : ""),
@@ -106,7 +107,7 @@ SqliteStore::SqliteStore(std::string directory, UniqueFd lock, Database database
 
 Stored<std::unique_ptr<SqliteStore>> SqliteStore::open(const std::string& directory,
                                                        std::function<std::string()> newIdentifier,
-                                                       DiskLimits limits) {
+                                                       DiskLimits limits, std::unique_ptr<FileSystem> files) {
     const auto found = makePrivateDirectory(directory);
     if (!found) {
         return std::unexpected(found.error());
@@ -120,7 +121,7 @@ Stored<std::unique_ptr<SqliteStore>> SqliteStore::open(const std::string& direct
         return std::unexpected(made.error());
     }
     auto budget = std::make_unique<DiskBudget>(*found, limits);
-    auto videos = VideoFolder::open(*found + "/videos", *budget);
+    auto videos = VideoFolder::open(*found + "/videos", *budget, *files);
     if (!videos) {
         return std::unexpected(videos.error());
     }
@@ -130,7 +131,7 @@ Stored<std::unique_ptr<SqliteStore>> SqliteStore::open(const std::string& direct
         prepareSchema(database);
         std::unique_ptr<SqliteStore> store(new SqliteStore(
             *found, std::move(*lock), std::move(database), Database(path, Database::Mode::read),
-            std::move(budget), std::move(*videos), std::move(newIdentifier)));
+            std::move(budget), std::move(files), std::move(*videos), std::move(newIdentifier)));
         store->count();
         store->sweep();
         store->clearLog();
@@ -151,16 +152,17 @@ Stored<std::unique_ptr<SqliteStore>> SqliteStore::openForReading(const std::stri
         return std::unexpected("there is no receiver's data in " + directory);
     }
     auto budget = std::make_unique<DiskBudget>(*found, DiskLimits{});
-    auto videos = VideoFolder::open(*found + "/videos", *budget);
+    std::unique_ptr<FileSystem> files = std::make_unique<SystemFiles>();
+    auto videos = VideoFolder::open(*found + "/videos", *budget, *files);
     if (!videos) {
         return std::unexpected(videos.error());
     }
     try {
         Database database(path, Database::Mode::read);
         requireSchema(database);
-        return std::unique_ptr<SqliteStore>(new SqliteStore(*found, UniqueFd(), std::move(database),
-                                                            Database(path, Database::Mode::read),
-                                                            std::move(budget), std::move(*videos), {}));
+        return std::unique_ptr<SqliteStore>(
+            new SqliteStore(*found, UniqueFd(), std::move(database), Database(path, Database::Mode::read),
+                            std::move(budget), std::move(files), std::move(*videos), {}));
     } catch (const DatabaseError& error) {
         return std::unexpected("cannot open the database " + path + ": " + error.what());
     }

@@ -17,6 +17,7 @@
 #include "sqlite/GroupCommit.hpp"
 #include "store/Store.hpp"
 #include "video/DiskBudget.hpp"
+#include "video/SystemFiles.hpp"
 #include "video/VideoFolder.hpp"
 
 namespace mireth::receiver {
@@ -24,10 +25,11 @@ namespace mireth::receiver {
 class SqliteStore final : public Store {
   public:
     /// Opens `directory` for serving, making it (0700) when it is absent, and removes orphaned videos.
-    /// Refused while another process serves from it. `newIdentifier` names the videos.
-    static Stored<std::unique_ptr<SqliteStore>> open(const std::string& directory,
-                                                     std::function<std::string()> newIdentifier,
-                                                     DiskLimits limits = {});
+    /// Refused while another process serves from it. `newIdentifier` names the videos, whose files are
+    /// `files`.
+    static Stored<std::unique_ptr<SqliteStore>> open(
+        const std::string& directory, std::function<std::string()> newIdentifier, DiskLimits limits = {},
+        std::unique_ptr<FileSystem> files = std::make_unique<SystemFiles>());
     /// Opens an existing `directory` to read what is in it, also while a receiver serves from it.
     static Stored<std::unique_ptr<SqliteStore>> openForReading(const std::string& directory);
 
@@ -74,7 +76,7 @@ class SqliteStore final : public Store {
     };
 
     SqliteStore(std::string directory, UniqueFd lock, Database database, Database reader,
-                std::unique_ptr<DiskBudget> budget, VideoFolder videos,
+                std::unique_ptr<DiskBudget> budget, std::unique_ptr<FileSystem> files, VideoFolder videos,
                 std::function<std::string()> newIdentifier);
 
     /// Runs `work` with the writing connection to itself; what SQLite reports becomes the error.
@@ -129,6 +131,7 @@ class SqliteStore final : public Store {
     const std::string directory_;
     const UniqueFd lock_;
     const std::unique_ptr<DiskBudget> budget_;
+    const std::unique_ptr<FileSystem> files_;
     const VideoFolder videos_;
     const std::function<std::string()> newIdentifier_;
     std::int64_t swept_ = 0;    // constant once opened

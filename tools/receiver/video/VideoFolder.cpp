@@ -51,16 +51,17 @@ class VideoFile::Digest {
     bool usable_ = false;
 };
 
-VideoFile::VideoFile(int folder, UniqueFd file, std::string name, DiskBudget& budget)
+VideoFile::VideoFile(int folder, UniqueFd file, std::string name, DiskBudget& budget, FileSystem& files)
     : folder_(folder),
       budget_(budget),
+      files_(files),
       file_(std::move(file)),
       name_(std::move(name)),
       digest_(std::make_unique<Digest>()) {}
 
 VideoFile::~VideoFile() {
     if (!kept_) {
-        ::unlinkat(folder_, name_.c_str(), 0);
+        files_.remove(folder_, name_.c_str());
         budget_.giveBack(size_);
     }
 }
@@ -72,7 +73,7 @@ Stored<bool> VideoFile::append(std::string_view bytes) {
     size_ += bytes.size();
     digest_->add(bytes);
     while (!bytes.empty()) {
-        const ssize_t written = ::write(file_.get(), bytes.data(), bytes.size());
+        const ssize_t written = files_.write(file_.get(), bytes);
         if (written < 0 && errno == EINTR) {
             continue;
         }
@@ -93,7 +94,7 @@ bool VideoFile::readAt(std::uint64_t offset, std::span<unsigned char> into) {
 
 Stored<void> VideoFile::sync() {
     // The folder too: without that a crash can leave bytes that no name leads to.
-    if (::fsync(file_.get()) != 0 || ::fsync(folder_) != 0) {
+    if (files_.sync(file_.get()) != 0 || files_.sync(folder_) != 0) {
         return failure("cannot make the video " + name_ + " durable");
     }
     return {};
@@ -103,10 +104,10 @@ Stored<std::string> VideoFile::digest() const {
     return digest_->text();
 }
 
-VideoFolder::VideoFolder(std::string path, UniqueFd folder, DiskBudget& budget)
-    : path_(std::move(path)), folder_(std::move(folder)), budget_(&budget) {}
+VideoFolder::VideoFolder(std::string path, UniqueFd folder, DiskBudget& budget, FileSystem& files)
+    : path_(std::move(path)), folder_(std::move(folder)), budget_(&budget), files_(&files) {}
 
-Stored<VideoFolder> VideoFolder::open(const std::string& path, DiskBudget& budget) {
+Stored<VideoFolder> VideoFolder::open(const std::string& path, DiskBudget& budget, FileSystem& files) {
     if (::mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) {
         return failure("cannot make the folder " + path);
     }
@@ -114,17 +115,16 @@ Stored<VideoFolder> VideoFolder::open(const std::string& path, DiskBudget& budge
     if (!folder || ::fchmod(folder.get(), 0700) != 0) {
         return failure("cannot open the folder " + path);
     }
-    return VideoFolder(path, std::move(folder), budget);
+    return VideoFolder(path, std::move(folder), budget, files);
 }
 
 Stored<std::unique_ptr<VideoFile>> VideoFolder::create(const std::string& identifier) const {
     std::string name = identifier + ".mp4";
-    constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-    UniqueFd file(::openat(folder_.get(), name.c_str(), flags, 0600));
+    UniqueFd file(files_->create(folder_.get(), name.c_str()));
     if (!file) {
         return failure("cannot make the video " + pathOf(name));
     }
-    return std::make_unique<VideoFile>(folder_.get(), std::move(file), std::move(name), *budget_);
+    return std::make_unique<VideoFile>(folder_.get(), std::move(file), std::move(name), *budget_, *files_);
 }
 
 Stored<std::unique_ptr<ByteSource>> VideoFolder::read(const std::string& name) const {
@@ -138,7 +138,7 @@ Stored<std::unique_ptr<ByteSource>> VideoFolder::read(const std::string& name) c
 
 void VideoFolder::remove(const std::string& name) const {
     const auto size = sizeOf(name);
-    if (::unlinkat(folder_.get(), name.c_str(), 0) == 0) {
+    if (files_->remove(folder_.get(), name.c_str()) == 0) {
         budget_->giveBack(size);
     }
 }
@@ -162,7 +162,7 @@ Stored<std::int64_t> VideoFolder::sweep(const std::set<std::string>& known) cons
         if (known.contains(name)) {
             budget_->add(sizeOf(name));
         } else if (name.ends_with(".mp4")) {
-            if (::unlinkat(folder_.get(), name.c_str(), 0) != 0) {
+            if (files_->remove(folder_.get(), name.c_str()) != 0) {
                 return failure("cannot remove the orphan " + pathOf(name));
             }
             ++removed;

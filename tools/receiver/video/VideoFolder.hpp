@@ -12,6 +12,7 @@
 #include "base/UniqueFd.hpp"
 #include "store/Store.hpp"
 #include "video/DiskBudget.hpp"
+#include "video/FileSystem.hpp"
 
 namespace mireth::receiver {
 
@@ -19,8 +20,9 @@ namespace mireth::receiver {
 /// object unless `keep` was called.
 class VideoFile final : public IncomingVideo {
   public:
-    /// `folder` is the open directory; `file` was created in it as `name`. `budget` outlives the file.
-    VideoFile(int folder, UniqueFd file, std::string name, DiskBudget& budget);
+    /// `folder` is the open directory; `file` was created in it as `name`. `budget` and `files` outlive the
+    /// file.
+    VideoFile(int folder, UniqueFd file, std::string name, DiskBudget& budget, FileSystem& files);
     ~VideoFile() override;
 
     Stored<bool> append(std::string_view bytes) override;
@@ -42,6 +44,7 @@ class VideoFile final : public IncomingVideo {
 
     const int folder_;
     DiskBudget& budget_;
+    FileSystem& files_;
     const UniqueFd file_;
     const std::string name_;
     std::unique_ptr<Digest> digest_;
@@ -51,8 +54,8 @@ class VideoFile final : public IncomingVideo {
 
 class VideoFolder {
   public:
-    /// Opens `path`, making it (0700) when it is absent. `budget` outlives the folder.
-    static Stored<VideoFolder> open(const std::string& path, DiskBudget& budget);
+    /// Opens `path`, making it (0700) when it is absent. `budget` and `files` outlive the folder.
+    static Stored<VideoFolder> open(const std::string& path, DiskBudget& budget, FileSystem& files);
 
     /// A new, empty file with mode 0600. It must not outlive the folder.
     Stored<std::unique_ptr<VideoFile>> create(const std::string& identifier) const;
@@ -66,13 +69,14 @@ class VideoFolder {
     std::string pathOf(const std::string& name) const { return path_ + "/" + name; }
 
   private:
-    VideoFolder(std::string path, UniqueFd folder, DiskBudget& budget);
+    VideoFolder(std::string path, UniqueFd folder, DiskBudget& budget, FileSystem& files);
 
     std::uint64_t sizeOf(const std::string& name) const;
 
     std::string path_;
     UniqueFd folder_;
     DiskBudget* budget_;
+    FileSystem* files_;
 };
 
 }  // namespace mireth::receiver
