@@ -1,7 +1,7 @@
 # The libraries this project stands on; docs/adr/ says why each one.
 find_package(Threads REQUIRED)
 find_package(Boost 1.81 REQUIRED COMPONENTS url)
-find_package(CURL REQUIRED)
+find_package(CURL 7.87 REQUIRED)
 find_package(OpenSSL REQUIRED)
 find_package(nlohmann_json REQUIRED)
 find_package(PkgConfig REQUIRED)
@@ -14,6 +14,8 @@ if(MIRETH_BUILD_TOOLS)
   find_package(CLI11 REQUIRED)
   pkg_check_modules(PANGO REQUIRED IMPORTED_TARGET pangocairo)
   pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET sqlite3)
+  # The receiver's listener builds on members that are not public.
+  pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET "cpp-httplib >= 0.11" "cpp-httplib < 0.12")
 endif()
 if(MIRETH_BUILD_TOOLS OR MIRETH_BUILD_TESTS)
   pkg_check_modules(AVFORMAT REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil)

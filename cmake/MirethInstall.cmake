@@ -10,8 +10,9 @@ list(TRANSFORM _areas REPLACE "(.+)" "$<TARGET_OBJECTS:\\1_objects>" OUTPUT_VARI
 
 add_library(MirethVex ${_objects})
 add_library(MirethVex::MirethVex ALIAS MirethVex)
+# Versions that find_package does not take for each other must not be taken for each other by the loader either.
 set_target_properties(MirethVex PROPERTIES
-  VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINKER_LANGUAGE CXX)
+  VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR} LINKER_LANGUAGE CXX)
 target_compile_features(MirethVex INTERFACE cxx_std_23)
 target_include_directories(MirethVex INTERFACE
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
@@ -26,10 +27,14 @@ if(BUILD_SHARED_LIBS)
   set_property(TARGET MirethVex APPEND PROPERTY LINK_DEPENDS ${_map})
 endif()
 
-install(TARGETS MirethVex EXPORT MirethVexTargets)
 if(MIRETH_HAS_QT)
   include(MirethInstallQt)
 endif()
+if(NOT MIRETH_INSTALL)
+  return()
+endif()
+
+install(TARGETS MirethVex EXPORT MirethVexTargets)
 install(DIRECTORY include/MirethVex platforms/linux/include/MirethVex
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.hpp")
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
@@ -45,7 +50,15 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/MirethVexConfigVersion.cm
 install(FILES ${PROJECT_BINARY_DIR}/MirethVexConfig.cmake ${PROJECT_BINARY_DIR}/MirethVexConfigVersion.cmake
   DESTINATION ${_package_dir})
 
-# Relative to the file itself, so that an installation may be moved.
-file(RELATIVE_PATH MIRETH_PC_TO_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+# Relative to the file itself, so that an installation may be moved; unless a folder was given as a whole path.
+file(RELATIVE_PATH _to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+cmake_path(APPEND MIRETH_PC_INCLUDEDIR "\${pcfiledir}/${_to_prefix}" ${CMAKE_INSTALL_INCLUDEDIR})
+cmake_path(APPEND MIRETH_PC_LIBDIR "\${pcfiledir}/${_to_prefix}" ${CMAKE_INSTALL_LIBDIR})
+# A shared object knows itself what it needs: its hosts build without the packages behind it.
+if(NOT BUILD_SHARED_LIBS)
+  string(JOIN "\n" MIRETH_PC_PRIVATE
+    "Libs.private: -lcurl -lcrypto -lboost_url"
+    "Requires.private: cairo openh264 libswscale libnl-3.0 libsystemd")
+endif()
 configure_file(cmake/mirethvex.pc.in ${PROJECT_BINARY_DIR}/mirethvex.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/mirethvex.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -4,7 +4,7 @@ add_library(MirethVex::Qt ALIAS MirethVexQt)
 set_target_properties(MirethVexQt PROPERTIES
   # It finds the library beside it, also for a host that calls nothing of that itself.
   INSTALL_RPATH "$ORIGIN"
-  EXPORT_NAME Qt VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINKER_LANGUAGE CXX)
+  EXPORT_NAME Qt VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR} LINKER_LANGUAGE CXX)
 target_include_directories(MirethVexQt INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platforms/qt/include>)
 target_link_libraries(MirethVexQt
   PUBLIC MirethVex
@@ -13,6 +13,10 @@ if(BUILD_SHARED_LIBS)
   target_link_options(MirethVexQt PRIVATE "LINKER:--version-script=${_map}")
   set_property(TARGET MirethVexQt APPEND PROPERTY LINK_DEPENDS ${_map})
 endif()
+if(NOT MIRETH_INSTALL)
+  return()
+endif()
+
 install(TARGETS MirethVexQt EXPORT MirethVexQtTargets)
 install(DIRECTORY platforms/qt/include/MirethVex
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.hpp")

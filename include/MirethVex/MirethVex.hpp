@@ -3,3 +3,4 @@
 
 #include "MirethVex/PublicSide/MirethSR.hpp"              // IWYU pragma: export
 #include "MirethVex/PublicSide/MirethViewController.hpp"  // IWYU pragma: export
+#include "MirethVex/Version.hpp"                          // IWYU pragma: export

@@ -26,6 +26,19 @@ TEST(LinuxPlatform, OptionsReachTheServices) {
     EXPECT_EQ(services.files->userCachesDirectory().value(), "/somewhere");
 }
 
+TEST(LinuxPlatform, AppsOfOneVendorShareTheDevicesIdentifierWithNobodyElse) {
+    const auto identifier = [](const char* vendor) {
+        LinuxPlatformOptions options;
+        options.vendor = vendor;
+        return LinuxPlatform(options).services().device->identifierForVendor();
+    };
+    if (!identifier("Ours")) {
+        GTEST_SKIP() << "this machine has no machine-id";
+    }
+    EXPECT_EQ(identifier("Ours"), identifier("Ours"));
+    EXPECT_NE(identifier("Ours"), identifier("Theirs"));
+}
+
 TEST(LinuxPlatform, TheInformationDictionaryMayNameTheIdiomUnlessTheHostDoes) {
     LinuxPlatformOptions options;
     options.information.emplace()["DEVICE_IDIOM"] = "pad";
