@@ -43,6 +43,7 @@ std::optional<UserInterfaceIdiom> idiomNamed(std::string_view name) {
 std::shared_ptr<LinuxDevice> makeDevice(const LinuxPlatformOptions& options,
                                         const InformationDictionary& information) {
     LinuxDeviceOptions device;
+    device.vendor = options.vendor;
     device.idiom = options.idiom;
     if (!device.idiom) {
         device.idiom = idiomNamed(information.string(information_keys::deviceIdiom).value_or(""));

@@ -50,7 +50,9 @@ class MIRETH_EXPORT MirethSR {
 
     /// Sets the library up for a project. `window` is what will be recorded; when it is null, the
     /// application's key window. May be called again while no session is active; a later success replaces
-    /// the earlier set-up, a refusal leaves it as it was. The identifiers are any texts but empty ones.
+    /// the earlier set-up, a refusal leaves what will be recorded, and for whom, as it was. Unless a session
+    /// is active, error lines are posted in the name of the refused project from then on. The identifiers are
+    /// any texts but empty ones.
     ///
     /// The window is kept alive until the next success or `reset`. When it closes it is recorded as it goes
     /// on answering; while it has no size that can be drawn, frames are black, and before the first that can

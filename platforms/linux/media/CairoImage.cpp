@@ -31,7 +31,7 @@ struct Placement {
 /// A surface on the image's own memory, which Cairo only reads.
 CairoPattern patternOf(const Image& image, const PixelArea& area) {
     const std::uint32_t* first = image.pixels().data() + area.y * image.pixelWidth() + area.x;
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): a C interface without const
+    // A C interface without const.
     auto* bytes = reinterpret_cast<unsigned char*>(const_cast<std::uint32_t*>(first));
     const CairoSurface surface(cairo_image_surface_create_for_data(
         bytes, CAIRO_FORMAT_ARGB32, static_cast<int>(area.width), static_cast<int>(area.height),

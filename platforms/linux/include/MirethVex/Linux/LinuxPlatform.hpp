@@ -23,6 +23,8 @@ struct LinuxPlatformOptions {
     /// The kind of device. Absent: the information dictionary's "DEVICE_IDIOM", else what the system says of
     /// its chassis.
     std::optional<UserInterfaceIdiom> idiom;
+    /// Who makes the app. Apps of one vendor send the same identifier of the device, those of others another.
+    std::string vendor = "MirethVex";
 
     // Where files go.
 
@@ -43,8 +45,8 @@ struct LinuxPlatformOptions {
 class MIRETH_EXPORT LinuxPlatform {
   public:
     /// Reads the environment and the system's files, and starts two threads for background work and one for
-    /// HTTP; each path monitor has one more. The calling thread is the main thread until `runMainLoop` is
-    /// called on another. Throws std::system_error when there are no threads to be had.
+    /// HTTP; each path monitor has one more. Until `runMainLoop` is called the process's first thread is the
+    /// main thread, whichever calls this. Throws std::system_error when there are no threads to be had.
     explicit LinuxPlatform(LinuxPlatformOptions options = {});
     LinuxPlatform(const LinuxPlatform&) = delete;
     LinuxPlatform& operator=(const LinuxPlatform&) = delete;
