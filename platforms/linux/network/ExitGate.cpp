@@ -1,15 +1,8 @@
 #include "platforms/linux/network/ExitGate.hpp"
 
-#include <chrono>
 #include <utility>
 
 namespace mireth::platform {
-
-namespace {
-
-constexpr std::chrono::seconds patience(1);
-
-}  // namespace
 
 ExitGate& ExitGate::ofThisProcess() {
     // The gate itself is never destroyed: threads come to it as long as the process runs.
@@ -25,20 +18,23 @@ ExitGate& ExitGate::ofThisProcess() {
 }
 
 ExitGate::Pass ExitGate::enter() {
-    Pass pass(mutex_);
+    // Before the lock too: a mutex that prefers readers would let them keep `close` out.
+    if (isClosed_) {
+        return {};
+    }
+    Pass pass(passes_);
     return isClosed_ ? Pass() : std::move(pass);
 }
 
-void ExitGate::leaveBehind(std::shared_ptr<void> object) {
-    const std::unique_lock lock(mutex_);
-    leftBehind_.push_back(std::move(object));
+void ExitGate::close() {
+    // First of all: a thread that comes back after the wait is over must find the gate closed.
+    isClosed_ = true;
+    const std::unique_lock lock(passes_, patience_);
 }
 
-void ExitGate::close() {
-    const std::unique_lock lock(mutex_, patience);
-    if (lock) {
-        isClosed_ = true;
-    }
+void ExitGate::leaveBehind(std::shared_ptr<void> object) {
+    const std::lock_guard lock(leavingMutex_);
+    leftBehind_.push_back(std::move(object));
 }
 
 }  // namespace mireth::platform
