@@ -164,7 +164,12 @@ std::size_t CurlTransfer::receiveBody(char* data, std::size_t size, std::size_t 
         transfer.isTooLong_ = true;
         return CURL_WRITEFUNC_ERROR;
     }
-    transfer.body_.append(data, bytes);
+    try {
+        transfer.body_.append(data, bytes);
+    } catch (...) {
+        // Nothing may be thrown through libcurl's own frames.
+        return CURL_WRITEFUNC_ERROR;
+    }
     return bytes;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <system_error>
+#include <utility>
 
 #include "platforms/linux/network/CertificateAuthorities.hpp"
 #include "platforms/linux/system/HelperThread.hpp"
@@ -46,6 +47,16 @@ std::unique_ptr<CURLM, CurlMultiDeleter> makeMulti() {
     }
     curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, keptConnections);
     return multi;
+}
+
+/// What `make` gives, or what is left to say when there is no memory even for that.
+template <class Make>
+HttpResult resultOf(Make&& make) noexcept {
+    try {
+        return std::forward<Make>(make)();
+    } catch (...) {
+        return std::unexpected(TransportError{"no memory"});
+    }
 }
 
 }  // namespace
@@ -116,7 +127,7 @@ bool CurlHttpClient::Worker::isStopping() {
     return stopping_;
 }
 
-void CurlHttpClient::Worker::loop() {
+void CurlHttpClient::Worker::loop() noexcept {
     while (!isStopping() && step()) {
         curl_multi_poll(multi_.get(), nullptr, 0, millisecondsToWait(), nullptr);
     }
@@ -183,16 +194,20 @@ void CurlHttpClient::Worker::takeOrders() {
     }
 }
 
-void CurlHttpClient::Worker::begin(Order order) {
-    auto transfer = std::make_unique<CurlTransfer>(std::move(order.request), settings_);
-    if (!transfer->refusal().empty()) {
-        complete(*order.completion, transfer->failure(transfer->refusal()));
-        return;
-    }
-    CURL* const handle = transfer->handle();
-    running_.emplace(order.id, Running{std::move(transfer), std::move(order.completion)});
-    if (const CURLMcode code = curl_multi_add_handle(multi_.get(), handle); code != CURLM_OK) {
-        finish(order.id, running_.at(order.id).transfer->failure(curl_multi_strerror(code)));
+void CurlHttpClient::Worker::begin(Order order) noexcept {
+    try {
+        auto transfer = std::make_unique<CurlTransfer>(std::move(order.request), settings_);
+        if (!transfer->refusal().empty()) {
+            complete(*order.completion, transfer->failure(transfer->refusal()));
+            return;
+        }
+        CURL* const handle = transfer->handle();
+        const auto added = running_.emplace(order.id, Running{std::move(transfer), order.completion}).first;
+        if (const CURLMcode code = curl_multi_add_handle(multi_.get(), handle); code != CURLM_OK) {
+            finish(added, resultOf([&] { return added->second.transfer->failure(curl_multi_strerror(code)); }));
+        }
+    } catch (...) {
+        complete(*order.completion, std::unexpected(TransportError{"no memory"}));
     }
 }
 
@@ -207,22 +222,21 @@ void CurlHttpClient::Worker::takeFinished() {
             return entry.second.transfer->handle() == handle;
         });
         if (ended != running_.end()) {
-            finish(ended->first, ended->second.transfer->result(code));
+            finish(ended, resultOf([&] { return ended->second.transfer->result(code); }));
         }
     }
 }
 
 void CurlHttpClient::Worker::endIdle() {
     const auto now = std::chrono::steady_clock::now();
-    std::vector<Id> late;
     for (auto& [id, running] : running_) {
         running.transfer->noteActivity(now);
-        if (running.transfer->deadline() <= now) {
-            late.push_back(id);
-        }
     }
-    for (const Id id : late) {
-        finish(id, running_.at(id).transfer->timedOut());
+    for (auto next = running_.begin(); next != running_.end();) {
+        const auto current = next++;
+        if (current->second.transfer->deadline() <= now) {
+            finish(current, resultOf([&] { return current->second.transfer->timedOut(); }));
+        }
     }
 }
 
@@ -236,15 +250,14 @@ int CurlHttpClient::Worker::millisecondsToWait() const {
     return static_cast<int>(wait.count());
 }
 
-void CurlHttpClient::Worker::finish(Id id, HttpResult result) {
-    const auto found = running_.find(id);
-    const Running ended = std::move(found->second);
-    running_.erase(found);
+void CurlHttpClient::Worker::finish(Transfers::iterator transfer, HttpResult result) {
+    const Running ended = std::move(transfer->second);
+    running_.erase(transfer);
     curl_multi_remove_handle(multi_.get(), ended.transfer->handle());
     complete(*ended.completion, std::move(result));
 }
 
-void CurlHttpClient::Worker::complete(PendingCompletion& completion, HttpResult result) const {
+void CurlHttpClient::Worker::complete(PendingCompletion& completion, HttpResult result) const noexcept {
     if (auto function = completion.take()) {
         runGuarded([&] { function(std::move(result)); }, "an HTTP completion", onEscapedError_);
     }

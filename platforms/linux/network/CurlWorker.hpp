@@ -62,20 +62,22 @@ class CurlHttpClient::Worker : public std::enable_shared_from_this<CurlHttpClien
         std::unique_ptr<CurlTransfer> transfer;
         std::shared_ptr<PendingCompletion> completion;
     };
+    using Transfers = std::map<Id, Running>;
 
     void cancel(Id id);
-    void loop();
+    /// No memory costs a request its answer, never the process its life: nothing here throws.
+    void loop() noexcept;
     /// Does what can be done without waiting. False once the process is ending.
     bool step();
     void waitForStop();
     void dropAll();
     void takeOrders();
-    void begin(Order order);
+    void begin(Order order) noexcept;
     void takeFinished();
     void endIdle();
     int millisecondsToWait() const;
-    void finish(Id id, HttpResult result);
-    void complete(PendingCompletion& completion, HttpResult result) const;
+    void finish(Transfers::iterator transfer, HttpResult result);
+    void complete(PendingCompletion& completion, HttpResult result) const noexcept;
     bool isStopping();
 
     // Constant after construction.
@@ -85,7 +87,7 @@ class CurlHttpClient::Worker : public std::enable_shared_from_this<CurlHttpClien
     std::thread thread_;  // touched by start and stop only
 
     std::unique_ptr<CURLM, CurlMultiDeleter> multi_;  // the thread's own, but for the wake-up call
-    std::map<Id, Running> running_;                   // the thread's own
+    Transfers running_;                               // the thread's own
 
     std::mutex mutex_;
     std::condition_variable stopped_;
