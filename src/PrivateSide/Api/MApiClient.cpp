@@ -127,8 +127,9 @@ MApiClient::Result<SrRecordPlaybackResponse> MApiClient::sendPlayback(
         result = co_await std::move(sending);
     }
     if (result) {
+        // Asked for only where the line is written: it is as long as the upload without the video.
         self->log_.info(LogTag::network, "Playback successfully recorded.",
-                        {{"timelineEvents", jsonText(toJson(timelineEvents))}});
+                        [&] { return AdditionalInfo{{"timelineEvents", jsonText(toJson(timelineEvents))}}; });
     } else {
         self->log_.error(LogTag::network, "Unexpected error during playback recording",
                          {{"sessionId", info.sessionId},

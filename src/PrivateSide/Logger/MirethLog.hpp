@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <concepts>
 #include <functional>
 #include <map>
 #include <memory>
@@ -9,6 +10,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "MirethVex/Platform/SystemLog.hpp"
@@ -87,6 +89,13 @@ class MirethLog {
     static MirethLog& shared();
 
     void info(LogTag logTag, const std::string& message, const AdditionalInfo& additionalInfo = {});
+    /// The same with what `makeAdditionalInfo` gives, which is asked only when the line is written.
+    template <std::invocable MakeAdditionalInfo>
+    void info(LogTag logTag, const std::string& message, MakeAdditionalInfo&& makeAdditionalInfo) {
+        if (isAllowed(logTag)) {
+            info(logTag, message, std::forward<MakeAdditionalInfo>(makeAdditionalInfo)());
+        }
+    }
     void error(LogTag logTag, const std::string& message, const AdditionalInfo& additionalInfo = {},
                bool postMessage = true);
 

@@ -99,6 +99,20 @@ TEST_F(Logger, AdditionalInfoFollowsTheMessageAfterOneSpace) {
                                            R"(SIGNAL info y ["a": "1", "b": "2"])", "LIFECYCLE error z"));
 }
 
+TEST_F(Logger, WhatALineCarriesIsAskedForOnlyWhenItIsWritten) {
+    int asked = 0;
+    const auto carried = [&asked] {
+        ++asked;
+        return AdditionalInfo{{"k", "v"}};
+    };
+    log.info(LogTag::network, "x", carried);
+    EXPECT_EQ(asked, 0);
+    log.setAllowedTags({LogTag::network});
+    log.info(LogTag::network, "x", carried);
+    EXPECT_EQ(asked, 1);
+    EXPECT_THAT(systemLines(), ElementsAre(R"(NETWORK info x ["k": "v"])"));
+}
+
 TEST_F(Logger, TheSystemLogComesBeforeTheListenersAndTheyBeforeTheRemoteLog) {
     std::vector<std::string> order;
     struct NotingPoster final : RemoteLogPoster {
