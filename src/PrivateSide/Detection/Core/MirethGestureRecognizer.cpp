@@ -57,7 +57,8 @@ void MirethGestureRecognizer::Tracker::touchBegan(const platform::Touch& touch) 
 
 void MirethGestureRecognizer::Tracker::touchMoved(const platform::Touch& touch) {
     const auto points = touchesInProgress.find(touch.identity);
-    if (points != touchesInProgress.end()) {
+    // A second point says all: it was no tap. A finger may move for hours.
+    if (points != touchesInProgress.end() && points->second.size() < 2) {
         points->second.push_back(touch.locationInWindow);
     }
 }

@@ -45,7 +45,8 @@ class MirethGestureRecognizer {
 
         MirethLog& log;
         PassthroughSubject<GestureEvent> recognizedGestureSubject;
-        /// The points seen of each touch that has begun and not ended, in window coordinates.
+        /// The first points seen of each touch that has begun and not ended, two at most, in window
+        /// coordinates.
         std::map<std::uint64_t, std::vector<Point>> touchesInProgress;
     };
 
