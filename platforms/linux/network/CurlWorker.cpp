@@ -204,7 +204,8 @@ void CurlHttpClient::Worker::begin(Order order) noexcept {
         CURL* const handle = transfer->handle();
         const auto added = running_.emplace(order.id, Running{std::move(transfer), order.completion}).first;
         if (const CURLMcode code = curl_multi_add_handle(multi_.get(), handle); code != CURLM_OK) {
-            finish(added, resultOf([&] { return added->second.transfer->failure(curl_multi_strerror(code)); }));
+            finish(added,
+                   resultOf([&] { return added->second.transfer->failure(curl_multi_strerror(code)); }));
         }
     } catch (...) {
         complete(*order.completion, std::unexpected(TransportError{"no memory"}));

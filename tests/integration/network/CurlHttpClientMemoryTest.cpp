@@ -79,7 +79,8 @@ TEST(CurlHttpClientMemory, AnAnswerThatThereIsNoMemoryForIsAFailureAndTheNextIsR
                              : std::string(emptyAnswer));
     });
     CurlHttpClient client;
-    EXPECT_EQ(errorOf(resultInScarceMemory(client, server, requestTo(server.origin() + "/long"))), "no memory");
+    EXPECT_EQ(errorOf(resultInScarceMemory(client, server, requestTo(server.origin() + "/long"))),
+              "no memory");
     EXPECT_TRUE(sendAndWait(client, requestTo(server.origin())).has_value());
 }
 
