@@ -14,8 +14,7 @@ using httplib::Headers;
 using nlohmann::json;
 
 constexpr const char* record = "/mobile-sr-ingestion/v1/sessions/record-playback";
-constexpr const char* log =
-    "/WRTarrowEngine/Ajax.php?action=ClientLog&M_BID=my-brand&M_ZoneID=my-project";
+constexpr const char* log = "/WRTarrowEngine/Ajax.php?action=ClientLog&M_BID=my-brand&M_ZoneID=my-project";
 constexpr const char* success = R"({"status":"SUCCESS"})";
 
 class Proxy : public testing::Test {
@@ -48,12 +47,12 @@ class Proxy : public testing::Test {
     }
     /// The cookie of somebody who typed the viewing token into the page.
     std::string logIn() const {
-        const auto response = page_->Post("/login",
-                                          {{"X-Mireth-Request", "1"},
-                                           {"Origin", receiver_->origin("replay.example.org")},
-                                           {"Sec-Fetch-Site", "same-origin"}},
-                                          R"({"token":")" + receiver_->viewingToken + R"("})",
-                                          "application/json");
+        const auto response =
+            page_->Post("/login",
+                        {{"X-Mireth-Request", "1"},
+                         {"Origin", receiver_->origin("replay.example.org")},
+                         {"Sec-Fetch-Site", "same-origin"}},
+                        R"({"token":")" + receiver_->viewingToken + R"("})", "application/json");
         EXPECT_EQ(response->status, 204) << response->body;
         const auto cookie = response->get_header_value("Set-Cookie");
         for (const auto* const attribute : {"; Secure", "; HttpOnly", "; SameSite=Strict"}) {
@@ -130,7 +129,8 @@ TEST_F(Proxy, ThePageAnswersToItsOwnNameOnly) {
 
 TEST_F(Proxy, MonitoringComesWithTheViewersToken) {
     EXPECT_EQ(page_->Get("/metrics")->status, 401);
-    const auto metrics = page_->Get("/metrics", Headers{{"Authorization", "Bearer " + receiver_->viewingToken}});
+    const auto metrics =
+        page_->Get("/metrics", Headers{{"Authorization", "Bearer " + receiver_->viewingToken}});
     EXPECT_EQ(metrics->status, 200);
     EXPECT_NE(metrics->body.find("mireth_receiver_disk_free_bytes"), std::string::npos);
 }
@@ -152,12 +152,13 @@ TEST_F(Proxy, NoLogOfTheProxyHoldsAToken) {
     EXPECT_EQ(uploads_->Put(underToken(record), std::string(21U << 20U, 'x'), "text/plain")->status, 413);
     // One that breaks off.
     EXPECT_FALSE(receiver_->client("sr.example.org")
-                     ->Put(underToken(record), 1'000'000,
-                           [](std::size_t, std::size_t, httplib::DataSink& sink) {
-                               sink.write("half", 4);
-                               return false;
-                           },
-                           "text/plain"));
+                     ->Put(
+                         underToken(record), 1'000'000,
+                         [](std::size_t, std::size_t, httplib::DataSink& sink) {
+                             sink.write("half", 4);
+                             return false;
+                         },
+                         "text/plain"));
     logIn();
     receiver_->killReceiver();
     EXPECT_EQ(uploads_->Get(underToken("/nothing"))->status, 502);

@@ -25,9 +25,9 @@ const Steps allSteps{"video made",    "video written", "video synced",
 class Durability : public testing::Test {
   protected:
     Durability() {
-        store_ = std::move(
-            SqliteStore::open(data_, [this] { return "v" + std::to_string(++names_); }, {}, disk_.files())
-                .value());
+        store_ = std::move(SqliteStore::open(
+                               data_, [this] { return "v" + std::to_string(++names_); }, {}, disk_.files())
+                               .value());
         test::keep(*store_, {.id = "S1"});
         disk_.takeSteps();
     }

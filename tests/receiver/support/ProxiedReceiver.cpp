@@ -70,11 +70,11 @@ ProxiedReceiver::ProxiedReceiver() : page_(fileText(MIRETH_DOCS "/operating.md")
 }
 
 void ProxiedReceiver::makeCertificate() const {
-    const auto made = runProgram(
-        {"openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes",
-         "-keyout", directory_.file("key.pem"), "-out", directory_.file("fullchain.pem"), "-days", "2",
-         "-subj", "/CN=sr.example.org", "-addext",
-         "subjectAltName=DNS:sr.example.org,DNS:*.sr.example.org,DNS:replay.example.org"});
+    const auto made =
+        runProgram({"openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256",
+                    "-nodes", "-keyout", directory_.file("key.pem"), "-out", directory_.file("fullchain.pem"),
+                    "-days", "2", "-subj", "/CN=sr.example.org", "-addext",
+                    "subjectAltName=DNS:sr.example.org,DNS:*.sr.example.org,DNS:replay.example.org"});
     require(made.status == 0, made.errors);
 }
 
@@ -122,8 +122,9 @@ void ProxiedReceiver::startNginx() {
     directory_.write("nginx.conf", "daemon off;\nmaster_process off;\npid " + directory_.file("nginx.pid") +
                                        ";\nevents {}\nhttp {\nsendfile on;\ntcp_nopush on;\ngzip on;\n" +
                                        "access_log off;\n" + temporary + site() + "}\n");
-    nginx_ = std::make_unique<Program>(std::vector<std::string>{
-        nginx, "-p", directory_.path(), "-c", directory_.file("nginx.conf"), "-e", directory_.file("nginx.log")});
+    nginx_ = std::make_unique<Program>(std::vector<std::string>{nginx, "-p", directory_.path(), "-c",
+                                                                directory_.file("nginx.conf"), "-e",
+                                                                directory_.file("nginx.log")});
     for (int i = 0; i < 200; ++i) {
         if (client("sr.example.org")->Get("/healthz")) {
             return;

@@ -1,5 +1,5 @@
-// mireth-receiver behind nginx, both run as docs/operating.md says: command line, configuration and nginx's site are
-// taken from the page, and only addresses and paths are put in their places.
+// mireth-receiver behind nginx, both run as docs/operating.md says: command line, configuration and nginx's
+// site are taken from the page, and only addresses and paths are put in their places.
 #pragma once
 
 #include <httplib.h>

@@ -103,7 +103,8 @@ int WatchedDisk::writeLog(sqlite3_file* file, const void* bytes, int count, sqli
 }
 
 int WatchedDisk::syncLog(sqlite3_file* file, int flags) {
-    return current_->begin("row synced") != 0 ? SQLITE_IOERR_FSYNC : current_->logMethods_->xSync(file, flags);
+    return current_->begin("row synced") != 0 ? SQLITE_IOERR_FSYNC
+                                              : current_->logMethods_->xSync(file, flags);
 }
 
 }  // namespace mireth::receiver::test

@@ -1,5 +1,5 @@
-// The disk under a store, watched: what is done to its files, in order, and any step of it failing. Used by the
-// tests of durability.
+// The disk under a store, watched: what is done to its files, in order, and any step of it failing. Used by
+// the tests of durability.
 #pragma once
 
 #include <sqlite3.h>
@@ -14,8 +14,8 @@
 namespace mireth::receiver::test {
 
 /// Steps are "video made", "video written", "video synced", "folder synced", "video removed", and, of the
-/// write-ahead log of every database that is opened as long as this object lives, "row written" and "row synced".
-/// One at a time; one thread at a time.
+/// write-ahead log of every database that is opened as long as this object lives, "row written" and "row
+/// synced". One at a time; one thread at a time.
 class WatchedDisk {
   public:
     WatchedDisk();

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "support/MemoryBytes.hpp"
 #include "support/Mp4Builder.hpp"
 
