@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <fstream>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -185,6 +186,12 @@ TEST(CurlHttpClientTls, AnAuthoritiesFileThatCannotBeUsedStopsEveryRequest) {
     CurlHttpClient wrong(trusting(certificate.key()));
     EXPECT_TRUE(contains(errorOf(sendAndWait(wrong, requestTo(server.url("localhost")))),
                          "there is no certificate in it"));
+    const TemporaryDirectory directory;
+    const auto file = directory / "damaged.pem";
+    std::ofstream(file) << "-----BEGIN CERTIFICATE-----\nMIIBogus\n-----END CERTIFICATE-----\n";
+    CurlHttpClient damaged(trusting(file));
+    EXPECT_TRUE(contains(errorOf(sendAndWait(damaged, requestTo(server.url("localhost")))),
+                         "a certificate in it is damaged"));
 }
 
 TEST(CurlHttpClientTls, AConnectionThatWasResetMeanwhileIsReplaced) {
