@@ -52,6 +52,8 @@ TEST(Options, WhatIsUnusableEndsWithStatusOneAndOneLine) {
                                                                  {"a.json", "--allow-tags", "ghost"},
                                                                  {"a.json", "--sr-endpoint", ""},
                                                                  {"a.json", "--caches", ""},
+                                                                 {"a.json", "--dump-frames", ""},
+                                                                 {""},
                                                                  {"a.json", "--ca-file", "/nowhere"}}) {
         const auto result = read(bad);
         ASSERT_TRUE(std::holds_alternative<EarlyEnd>(result));
@@ -60,6 +62,69 @@ TEST(Options, WhatIsUnusableEndsWithStatusOneAndOneLine) {
         EXPECT_THAT(end.text, StartsWith("mireth-phone: "));
         EXPECT_EQ(end.text.find('\n'), end.text.size() - 1);
     }
+}
+
+/// The one line that `arguments` end with.
+std::string complaintAbout(std::vector<const char*> arguments) {
+    const auto result = read(std::move(arguments));
+    const auto* end = std::get_if<EarlyEnd>(&result);
+    return end == nullptr ? "" : end->text;
+}
+
+TEST(Options, AComplaintQuotesTheValueAndSaysTheRange) {
+    for (const char* bad : {"fast", "0", "-1", "1e7", ""}) {
+        EXPECT_EQ(
+            complaintAbout({"a.json", "--speed", bad}),
+            std::string("mireth-phone: --speed: must be real, max or a number above 0 and up to 1000000, "
+                        "not \"") +
+                bad + "\"\n");
+    }
+    for (const char* bad : {"-1", "x", "", "1.5", "18446744073709551616", "100000000000000000000000"}) {
+        EXPECT_EQ(complaintAbout({"a.json", "--seed", bad}),
+                  std::string("mireth-phone: --seed: must be a whole number from 0 to 18446744073709551615, "
+                              "not \"") +
+                      bad + "\"\n");
+    }
+    EXPECT_EQ(std::get<Options>(read({"a.json", "--seed", "18446744073709551615"})).seed, UINT64_MAX);
+    EXPECT_EQ(complaintAbout({"a.json", "--allow-tags", "network,no\nthing"}),
+              "mireth-phone: --allow-tags: there is no tag \"no?thing\"\n");
+}
+
+TEST(Options, AValueThatIsMissingOrTooMuchIsSaidSo) {
+    EXPECT_EQ(complaintAbout({"a.json", "--speed"}), "mireth-phone: --speed: needs a value, real|max|N\n");
+    EXPECT_EQ(complaintAbout({"a.json", "--caches"}), "mireth-phone: --caches: needs a value, DIR\n");
+    EXPECT_EQ(complaintAbout({"a.json", "--plain=3"}), "mireth-phone: --plain: takes no value\n");
+}
+
+TEST(Options, AMisspeltOptionIsNamedBeforeAMissingScenario) {
+    EXPECT_THAT(complaintAbout({"-x"}), HasSubstr("-x"));
+    EXPECT_EQ(complaintAbout({}), "mireth-phone: scenario is required\n");
+}
+
+TEST(Options, AnEndpointIsABaseUrl) {
+    for (const char* option : {"--sr-endpoint", "--kelda-endpoint"}) {
+        EXPECT_EQ(complaintAbout({"a.json", option, "http://127.0.0.1:8080/"}),
+                  std::string("mireth-phone: ") + option +
+                      ": \"http://127.0.0.1:8080/\" must not end in a slash\n");
+        EXPECT_THAT(complaintAbout({"a.json", option, "notaurl"}), HasSubstr("\"notaurl\" is no URL"));
+        EXPECT_EQ(complaintAbout({"a.json", option, "https://sr.example.org/t/TOKEN"}), "");
+        EXPECT_EQ(complaintAbout({"a.json", option, "http://sr.example.org"}), "");
+        EXPECT_THAT(complaintAbout({"a.json", option, "ftp://sr.example.org"}),
+                    HasSubstr("ftp://sr.example.org"));
+    }
+}
+
+TEST(Options, AnAuthoritysFileIsReadAtOnce) {
+    EXPECT_EQ(
+        complaintAbout({"a.json", "--ca-file", "/nowhere"}),
+        "mireth-phone: --ca-file: cannot read the authorities in '/nowhere': No such file or directory\n");
+    EXPECT_THAT(complaintAbout({"a.json", "--ca-file", "/etc/hostname"}),
+                HasSubstr("'/etc/hostname': there is no certificate in it"));
+}
+
+TEST(Options, WhenAnOptionIsGivenTwiceTheLastOneCounts) {
+    const auto options = std::get<Options>(read({"a.json", "--caches", "b", "--caches", "c"}));
+    EXPECT_EQ(options.caches, "c");
 }
 
 TEST(Options, HelpIsNoError) {
