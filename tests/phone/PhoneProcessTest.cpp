@@ -176,6 +176,12 @@ TEST_F(PhoneProcess, PlainPrintsResultsForPeople) {
     EXPECT_EQ(outcome.out.find('{'), std::string::npos);
 }
 
+TEST_F(PhoneProcess, PlainShowsWhatWentWrongOnStandardError) {
+    const auto outcome = play(example("background"), {"--plain", "--kelda-endpoint", "http://127.0.0.1:1"});
+    EXPECT_THAT(outcome.error, HasSubstr("    0.000 s  error in NETWORK: "));
+    EXPECT_EQ(outcome.out.find("error in"), std::string::npos);
+}
+
 TEST_F(PhoneProcess, DumpsEveryCapturedImage) {
     const auto frames = folder.path() / "frames";
     const auto outcome = play(example("background"), {"--dump-frames", frames.string()});
@@ -208,7 +214,20 @@ TEST_F(PhoneProcess, DumpsEachImageOnceWhilePausedAndAfterAResizeToo) {
 TEST_F(PhoneProcess, AFolderForFramesThatCannotBeMadeIsAnError) {
     const auto outcome = play(example("background"), {"--dump-frames", "/proc/nowhere"});
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.error, HasSubstr("the folder /proc/nowhere cannot be made"));
+    EXPECT_THAT(outcome.error,
+                StartsWith("mireth-phone: --dump-frames: the folder /proc/nowhere cannot be made: "));
+}
+
+TEST_F(PhoneProcess, ACachesDirectoryThatCannotBeUsedIsAnErrorBeforeTheScriptBegins) {
+    const auto file = written("a file");
+    for (const std::string& caches : {std::string("/proc/nope"), file}) {
+        const auto outcome = play(example("background"), {"--caches", caches});
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_THAT(outcome.out, IsEmpty());
+        EXPECT_THAT(outcome.error,
+                    StartsWith("mireth-phone: --caches: cannot create the directory '" + caches + "': "));
+    }
+    EXPECT_EQ(service.requests().size(), 0U);
 }
 
 TEST_F(PhoneProcess, ASessionLeftRunningIsSaidSo) {

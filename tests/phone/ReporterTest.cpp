@@ -63,15 +63,31 @@ TEST(JsonReporter, LogLinesAndTheEnd) {
               "\n");
 }
 
+std::unique_ptr<Reporter> plainWithoutErrors(std::FILE* out) {
+    return makePlainReporter(out, stderr);
+}
+
+std::unique_ptr<Reporter> plainErrors(std::FILE* errors) {
+    return makePlainReporter(stdout, errors);
+}
+
 TEST(PlainReporter, ShowsResultsOnlyOneToALine) {
-    const auto lines = printed(makePlainReporter, [](Reporter& reporter) {
-        reporter.log(0s, LogTag::lifecycle, LogLevel::error, "not shown");
+    const auto lines = printed(plainWithoutErrors, [](Reporter& reporter) {
+        reporter.log(0s, LogTag::lifecycle, LogLevel::info, "not shown");
         reporter.answer(1500ms, CallAnswer::of("stopRecording", SessionCloseResult::fail("two\nlines")));
         reporter.end(31s, true, "started");
     });
     EXPECT_EQ(lines,
               "    1.500 s  stopRecording: fail. two lines\n"
               "   31.000 s  end: started, a session is left running\n");
+}
+
+TEST(PlainReporter, ShowsErrorLinesBesideTheResultsAndNoOthers) {
+    const auto lines = printed(plainErrors, [](Reporter& reporter) {
+        reporter.log(0s, LogTag::lifecycle, LogLevel::info, "not shown");
+        reporter.log(10500ms, LogTag::playback, LogLevel::error, "Failed to create chunk\nof 20 frames");
+    });
+    EXPECT_EQ(lines, "   10.500 s  error in PLAYBACK: Failed to create chunk of 20 frames\n");
 }
 
 }  // namespace

@@ -7,8 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include "phone/OptionError.hpp"
 #include "phone/PngFile.hpp"
-#include "phone/ScenarioError.hpp"
 
 namespace mireth::phone {
 
@@ -56,8 +56,8 @@ FrameDump::FrameDump(std::shared_ptr<platform::Graphics> inner, std::filesystem:
     std::error_code error;
     std::filesystem::create_directories(folder_->path, error);
     if (error || !std::filesystem::is_directory(folder_->path, error)) {
-        throw ScenarioError("", "the folder " + folder_->path.string() + " cannot be made" +
-                                    (error ? ": " + error.message() : ""));
+        throw OptionError("--dump-frames", "the folder " + folder_->path.string() + " cannot be made" +
+                                               (error ? ": " + error.message() : ""));
     }
 }
 

@@ -13,7 +13,7 @@ namespace mireth::phone {
 /// left out here too. Any thread, as the graphics it wraps.
 class FrameDump final : public platform::Graphics {
   public:
-    /// `folder` is made when it is missing. Throws ScenarioError when it cannot be.
+    /// `folder` is made when it is missing. Throws OptionError when it cannot be.
     FrameDump(std::shared_ptr<platform::Graphics> inner, std::filesystem::path folder);
 
     std::unique_ptr<platform::ImageRenderer> makeImageRenderer(Size size,

@@ -3,11 +3,14 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "MirethVex/Headless/HeadlessPlatform.hpp"
 #include "MirethVex/Linux/LinuxPlatform.hpp"
 #include "phone/FrameDump.hpp"
+#include "phone/OptionError.hpp"
 #include "phone/ProgressLine.hpp"
 #include "phone/Reporter.hpp"
 #include "phone/Scenario.hpp"
@@ -28,8 +31,24 @@ platform::PlatformServices makeRealParts(const Options& options) {
     return platform::LinuxPlatform(std::move(parts)).services();
 }
 
+/// Without the directory a session would run and deliver nothing. What is in it is the library's business.
+void requireCaches(platform::FileManager& files) {
+    const auto caches = files.userCachesDirectory();
+    if (!caches) {
+        throw OptionError("--caches", caches.error().description);
+    }
+    std::error_code unknown;
+    if (std::filesystem::is_directory(*caches, unknown)) {
+        return;
+    }
+    if (const auto made = files.createDirectory(*caches); !made) {
+        throw OptionError("--caches", made.error().description);
+    }
+}
+
 headless::HeadlessOptions describePhone(const Options& options, const Scenario& scenario) {
     const auto real = makeRealParts(options);
+    requireCaches(*real.files);
     headless::HeadlessOptions phone;
     phone.pace = options.pace;
     phone.epochMillis = scenario.epochMillis;
@@ -77,7 +96,7 @@ int runPhone(const Options& options, const LibraryMaker& makeLibrary) {
     const auto library = makeLibrary(phone.services());
     // The library keeps its listener for good, and may log while it is taken down.
     const std::shared_ptr<Reporter> reporter =
-        options.plain ? makePlainReporter(stdout) : makeJsonReporter(stdout);
+        options.plain ? makePlainReporter(stdout, stderr) : makeJsonReporter(stdout);
     library->addLogListener([weak = std::weak_ptr(reporter), queue = std::weak_ptr(phone.sharedQueue())](
                                 LogTag tag, LogLevel level, const std::string& line) {
         const auto receiver = weak.lock();

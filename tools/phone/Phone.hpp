@@ -14,7 +14,7 @@ namespace mireth::phone {
 using LibraryMaker = std::function<std::unique_ptr<RecordedLibrary>(platform::PlatformServices)>;
 
 /// The exit status: 0, or 2 when the library answered otherwise than a step expects. Throws ScenarioError,
-/// and std::exception for what the system refuses.
+/// OptionError, and std::exception for what the system refuses.
 int runPhone(const Options& options, const LibraryMaker& makeLibrary);
 
 }  // namespace mireth::phone

@@ -92,7 +92,7 @@ std::string clockText(Instant at) {
 
 class PlainReporter final : public Reporter {
   public:
-    explicit PlainReporter(std::FILE* out) : lines_(out) {}
+    PlainReporter(std::FILE* out, std::FILE* errors) : lines_(out), errors_(errors) {}
 
     void answer(Instant at, const CallAnswer& answer) override {
         std::string line = clockText(at) + answer.call + ": " + answer.result;
@@ -105,7 +105,11 @@ class PlainReporter final : public Reporter {
         lines_.write(onOneLine(std::move(line)));
     }
 
-    void log(Instant, LogTag, LogLevel, const std::string&) override {}
+    void log(Instant at, LogTag tag, LogLevel level, const std::string& text) override {
+        if (level == LogLevel::error) {
+            errors_.write(onOneLine(clockText(at) + "error in " + std::string(key(tag)) + ": " + text));
+        }
+    }
 
     void end(Instant at, bool hasActiveSession, const std::string& state) override {
         lines_.write(clockText(at) + "end: " + state +
@@ -114,6 +118,7 @@ class PlainReporter final : public Reporter {
 
   private:
     LineWriter lines_;
+    LineWriter errors_;
 };
 
 }  // namespace
@@ -145,8 +150,8 @@ std::unique_ptr<Reporter> makeJsonReporter(std::FILE* out) {
     return std::make_unique<JsonReporter>(out);
 }
 
-std::unique_ptr<Reporter> makePlainReporter(std::FILE* out) {
-    return std::make_unique<PlainReporter>(out);
+std::unique_ptr<Reporter> makePlainReporter(std::FILE* out, std::FILE* errors) {
+    return std::make_unique<PlainReporter>(out, errors);
 }
 
 }  // namespace mireth::phone

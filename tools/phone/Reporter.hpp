@@ -47,7 +47,7 @@ class Reporter {
 
 /// One JSON object a line. `out` outlives it.
 std::unique_ptr<Reporter> makeJsonReporter(std::FILE* out);
-/// Results only, as text for people.
-std::unique_ptr<Reporter> makePlainReporter(std::FILE* out);
+/// Results only, as text for people; error lines of the log go to `errors`, which outlives it too.
+std::unique_ptr<Reporter> makePlainReporter(std::FILE* out, std::FILE* errors);
 
 }  // namespace mireth::phone
