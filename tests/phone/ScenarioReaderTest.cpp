@@ -97,6 +97,15 @@ TEST(ScenarioReader, StepsAreReadWithTheirTimesAndExpectations) {
     EXPECT_EQ(change.detectionType, ScreenDetectionType::automatic);
 }
 
+TEST(ScenarioReader, ASetWithoutValuesAndAnyTextAsVendorIdAreTaken) {
+    const Scenario scenario = parseScenario(
+        R"({"device":{"vendorId":"x"},"screens":[{"name":"Home","views":[{"id":"v","frame":[0,0,1,1]}]}],
+            "steps":[{"at":0,"set":"v"}]})",
+        "");
+    EXPECT_EQ(scenario.device.identifierForVendor, "x");
+    EXPECT_EQ(std::get<SetStep>(scenario.steps[0].action).id, "v");
+}
+
 TEST(ScenarioReader, TouchesHaveTheirDefaults) {
     const Scenario scenario = parseScenario(R"({"screens":[{"name":"Home"}],"steps":[
         {"at":0,"tap":[1,-2.5]},{"at":0,"tap":[1,2],"times":4,"interval":0.2},

@@ -33,7 +33,7 @@ std::chrono::nanoseconds toNanoseconds(double seconds) {
 
 void requireTrue(const JsonNode& node) {
     if (!node.boolean()) {
-        node.fail("must be true");
+        node.failOtherwise("true");
     }
 }
 

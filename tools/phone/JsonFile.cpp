@@ -9,8 +9,10 @@
 #include <nlohmann/json.hpp>
 #include <set>
 #include <system_error>
+#include <utility>
 #include <vector>
 
+#include "phone/JsonPath.hpp"
 #include "phone/ScenarioError.hpp"
 
 namespace mireth::phone {
@@ -62,26 +64,68 @@ class OpenFile {
 
 using Json = nlohmann::ordered_json;
 
-/// Sees every value while it is parsed.
+/// Sees every value while it is parsed, and knows where it stands.
 class ParseGuard {
   public:
     bool operator()(int depth, Json::parse_event_t event, const Json& parsed) {
         if (depth > maximumJsonDepth) {
             throw ScenarioError("", "is nested more than " + std::to_string(maximumJsonDepth) + " deep");
         }
-        if (event == Json::parse_event_t::object_start) {
-            keys_.emplace_back();
-        } else if (event == Json::parse_event_t::object_end) {
-            keys_.pop_back();
-        } else if (event == Json::parse_event_t::key &&
-                   !keys_.back().insert(parsed.get<std::string>()).second) {
-            throw ScenarioError("", "has the key \"" + parsed.get<std::string>() + "\" twice in one object");
+        switch (event) {
+            case Json::parse_event_t::key:
+                enterMember(parsed.get<std::string>());
+                break;
+            case Json::parse_event_t::value:
+                enterElement();
+                break;
+            case Json::parse_event_t::object_start:
+            case Json::parse_event_t::array_start:
+                enterElement();
+                open_.emplace_back().isList = event == Json::parse_event_t::array_start;
+                break;
+            case Json::parse_event_t::object_end:
+            case Json::parse_event_t::array_end:
+                open_.pop_back();
+                break;
         }
         return true;
     }
 
   private:
-    std::vector<std::set<std::string>> keys_;
+    /// An object or a list that has begun and not ended.
+    struct Open {
+        bool isList = false;
+        std::set<std::string> keys;
+        /// Of what is being parsed in it.
+        std::string key;
+        std::size_t index = 0;
+        bool isFresh = true;
+    };
+
+    void enterMember(const std::string& key) {
+        auto& object = open_.back();
+        if (!object.keys.insert(key).second) {
+            throw ScenarioError(placeOfInnermost(), "has the key " + quotedText(key) + " twice");
+        }
+        object.key = key;
+    }
+
+    void enterElement() {
+        if (!open_.empty() && open_.back().isList && !std::exchange(open_.back().isFresh, false)) {
+            ++open_.back().index;
+        }
+    }
+
+    std::string placeOfInnermost() const {
+        std::string place = "$";
+        for (std::size_t level = 0; level + 1 < open_.size(); ++level) {
+            const auto& outer = open_[level];
+            place = outer.isList ? elementPath(place, outer.index) : memberPath(place, outer.key);
+        }
+        return place;
+    }
+
+    std::vector<Open> open_;
 };
 
 /// The library puts its own name and number in brackets in front.

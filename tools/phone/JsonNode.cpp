@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "phone/JsonPath.hpp"
 #include "phone/ScenarioError.hpp"
 
 namespace mireth::phone {
@@ -11,23 +12,8 @@ namespace mireth::phone {
 namespace {
 
 std::string shortNumber(double value) {
-    return nlohmann::json(value).dump();
-}
-
-std::string range(double lowest, double highest) {
-    return "must be a number from " + shortNumber(lowest) + " to " + shortNumber(highest);
-}
-
-bool isPlainWord(std::string_view key) {
-    return std::ranges::all_of(key, [](char character) {
-        return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-               (character >= '0' && character <= '9') || character == '_';
-    });
-}
-
-/// A key as text of one line, whatever is in it.
-std::string quotedKey(std::string_view key) {
-    return nlohmann::json(key.substr(0, 80)).dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);
+    const std::string text = nlohmann::json(value).dump();
+    return text.ends_with(".0") ? text.substr(0, text.size() - 2) : text;
 }
 
 bool isControl(char character) {
@@ -40,6 +26,20 @@ void JsonNode::fail(const std::string& why) const {
     throw ScenarioError(path_, why);
 }
 
+void JsonNode::failOtherwise(const std::string& what) const {
+    fail("must be " + what + ", not " + shown());
+}
+
+std::string JsonNode::shown() const {
+    if (value_->is_string()) {
+        return quotedText(value_->get_ref<const std::string&>());
+    }
+    if (value_->is_object()) {
+        return "an object";
+    }
+    return value_->is_array() ? "a list" : value_->dump();
+}
+
 bool JsonNode::isNull() const {
     return value_->is_null();
 }
@@ -49,38 +49,33 @@ bool JsonNode::isText() const {
 }
 
 double JsonNode::number(double lowest, double highest) const {
-    if (!value_->is_number()) {
-        fail(range(lowest, highest));
+    const auto isWithin = [&](double value) { return value >= lowest && value <= highest; };
+    if (!value_->is_number() || !isWithin(value_->get<double>())) {
+        failOtherwise("a number from " + shortNumber(lowest) + " to " + shortNumber(highest));
     }
-    const auto value = value_->get<double>();
-    if (!(value >= lowest && value <= highest)) {
-        fail(range(lowest, highest));
-    }
-    return value;
+    return value_->get<double>();
 }
 
 std::int64_t JsonNode::integer(std::int64_t lowest, std::int64_t highest) const {
-    const std::string complaint =
-        "must be a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest);
     const bool fits = value_->is_number_unsigned()
                           ? std::cmp_less_equal(value_->get<std::uint64_t>(), highest)
                           : value_->is_number_integer();
     if (!fits || value_->get<std::int64_t>() < lowest || value_->get<std::int64_t>() > highest) {
-        fail(complaint);
+        failOtherwise("a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest));
     }
     return value_->get<std::int64_t>();
 }
 
 bool JsonNode::boolean() const {
     if (!value_->is_boolean()) {
-        fail("must be true or false");
+        failOtherwise("true or false");
     }
     return value_->get<bool>();
 }
 
 std::string JsonNode::text(std::size_t maximumBytes) const {
     if (!value_->is_string()) {
-        fail("must be a text");
+        failOtherwise("a text");
     }
     auto value = value_->get<std::string>();
     if (value.size() > maximumBytes) {
@@ -114,12 +109,12 @@ std::size_t JsonNode::choice(std::span<const std::string_view> choices) const {
     for (const auto& one : choices) {
         list += (list.empty() ? "\"" : ", \"") + std::string(one) + "\"";
     }
-    fail("must be one of " + list);
+    failOtherwise("one of " + list);
 }
 
 std::vector<JsonNode> JsonNode::elements(std::size_t fewest, std::size_t most) const {
     if (!value_->is_array()) {
-        fail("must be a list");
+        failOtherwise("a list");
     }
     if (value_->size() < fewest || value_->size() > most) {
         const std::string count =
@@ -129,7 +124,7 @@ std::vector<JsonNode> JsonNode::elements(std::size_t fewest, std::size_t most) c
     std::vector<JsonNode> nodes;
     nodes.reserve(value_->size());
     for (std::size_t index = 0; index < value_->size(); ++index) {
-        nodes.emplace_back((*value_)[index], path_ + "[" + std::to_string(index) + "]");
+        nodes.emplace_back((*value_)[index], elementPath(path_, index));
     }
     return nodes;
 }
@@ -144,7 +139,7 @@ std::vector<double> JsonNode::numbers(std::size_t count, double lowest, double h
 
 void JsonNode::requireObject() const {
     if (!value_->is_object()) {
-        fail("must be an object");
+        failOtherwise("an object");
     }
 }
 
@@ -154,7 +149,7 @@ void JsonNode::requireKeys(std::span<const std::string_view> known,
     for (const auto& item : value_->items()) {
         const auto is = [&item](std::string_view key) { return key == item.key(); };
         if (std::ranges::none_of(known, is) && std::ranges::none_of(alsoKnown, is)) {
-            fail("has an unknown key " + quotedKey(item.key()));
+            fail("has an unknown key " + quotedText(item.key()));
         }
     }
 }
@@ -162,7 +157,7 @@ void JsonNode::requireKeys(std::span<const std::string_view> known,
 std::optional<JsonNode> JsonNode::find(std::string_view key) const {
     requireObject();
     const auto found = value_->find(std::string(key));
-    return found == value_->end() ? std::nullopt : std::optional(member(key, *found));
+    return found == value_->end() ? std::nullopt : std::optional(JsonNode(*found, memberPath(path_, key)));
 }
 
 JsonNode JsonNode::at(std::string_view key) const {
@@ -180,13 +175,9 @@ std::vector<std::pair<std::string, JsonNode>> JsonNode::members(std::size_t most
     }
     std::vector<std::pair<std::string, JsonNode>> nodes;
     for (const auto& item : value_->items()) {
-        nodes.emplace_back(item.key(), member(item.key(), item.value()));
+        nodes.emplace_back(item.key(), JsonNode(item.value(), memberPath(path_, item.key())));
     }
     return nodes;
-}
-
-JsonNode JsonNode::member(std::string_view key, const nlohmann::ordered_json& value) const {
-    return JsonNode(value, path_ + (isPlainWord(key) ? "." + std::string(key) : "[" + quotedKey(key) + "]"));
 }
 
 }  // namespace mireth::phone

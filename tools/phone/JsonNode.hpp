@@ -21,6 +21,8 @@ class JsonNode {
         : value_(&value), path_(std::move(path)) {}
 
     [[noreturn]] void fail(const std::string& why) const;
+    /// Says what it must be, and what stands there instead.
+    [[noreturn]] void failOtherwise(const std::string& what) const;
     const std::string& path() const noexcept { return path_; }
 
     bool isNull() const;
@@ -32,6 +34,8 @@ class JsonNode {
     std::string text(std::size_t maximumBytes = 10'000) const;
     /// Text that is not empty and has no control characters: names, identifiers, paths.
     std::string name() const;
+    /// What stands there, as it may be quoted in a complaint: `"a text"`, `12`, `a list`.
+    std::string shown() const;
     /// One of `choices`; its index.
     std::size_t choice(std::span<const std::string_view> choices) const;
 
@@ -47,7 +51,6 @@ class JsonNode {
     std::vector<std::pair<std::string, JsonNode>> members(std::size_t most) const;
 
   private:
-    JsonNode member(std::string_view key, const nlohmann::ordered_json& value) const;
     void requireObject() const;
 
     const nlohmann::ordered_json* value_;

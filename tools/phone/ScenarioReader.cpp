@@ -6,6 +6,7 @@
 #include "phone/ActionReader.hpp"
 #include "phone/JsonFile.hpp"
 #include "phone/JsonNode.hpp"
+#include "phone/JsonPath.hpp"
 #include "phone/KnownNames.hpp"
 #include "phone/Scenario.hpp"
 #include "phone/ScenarioError.hpp"
@@ -108,12 +109,13 @@ void readViewClasses(Scenario& scenario, const JsonNode& list) {
         node.requireKeys(keys);
         ViewClassSpec viewClass{node.at("name").name(), "View"};
         if (isKnownClass(scenario, viewClass.name) || viewClass.name == "ViewController") {
-            node.at("name").fail("is the name of another class");
+            node.at("name").fail("is the name of another class: " + quotedText(viewClass.name));
         }
         if (const auto superclass = node.find("superclass")) {
             viewClass.superclass = superclass->name();
             if (!isKnownClass(scenario, viewClass.superclass)) {
-                superclass->fail("names no class that is known here; a superclass comes first");
+                superclass->fail("names no class that is known here: " + superclass->shown() +
+                                 "; a superclass comes first");
             }
         }
         scenario.viewClasses.push_back(std::move(viewClass));
@@ -129,7 +131,7 @@ void readConfiguration(Scenario& scenario, const JsonNode& node) {
     if (const auto list = node.find("additionalViewTypesToMask")) {
         for (const auto& name : list->elements(0, 1000)) {
             if (!isKnownClass(scenario, name.name())) {
-                name.fail("names no class of views");
+                name.fail("names no class of views: " + name.shown());
             }
             scenario.additionalViewTypesToMask.push_back(name.name());
         }
@@ -139,7 +141,8 @@ void readConfiguration(Scenario& scenario, const JsonNode& node) {
 void requireKnownClasses(const Scenario& scenario, const std::vector<ViewSpec>& views) {
     for (const auto& view : views) {
         if (view.viewClass == "Window" || !isKnownClass(scenario, view.viewClass)) {
-            throw ScenarioError(view.path + ".class", "names no class of views");
+            throw ScenarioError(view.path + ".class",
+                                "names no class of views: " + quotedText(view.viewClass));
         }
         requireKnownClasses(scenario, view.subviews);
     }
@@ -154,7 +157,7 @@ std::set<std::string> readScreens(Scenario& scenario, const JsonNode& list, View
         screen.path = node.path();
         screen.name = node.at("name").name();
         if (!names.insert(screen.name).second) {
-            node.at("name").fail("is the name of another screen, too");
+            node.at("name").fail("is the name of another screen, too: " + quotedText(screen.name));
         }
         if (const auto background = node.find("background")) {
             screen.background = readColor(*background);

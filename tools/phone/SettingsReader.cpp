@@ -10,11 +10,9 @@ namespace {
 constexpr double farthest = 100'000;
 
 Rect readFrame(const JsonNode& node) {
-    const auto values = node.numbers(4, -farthest, farthest);
-    if (values[2] < 0 || values[3] < 0) {
-        node.fail("must not have a negative width or height");
-    }
-    return {values[0], values[1], values[2], values[3]};
+    const auto parts = node.elements(4, 4);
+    return {parts[0].number(-farthest, farthest), parts[1].number(-farthest, farthest),
+            parts[2].number(0, farthest), parts[3].number(0, farthest)};
 }
 
 Border readBorder(const JsonNode& node) {
@@ -83,17 +81,17 @@ int hexDigit(char character) {
 }  // namespace
 
 Color readColor(const JsonNode& node) {
-    static const std::string complaint = R"(must be a colour such as "#3366ff" or "#3366ff80")";
+    static const std::string colour = R"(a colour such as "#3366ff" or "#3366ff80")";
     const std::string text = node.isText() ? node.text() : std::string();
     if ((text.size() != 7 && text.size() != 9) || text[0] != '#') {
-        node.fail(complaint);
+        node.failOtherwise(colour);
     }
     std::array<double, 4> channels{0, 0, 0, 1};
     for (std::size_t index = 1; index < text.size(); index += 2) {
         const int high = hexDigit(text[index]);
         const int low = hexDigit(text[index + 1]);
         if (high < 0 || low < 0) {
-            node.fail(complaint);
+            node.failOtherwise(colour);
         }
         channels.at(index / 2) = (high * 16 + low) / 255.0;
     }
@@ -107,7 +105,7 @@ ImageSource SettingsReader::readImage(const JsonNode& node) const {
     }
     const std::filesystem::path path(text);
     if (path.is_absolute()) {
-        node.fail("must be a path relative to the scenario file");
+        node.failOtherwise("a path relative to the scenario file");
     }
     return folder_ / path;
 }

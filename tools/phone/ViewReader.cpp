@@ -44,7 +44,7 @@ ViewSpec ViewReader::readView(const JsonNode& node) {
     if (const auto id = node.find("id")) {
         view.id = id->name();
         if (!ids_.insert(view.id).second) {
-            id->fail("is used by another view, too");
+            id->fail("is used by another view, too: " + id->shown());
         }
     }
     if (const auto viewClass = node.find("class")) {
