@@ -35,8 +35,11 @@ TEST(Tokens, AreLongAndNeedNoEscape) {
         ASSERT_FALSE(token) << text;
         EXPECT_EQ(token.error().find(directory.file("t") + ": "), 0U) << token.error();
     }
-    EXPECT_FALSE(readToken(directory.file("none")));
-    EXPECT_FALSE(readToken(directory.path()));
+    EXPECT_EQ(readToken(directory.file("none")).error(),
+              directory.file("none") + ": cannot be read: No such file or directory");
+    EXPECT_EQ(readToken(directory.path()).error(), directory.path() + ": cannot be read: Is a directory");
+    EXPECT_EQ(readToken(directory.write("t", std::string(257, 'a'))).error(),
+              directory.file("t") + ": cannot be read: it is longer than 256 bytes");
 }
 
 TEST(ViewersTest, OfTooManyTheFirstHasToLogInAgain) {

@@ -32,7 +32,9 @@ TEST(JsonText, BracketsInStringsDoNotCount) {
 
 TEST(JsonText, RefusesARepeatedKeyAtAnyDepth) {
     EXPECT_EQ(parseJson(R"([{"a":{"b":1,"b":2}}])", {.bytes = 100}).error(),
-              "the key \"b\" stands twice in one object");
+              "the key \"b\" stands twice in one object, in [0].a");
+    EXPECT_EQ(parseJson(R"({"a":[[],1,{"b":[{}],"c":1,"c":2}]})", {.bytes = 100}).error(),
+              "the key \"c\" stands twice in one object, in a[2]");
     EXPECT_TRUE(parseJson(R"([{"a":1},{"a":1}])", {.bytes = 100}));
 }
 

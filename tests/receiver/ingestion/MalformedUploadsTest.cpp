@@ -56,7 +56,7 @@ std::vector<Malformed> malformedUploads() {
                  "Content-Disposition: form-data; name=\"chunk[playback]\"; filename=\"a\"\r\nContent-Type: "
                  "text/html";
          }},
-        {"BrokenInfo", "the chunk information is not JSON at byte 2", info("{")},
+        {"BrokenInfo", "the chunk information is not JSON at line 1, column 2", info("{")},
         {"InfoBomb", "the chunk information is nested deeper than 16 levels", info(std::string(10'000, '['))},
         {"EmptyInfo", "the chunk information: \"brandId\" must be a string", info("{}")},
         {"InfoIsAList", "the chunk information: not a JSON object", info("[]")},
@@ -74,7 +74,7 @@ std::vector<Malformed> malformedUploads() {
              auto& text = u.parts[1].content;
              text.replace(text.find("chunkNumber\":0"), 14, "chunkNumber\":\"0\"");
          }},
-        {"BrokenTimeline", "the timeline is not JSON at byte 2",
+        {"BrokenTimeline", "the timeline is not JSON at line 1, column 2",
          [](Upload& u, const auto&) { u.parts[0] = jsonPart("timeline", "[,]"); }},
         {"TimelineOfAnotherChunk", "timeline event 0: \"chunkNumber\" is not the chunk's, 0",
          [](Upload& u, const auto&) { u.parts[0] = jsonPart("timeline", timelineJson(1)); }},

@@ -38,7 +38,7 @@ TEST(TimelineValidator, TakesAnEmptyTimelineAndNegativeTimes) {
 }
 
 TEST(TimelineValidator, RefusesWhatIsNoListOfEvents) {
-    EXPECT_EQ(errorOf(""), "the timeline is not JSON at byte 1");
+    EXPECT_EQ(errorOf(""), "the timeline is not JSON at line 1, column 1");
     EXPECT_EQ(errorOf("{}"), "the timeline is not an array of at most 50000 events");
     EXPECT_EQ(errorOf("[1]"), "timeline event 0: it is not an object");
     EXPECT_EQ(errorOf(std::string(100, '[') + std::string(100, ']')),

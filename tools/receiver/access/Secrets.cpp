@@ -5,8 +5,9 @@
 #include <openssl/evp.h>
 
 #include <algorithm>
-#include <fstream>
 #include <stdexcept>
+
+#include "base/SmallFile.hpp"
 
 namespace mireth::receiver {
 namespace {
@@ -34,17 +35,15 @@ bool sameSecret(std::string_view a, std::string_view b) {
 }
 
 std::expected<std::string, std::string> readToken(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::string token(256, '\0');
-    file.read(token.data(), static_cast<std::streamsize>(token.size()));
-    if (!file.eof()) {
-        return std::unexpected(path + ": cannot be read, or is too long for a token");
+    constexpr std::size_t longestFile = 256;
+    auto token = readSmallFile(path, longestFile);
+    if (!token) {
+        return token;
     }
-    token.resize(static_cast<std::size_t>(file.gcount()));
-    while (token.ends_with('\n') || token.ends_with('\r')) {
-        token.pop_back();
+    while (token->ends_with('\n') || token->ends_with('\r')) {
+        token->pop_back();
     }
-    if (token.size() < 20 || token.size() > 128 || !std::ranges::all_of(token, isTokenCharacter)) {
+    if (token->size() < 20 || token->size() > 128 || !std::ranges::all_of(*token, isTokenCharacter)) {
         return std::unexpected(path + ": a token is one line of 20 to 128 letters, digits, \"_\" and \"-\"");
     }
     return token;

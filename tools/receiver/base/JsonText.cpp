@@ -58,7 +58,7 @@ std::string_view withoutBlanks(std::string_view text) {
 // while it builds costs time by the square of an array's length.)
 class Scrutiny final : public nlohmann::json_sax<Json> {
   public:
-    explicit Scrutiny(const JsonCaps& caps) : caps_(caps) {}
+    Scrutiny(std::string_view text, const JsonCaps& caps) : text_(text), caps_(caps) {}
 
     bool null() override { return count(); }
     bool boolean(bool) override { return count(); }
@@ -67,31 +67,61 @@ class Scrutiny final : public nlohmann::json_sax<Json> {
     bool number_float(number_float_t, const string_t&) override { return count(); }
     bool string(string_t&) override { return count(); }
     bool binary(binary_t&) override { return count(); }
-    bool start_object(std::size_t) override {
-        open_.emplace_back();
-        return count();
-    }
-    bool end_object() override {
-        open_.pop_back();
-        return true;
-    }
-    bool start_array(std::size_t) override { return count(); }
-    bool end_array() override { return true; }
+    bool start_object(std::size_t) override { return open(false); }
+    bool end_object() override { return close(); }
+    bool start_array(std::size_t) override { return open(true); }
+    bool end_array() override { return close(); }
     bool key(string_t& key) override {
-        if (!open_.back().insert(key).second) {
-            return refuse("the key \"" + key + "\" stands twice in one object");
+        auto& object = open_.back();
+        if (!object.keys.insert(key).second) {
+            return refuse("the key \"" + key + "\" stands twice in one object" + placeOfInnermost());
         }
-        return open_.back().size() <= caps_.keys ||
+        object.key = key;
+        return object.keys.size() <= caps_.keys ||
                refuse("with an object of more than " + std::to_string(caps_.keys) + " keys");
     }
     bool parse_error(std::size_t position, const std::string&, const nlohmann::json::exception&) override {
-        return refuse("not JSON at byte " + std::to_string(position));
+        // Counted from 1, that of the byte that was one too many.
+        const auto before = text_.substr(0, position == 0 ? 0 : position - 1);
+        const auto lineBegin = before.rfind('\n') + 1;
+        return refuse("not JSON at line " + std::to_string(1 + std::ranges::count(before, '\n')) +
+                      ", column " + std::to_string(before.size() - lineBegin + 1));
     }
 
     const std::string& complaint() const { return complaint_; }
 
   private:
+    // An object or an array that has begun and not ended.
+    struct Open {
+        bool isArray = false;
+        std::set<std::string> keys;
+        std::string key;        // of the member that is being read
+        std::size_t count = 0;  // of the elements begun so far
+    };
+
+    bool open(bool isArray) {
+        const bool goesOn = count();
+        open_.emplace_back().isArray = isArray;
+        return goesOn;
+    }
+    bool close() {
+        open_.pop_back();
+        return true;
+    }
+    // Such as ", in projects[0].uploadRate"; empty for the outermost.
+    std::string placeOfInnermost() const {
+        std::string place;
+        for (std::size_t level = 0; level + 1 < open_.size(); ++level) {
+            const auto& outer = open_[level];
+            place += outer.isArray ? "[" + std::to_string(outer.count - 1) + "]"
+                                   : (place.empty() ? "" : ".") + outer.key;
+        }
+        return place.empty() ? place : ", in " + place;
+    }
     bool count() {
+        if (!open_.empty()) {
+            ++open_.back().count;
+        }
         return ++values_ <= caps_.values ||
                refuse("of more than " + std::to_string(caps_.values) + " values");
     }
@@ -100,8 +130,9 @@ class Scrutiny final : public nlohmann::json_sax<Json> {
         return false;
     }
 
+    const std::string_view text_;
     const JsonCaps& caps_;
-    std::vector<std::set<std::string>> open_;
+    std::vector<Open> open_;
     std::size_t values_ = 0;
     std::string complaint_;
 };
@@ -115,7 +146,7 @@ std::string jsonComplaint(std::string_view text, const JsonCaps& caps) {
     if (nestsDeeperThan(text, caps.depth)) {
         return "nested deeper than " + std::to_string(caps.depth) + " levels";
     }
-    Scrutiny scrutiny(caps);
+    Scrutiny scrutiny(text, caps);
     return Json::sax_parse(text, &scrutiny) ? "" : scrutiny.complaint();
 }
 

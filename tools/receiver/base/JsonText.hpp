@@ -18,8 +18,8 @@ struct JsonCaps {
     std::size_t values = 300'000;  ///< in all, arrays and objects included
 };
 
-/// Why `text` is not to be read ("not JSON at byte 17"); empty when it holds a value within the caps.
-/// Malformed UTF-8 and a key that stands twice in one object are refused. Nothing is built.
+/// Why `text` is not to be read ("not JSON at line 1, column 17"); empty when it holds a value within the
+/// caps. Malformed UTF-8 and a key that stands twice in one object are refused. Nothing is built.
 std::string jsonComplaint(std::string_view text, const JsonCaps& caps);
 
 /// The value that `text` holds, keys in their order, or the complaint about it.

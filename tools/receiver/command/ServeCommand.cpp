@@ -49,8 +49,8 @@ void announce(std::ostream& out, const ListenAddress& address, const ServeOption
     if (options.printReady) {
         printReady(out, address, options);
     } else {
-        environment.report("listening on " + originOf(address, options.tls.has_value()) + ", data in " +
-                           options.data);
+        environment.report("version " MIRETH_VERSION ", listening on " +
+                           originOf(address, options.tls.has_value()) + ", data in " + options.data);
     }
 }
 
@@ -81,6 +81,10 @@ int serve(const ServeOptions& options, std::ostream& out, std::ostream& errors) 
     if (!address) {
         return fail(environment, address.error());
     }
+    // Before anything is said of who can reach it.
+    if (const auto complaint = address->complaintAboutHost(); !complaint.empty()) {
+        return fail(environment, "cannot listen on " + address->text() + ": " + complaint);
+    }
     const auto rules = accessRulesFor(options, *address);
     if (!rules) {
         return fail(environment, rules.error());
@@ -88,6 +92,9 @@ int serve(const ServeOptions& options, std::ostream& out, std::ostream& errors) 
     auto config = options.config ? Config::read(*options.config) : Config{};
     if (!config) {
         return fail(environment, config.error());
+    }
+    for (const auto& warning : config->warnings) {
+        environment.report("in " + *options.config + ": " + warning);
     }
     if (!config->limits.connectionsPerAddress) {
         config->limits.connectionsPerAddress = connectionsPerAddress(options, *address);

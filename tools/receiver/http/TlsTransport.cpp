@@ -1,11 +1,15 @@
 // A transport through OpenSSL, TLS 1.2 or later.
 #include <openssl/err.h>
 #include <openssl/ssl.h>
+#include <openssl/x509err.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
+#include <system_error>
 
 #include "http/Transport.hpp"
 
@@ -105,6 +109,10 @@ std::unexpected<std::string> failure(const std::string& what) {
     return std::unexpected(what + (reason == nullptr ? "" : ": " + std::string(reason)));
 }
 
+bool isOfAnotherCertificate(unsigned long code) {
+    return ERR_GET_LIB(code) == ERR_LIB_X509 && ERR_GET_REASON(code) == X509_R_KEY_VALUES_MISMATCH;
+}
+
 }  // namespace
 
 std::expected<std::shared_ptr<TlsContext>, std::string> TlsContext::load(const std::string& certificateFile,
@@ -113,12 +121,19 @@ std::expected<std::shared_ptr<TlsContext>, std::string> TlsContext::load(const s
     if (!context || SSL_CTX_set_min_proto_version(context.get(), TLS1_2_VERSION) != 1) {
         return failure("TLS cannot be set up");
     }
+    for (const auto& file : {certificateFile, keyFile}) {
+        // OpenSSL's words for a missing file are not the operator's.
+        if (::access(file.c_str(), R_OK) != 0) {
+            return std::unexpected(file + ": cannot be read: " + std::generic_category().message(errno));
+        }
+    }
     if (SSL_CTX_use_certificate_chain_file(context.get(), certificateFile.c_str()) != 1) {
         return failure(certificateFile + " is not a usable certificate");
     }
     if (SSL_CTX_use_PrivateKey_file(context.get(), keyFile.c_str(), SSL_FILETYPE_PEM) != 1 ||
         SSL_CTX_check_private_key(context.get()) != 1) {
-        return failure(keyFile + " is not the certificate's key");
+        return failure(keyFile + (isOfAnotherCertificate(ERR_peek_error()) ? " is not the certificate's key"
+                                                                           : " is not a usable key"));
     }
     // OpenSSL's sockets know no MSG_NOSIGNAL; the HTTP server ignores SIGPIPE for the process.
     return std::make_shared<OpenSslContext>(std::move(context));

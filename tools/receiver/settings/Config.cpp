@@ -2,10 +2,11 @@
 #include "settings/Config.hpp"
 
 #include <exception>
-#include <fstream>
 
 #include "base/JsonText.hpp"
+#include "base/SmallFile.hpp"
 #include "settings/ConfigValues.hpp"
+#include "settings/ConfigWarnings.hpp"
 #include "settings/ProjectReader.hpp"
 
 namespace mireth::receiver {
@@ -64,6 +65,7 @@ Config configOf(const ConfigJson& root) {
     if (const auto found = root.find("retention"); found != root.end()) {
         config.retention = retentionOf(*found);
     }
+    config.warnings = warningsAbout(config);
     return config;
 }
 
@@ -84,14 +86,11 @@ std::pair<std::string, std::string> Config::payerOf(const std::string& brandId,
 }
 
 std::expected<Config, std::string> Config::read(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::string text(longestFile + 1, '\0');
-    file.read(text.data(), static_cast<std::streamsize>(text.size()));
-    if (!file.eof() && !file) {
-        return std::unexpected(path + ": cannot be read");
+    const auto text = readSmallFile(path, longestFile);
+    if (!text) {
+        return std::unexpected(text.error());
     }
-    text.resize(static_cast<std::size_t>(file.gcount()));
-    return parse(text, path);
+    return parse(*text, path);
 }
 
 std::expected<Config, std::string> Config::parse(std::string_view text, const std::string& source) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "settings/Limits.hpp"
 #include "settings/ProjectSettings.hpp"
@@ -22,6 +23,8 @@ struct Config {
     std::map<std::pair<std::string, std::string>, ProjectSettings> projects;
     Limits limits;
     RetentionRules retention;
+    /// What was read but can hardly be meant, one line each.
+    std::vector<std::string> warnings;
 
     /// The project's settings, or null when the project is unknown. Valid as long as this object.
     const ProjectSettings* find(const std::string& brandId, const std::string& projectId) const;

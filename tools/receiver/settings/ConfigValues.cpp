@@ -8,15 +8,37 @@ namespace {
 
 constexpr std::size_t longestText = 256;
 
+std::string numberText(double value) {
+    const auto text = ConfigJson(value).dump();
+    return text.ends_with(".0") ? text.substr(0, text.size() - 2) : text;
+}
+
+// What stands there, short enough for one line.
+std::string shown(const ConfigJson& value) {
+    if (value.is_object()) {
+        return "an object";
+    }
+    if (value.is_array()) {
+        return "an array";
+    }
+    constexpr std::size_t longest = 80;
+    const auto text = value.dump(-1, ' ', true, ConfigJson::error_handler_t::replace);
+    return text.size() > longest ? text.substr(0, longest) + "…" : text;
+}
+
 }  // namespace
 
 std::string memberOf(const std::string& where, std::string_view key) {
     return std::string(where).append(".").append(key);
 }
 
+void complainOf(const ConfigJson& value, const std::string& where, const std::string& what) {
+    throw ConfigComplaint(where, "must be " + what + ", not " + shown(value));
+}
+
 void requireObject(const ConfigJson& value, const std::string& where) {
     if (!value.is_object()) {
-        throw ConfigComplaint(where, "must be an object");
+        complainOf(value, where, "an object");
     }
 }
 
@@ -31,7 +53,7 @@ void refuseUnknown(const ConfigJson& object, const std::set<std::string_view>& k
 
 std::string textOf(const ConfigJson& value, const std::string& where) {
     if (!value.is_string()) {
-        throw ConfigComplaint(where, "must be a string");
+        complainOf(value, where, "a string");
     }
     auto text = value.get<std::string>();
     if (text.size() > longestText) {
@@ -59,8 +81,7 @@ std::string requiredText(const ConfigJson& object, const char* key, const std::s
 
 double numberOf(const ConfigJson& value, double least, double most, const std::string& where) {
     if (!value.is_number() || value.get<double>() < least || value.get<double>() > most) {
-        throw ConfigComplaint(
-            where, "must be a number from " + ConfigJson(least).dump() + " to " + ConfigJson(most).dump());
+        complainOf(value, where, "a number from " + numberText(least) + " to " + numberText(most));
     }
     return value.get<double>();
 }
@@ -72,8 +93,7 @@ std::optional<std::uint64_t> wholeOf(const ConfigJson& object, const char* key, 
         return std::nullopt;
     }
     if (!found->is_number_unsigned() || *found < 1U || *found > most) {
-        throw ConfigComplaint(memberOf(where, key),
-                              "must be a whole number from 1 to " + std::to_string(most));
+        complainOf(*found, memberOf(where, key), "a whole number from 1 to " + std::to_string(most));
     }
     return found->get<std::uint64_t>();
 }

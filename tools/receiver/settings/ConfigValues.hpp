@@ -26,6 +26,8 @@ std::string memberOf(const std::string& where, std::string_view key);
 
 // All of these throw ConfigComplaint. `where` is the place of the value, or of the object.
 
+/// Always throws: `value` must be `what`, and is not.
+[[noreturn]] void complainOf(const ConfigJson& value, const std::string& where, const std::string& what);
 void requireObject(const ConfigJson& value, const std::string& where);
 void refuseUnknown(const ConfigJson& object, const std::set<std::string_view>& known,
                    const std::string& where);

@@ -2,8 +2,10 @@
 #include "settings/ListenAddress.hpp"
 
 #include <arpa/inet.h>
+#include <netdb.h>
 
 #include <charconv>
+#include <memory>
 
 namespace mireth::receiver {
 
@@ -34,6 +36,16 @@ std::expected<ListenAddress, std::string> ListenAddress::parse(const std::string
 std::string ListenAddress::text() const {
     const bool v6 = host.find(':') != std::string::npos;
     return (v6 ? "[" + host + "]" : host) + ":" + std::to_string(port);
+}
+
+std::string ListenAddress::complaintAboutHost() const {
+    addrinfo hints{};
+    hints.ai_socktype = SOCK_STREAM;
+    hints.ai_flags = AI_PASSIVE;
+    addrinfo* found = nullptr;
+    const int error = ::getaddrinfo(host.c_str(), nullptr, &hints, &found);
+    const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(found, &::freeaddrinfo);
+    return error == 0 ? "" : ::gai_strerror(error);
 }
 
 bool ListenAddress::isLoopback() const {

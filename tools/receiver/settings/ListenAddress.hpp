@@ -14,6 +14,9 @@ struct ListenAddress {
     static std::expected<ListenAddress, std::string> parse(const std::string& text);
     /// The same form back.
     std::string text() const;
+    /// Empty when the host is an address or leads to one; else the resolver's words. May wait for the
+    /// network.
+    std::string complaintAboutHost() const;
     /// True for "localhost" and for addresses that only this machine can reach.
     bool isLoopback() const;
 };

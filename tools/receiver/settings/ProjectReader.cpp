@@ -15,20 +15,19 @@ std::optional<std::string> enablementOf(const ConfigJson& value, const std::stri
     if (value.is_null()) {
         return std::nullopt;
     }
-    auto text = textOf(value, where);
     std::string known;
     for (const auto name : enablements) {
-        if (text == name) {
-            return text;
+        if (value == name) {
+            return std::string(name);
         }
         known += (known.empty() ? "" : ", ") + std::string(name);
     }
-    throw ConfigComplaint(where, "must be null or one of " + known);
+    complainOf(value, where, "null or one of " + known);
 }
 
 std::vector<std::map<std::string, std::string>> signalsOf(const ConfigJson& value, const std::string& where) {
     if (!value.is_array()) {
-        throw ConfigComplaint(where, "must be an array of objects");
+        complainOf(value, where, "an array of objects");
     }
     std::vector<std::map<std::string, std::string>> signals;
     for (const auto& entry : value) {
@@ -78,7 +77,7 @@ ProjectSettings readProjectSettings(const ConfigJson& object, ProjectSettings se
 
 void readProjects(const ConfigJson& list, Config& config) {
     if (!list.is_array()) {
-        throw ConfigComplaint("projects", "must be an array");
+        complainOf(list, "projects", "an array");
     }
     for (std::size_t i = 0; i < list.size(); ++i) {
         const auto where = "projects[" + std::to_string(i) + "]";
