@@ -1,17 +1,121 @@
-// What can be said to the program when it is started, and what it says back.
+// What is typed: options that are unusable, alone or together, and the help.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <csignal>
 #include <nlohmann/json.hpp>
 
+#include "sqlite/SqliteStore.hpp"
 #include "support/RawClient.hpp"
 #include "support/ReceiverProgram.hpp"
+#include "support/StoredSession.hpp"
 
 namespace mireth::receiver::test {
 namespace {
 
-class CommandLine : public ReceiverProgram {};
+class CommandLine : public ReceiverProgram {
+  protected:
+    /// The one line that it ends with.
+    std::string errorOf(std::vector<std::string> arguments) const {
+        const auto result = run(std::move(arguments));
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(std::ranges::count(result.errors, '\n'), 1) << result.errors;
+        const std::string prefix = "mireth-receiver: ";
+        EXPECT_TRUE(result.errors.starts_with(prefix)) << result.errors;
+        return result.errors.substr(prefix.size(), result.errors.size() - prefix.size() - 1);
+    }
+};
+
+TEST_F(CommandLine, AnAddressToListenOnIsCheckedBeforeAnythingElse) {
+    EXPECT_EQ(errorOf({"--listen", "nonsense", "--data", data_}),
+              "\"nonsense\" is no address to listen on; write HOST:PORT or [IPV6]:PORT");
+    EXPECT_TRUE(
+        errorOf({"--listen", "no..host:0", "--data", data_}).starts_with("cannot listen on no..host:0: "));
+}
+
+TEST_F(CommandLine, AFileThatCannotBeUsedIsNamedWithTheReason) {
+    const auto none = directory_.file("none");
+    const std::string missing = none + ": cannot be read: No such file or directory";
+    EXPECT_EQ(errorOf({"--config", none, "--data", data_}), missing);
+    EXPECT_EQ(errorOf({"--upload-token-file", none, "--data", data_}), missing);
+    const auto config = directory_.write("c.json", R"({"default":{"samplingRate":"high"}})");
+    EXPECT_EQ(errorOf({"--config", config, "--data", data_}),
+              config + ": default.samplingRate: must be a number from 0 to 100, not \"high\"");
+    EXPECT_EQ(errorOf({"show", "x", "--data", directory_.file("nowhere")}),
+              "there is no receiver's data in " + directory_.file("nowhere"));
+}
+
+TEST_F(CommandLine, ACertificateAndItsKeyAreToldApart) {
+    const auto text = directory_.write("text.pem", "no certificate");
+    const auto made = [this](const std::string& name) {
+        const auto certificate = directory_.file(name + ".pem");
+        const auto key = directory_.file(name + ".key");
+        EXPECT_EQ(
+            runProgram({"openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256",
+                        "-nodes", "-keyout", key, "-out", certificate, "-subj", "/CN=localhost"})
+                .status,
+            0);
+        return std::pair(certificate, key);
+    };
+    const auto [certificate, key] = made("a");
+    const auto [otherCertificate, otherKey] = made("b");
+    const auto tlsError = [&](const std::string& first, const std::string& second) {
+        return errorOf(
+            {"--listen", "127.0.0.1:0", "--tls-cert", first, "--tls-key", second, "--data", data_});
+    };
+    const auto none = directory_.file("none");
+    const std::string missing = none + ": cannot be read: No such file or directory";
+    EXPECT_EQ(tlsError(none, key), missing);
+    EXPECT_EQ(tlsError(certificate, none), missing);
+    EXPECT_TRUE(tlsError(text, key).starts_with(text + " is not a usable certificate"));
+    EXPECT_TRUE(tlsError(certificate, text).starts_with(text + " is not a usable key"));
+    EXPECT_TRUE(tlsError(certificate, otherKey).starts_with(otherKey + " is not the certificate's key"));
+    EXPECT_EQ(errorOf({"--tls-cert", text}), "--tls-cert requires --tls-key");
+}
+
+TEST_F(CommandLine, AHostIsANameWithoutSchemeOrPort) {
+    for (const std::string bad : {"", "a b", "http://x", "x:80"}) {
+        EXPECT_EQ(errorOf({"--host", bad}), "--host: \"" + bad +
+                                                "\" is no name of a host; write it without scheme or port, "
+                                                "such as replay.example.org");
+    }
+}
+
+TEST_F(CommandLine, AValueMustNotBeMissingOrEmpty) {
+    for (const std::string option :
+         {"--data", "--config", "--tls-cert", "--upload-token-file", "--viewing-token-file"}) {
+        EXPECT_EQ(errorOf({option, ""}), option + ": must not be empty");
+    }
+    EXPECT_EQ(errorOf({"export", "s1", "--output", ""}), "--output: must not be empty");
+    EXPECT_EQ(errorOf({"--listen"}), "--listen: needs a value, HOST:PORT");
+    EXPECT_EQ(errorOf({"--print-ready=2"}), "--print-ready: takes no value");
+}
+
+TEST_F(CommandLine, WhatBelongsToServingDoesNotGoWithACommand) {
+    EXPECT_EQ(errorOf({"--listen", "127.0.0.1:0", "list"}), "--listen: does not go with list");
+    EXPECT_EQ(errorOf({"--print-ready", "show", "x"}), "--print-ready: does not go with show");
+    EXPECT_NE(errorOf({"list", "--listen", "127.0.0.1:0"}).find("--listen"), std::string::npos);
+    EXPECT_EQ(errorOf({"--data", data_, "list"}), "there is no receiver's data in " + data_);
+}
+
+TEST_F(CommandLine, ThereIsNoCommandToServe) {
+    EXPECT_EQ(errorOf({"serve", "--help"}), "The following argument was not expected: serve");
+}
+
+TEST_F(CommandLine, AFileThatIsThereIsReplacedOnlyWhenAskedTo) {
+    {
+        const auto store = SqliteStore::open(data_, [] { return std::string("v1"); }, {});
+        ASSERT_TRUE(store) << store.error();
+        keep(**store, {.id = "s1"});
+    }
+    const auto file = directory_.write("film.mp4", "dear");
+    EXPECT_EQ(errorOf({"export", "s1", "--data", data_, "--output", file}),
+              file + ": is there already; --force replaces it");
+    EXPECT_EQ(fileText(file), "dear");
+    EXPECT_EQ(errorOf({"export", "s1", "--data", data_, "--output", file, "--force"}),
+              "session \"s1\" has no chunks");
+}
 
 TEST_F(CommandLine, WhereStrangersReachItItWantsTokensAndTls) {
     const auto upload = directory_.write("upload", "upload-token-0123456789\n");
@@ -73,30 +177,6 @@ TEST_F(CommandLine, NamesOfThisMachineNeedNoTokens) {
     EXPECT_EQ(program.wait().errors, "");
 }
 
-TEST_F(CommandLine, BadStartsEndWithOneLineAndStatusOne) {
-    const auto errorOf = [this](std::vector<std::string> arguments) {
-        arguments.insert(arguments.end(), {"--data", data_});
-        const auto result = run(std::move(arguments));
-        EXPECT_EQ(result.status, 1);
-        EXPECT_EQ(result.out, "");
-        return result.errors;
-    };
-    EXPECT_EQ(errorOf({"--listen", "nonsense"}),
-              "mireth-receiver: \"nonsense\" is no address to listen on; write HOST:PORT or [IPV6]:PORT\n");
-    EXPECT_EQ(errorOf({"--config", directory_.file("none")}),
-              "mireth-receiver: " + directory_.file("none") + ": cannot be read\n");
-    const auto config = directory_.write("c.json", R"({"default":{"samplingRate":"high"}})");
-    EXPECT_EQ(errorOf({"--config", config}),
-              "mireth-receiver: " + config + ": default.samplingRate: must be a number from 0.0 to 100.0\n");
-    const auto text = directory_.write("text.pem", "no certificate");
-    EXPECT_TRUE(errorOf({"--tls-cert", text, "--tls-key", text})
-                    .starts_with("mireth-receiver: " + text + " is not a usable certificate"));
-    EXPECT_NE(errorOf({"--tls-cert", text}).find("--tls-key"), std::string::npos);
-    EXPECT_NE(errorOf({"--unknown"}).find("--unknown"), std::string::npos);
-    EXPECT_EQ(run({"show", "x", "--data", directory_.file("nowhere")}).errors,
-              "mireth-receiver: there is no receiver's data in " + directory_.file("nowhere") + "\n");
-}
-
 TEST_F(CommandLine, AnUnknownSessionIsNamedSafely) {
     Program program(serving());
     program.readLine();
@@ -111,16 +191,17 @@ TEST_F(CommandLine, HelpNamesEveryOption) {
         arguments.emplace_back("--help");
         const auto help = run(arguments);
         EXPECT_EQ(help.status, 0);
+        EXPECT_EQ(help.out.find("TEXT"), std::string::npos) << help.out;
         for (const auto& word : words) {
             EXPECT_NE(help.out.find(word), std::string::npos) << arguments.front() << ": " << word;
         }
     };
-    expectHelp(
-        {}, {"--listen", "--tls-cert", "--tls-key", "--data", "--config", "--print-ready", "--behind-proxy",
-             "--upload-token-file", "--viewing-token-file", "--host", "list", "show", "export"});
+    expectHelp({}, {"--listen", "--tls-cert", "--tls-key", "--data", "--config", "--print-ready",
+                    "--behind-proxy", "--upload-token-file", "--viewing-token-file", "--host", "HOST:PORT",
+                    "FILE", "DIR", "list [--data", "show SESSION", "export SESSION --output FILE"});
     expectHelp({"list"}, {"--data", "--json"});
     expectHelp({"show"}, {"SESSION", "--data", "--json"});
-    expectHelp({"export"}, {"SESSION", "--output", "--data"});
+    expectHelp({"export"}, {"SESSION", "--output", "--force", "--data"});
 }
 
 TEST_F(CommandLine, AnUnusableCommandLineIsOneLineThatNamesTheProgram) {

@@ -31,6 +31,21 @@ TEST_F(ReceiverProgram, PrintsItsAddressesWhenReadyAndEndsOnSignals) {
     }
 }
 
+TEST_F(ReceiverProgram, TellsAPersonItsVersionItsAddressAndWhatIsOddInItsConfiguration) {
+    const auto config = directory_.write("c.json", "{}");
+    Program program(receiverCommand({"--listen", "127.0.0.1:0", "--data", data_, "--config", config}));
+    while (!std::filesystem::exists(data_ + "/receiver.db")) {
+        ::usleep(5'000);
+    }
+    program.signal(SIGTERM);
+    const auto result = program.wait();
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.errors.find("mireth-receiver: in " + config + ": every project is unknown, "), 0U)
+        << result.errors;
+    EXPECT_NE(result.errors.find("\nmireth-receiver: version "), std::string::npos) << result.errors;
+    EXPECT_NE(result.errors.find(", listening on http://127.0.0.1:"), std::string::npos);
+}
+
 TEST_F(ReceiverProgram, FinishesAnUploadThatIsUnderWayWhenItIsToldToEnd) {
     Program program(serving());
     const int port = portOf(nlohmann::json::parse(program.readLine()));

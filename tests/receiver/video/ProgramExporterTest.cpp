@@ -20,7 +20,7 @@ namespace {
 
 class ProgramExporterTest : public testing::Test {
   protected:
-    // Its arguments are "export SESSION --data DIR --output FILE".
+    // Its arguments are "export SESSION --data DIR --output FILE --force".
     std::unique_ptr<ProgramExporter> exporterOf(const std::string& script) {
         const auto program =
             directory_.write("program" + std::to_string(++programs_), "#!/bin/sh\n" + script);
@@ -47,12 +47,12 @@ class ProgramExporterTest : public testing::Test {
 };
 
 TEST_F(ProgramExporterTest, HandsOutWhatWasWrittenAndLeavesNothingBehind) {
-    const auto exporter = exporterOf("echo \"$1 $2 $3\" >\"$6\"\n");
+    const auto exporter = exporterOf("echo \"$1 $2 $3 $7\" >\"$6\"\n");
     const auto made = exporter->make("s1");
     ASSERT_TRUE(made) << made.error().why;
     std::string text((*made)->size(), '\0');
     EXPECT_TRUE((*made)->readAt(0, {reinterpret_cast<unsigned char*>(text.data()), text.size()}));
-    EXPECT_EQ(text, "export s1 --data\n");
+    EXPECT_EQ(text, "export s1 --data --force\n");
     EXPECT_TRUE(std::filesystem::is_empty(directory_.file("exports")));
 }
 

@@ -12,10 +12,15 @@
 #include "base/PrintableText.hpp"
 #include "command/ExportCommand.hpp"
 #include "command/ServeCommand.hpp"
+#include "commandline/Complaint.hpp"
 #include "reports/SessionReports.hpp"
+#include "settings/HostName.hpp"
 #include "sqlite/SqliteStore.hpp"
 
 namespace mireth::receiver {
+
+using commandline::notEmpty;
+
 namespace {
 
 int fail(std::ostream& errors, const std::string& why) {
@@ -72,6 +77,99 @@ int show(const std::string& data, const std::string& session, bool json, std::os
     return 0;
 }
 
+CLI::Validator hostName() {
+    return {[](const std::string& text) {
+                return isHostName(text) ? std::string()
+                                        : commandline::inQuotes(text) +
+                                              " is no name of a host; write it without scheme or port, such "
+                                              "as replay.example.org";
+            },
+            ""};
+}
+
+void declareServing(CLI::App& app, ServeOptions& serving, TlsFiles& tls) {
+    const auto file = [&app](const std::string& name, auto& into, const std::string& text) {
+        return app.add_option(name, into, text)->type_name("FILE")->check(notEmpty());
+    };
+    app.add_option("--listen", serving.listen, "Where to listen, [IPV6]:PORT too; port 0 picks a free one")
+        ->type_name("HOST:PORT")
+        ->capture_default_str();
+    auto* const certificate = file("--tls-cert", tls.certificate, "Certificate chain (PEM): serve https");
+    auto* const key = file("--tls-key", tls.key, "The certificate's private key (PEM)");
+    certificate->needs(key);
+    key->needs(certificate);
+    app.add_flag("--behind-proxy", serving.behindProxy,
+                 "A proxy in front does TLS and lets strangers in; tokens are required")
+        ->disable_flag_override();
+    file("--upload-token-file", serving.uploadTokenFile,
+         "File with the token for uploads; clients' base URLs end in /t/TOKEN");
+    file("--viewing-token-file", serving.viewingTokenFile, "File with the token that viewers log in with");
+    app.add_option("--host", serving.hosts,
+                   "Name by which viewers call the receiver; may be given several times")
+        ->type_name("NAME")
+        ->check(hostName());
+    app.add_option("--data", serving.data, "Directory for the database and the videos")
+        ->type_name("DIR")
+        ->check(notEmpty())
+        ->capture_default_str();
+    file("--config", serving.config, "Projects and limits (JSON)");
+    app.add_flag("--print-ready", serving.printReady, "Print one JSON line with the addresses once accepting")
+        ->disable_flag_override();
+}
+
+struct Reading {
+    std::string session;
+    bool json = false;
+};
+
+struct Commands {
+    CLI::App* list;
+    CLI::App* show;
+    CLI::App* exporting;
+};
+
+Commands declareCommands(CLI::App& app, std::string& data, Reading& reading, ExportOptions& exported) {
+    const Commands commands{
+        .list = app.add_subcommand("list", "Print the sessions that came in"),
+        .show = app.add_subcommand("show", "Print one session: chunks, events, timeline, log lines"),
+        .exporting = app.add_subcommand("export", "Write the video of one session as one MP4 file")};
+    commands.show->add_option("SESSION", reading.session, "The session's id")->required()->type_name("ID");
+    commands.exporting->add_option("SESSION", exported.session, "The session's id")
+        ->required()
+        ->type_name("ID");
+    commands.exporting->add_option("--output", exported.output, "The file to write")
+        ->required()
+        ->type_name("FILE")
+        ->check(notEmpty());
+    commands.exporting->add_flag("--force", exported.replace, "Replace the file when it is there already")
+        ->disable_flag_override();
+    for (auto* const command : {commands.list, commands.show}) {
+        command->add_flag("--json", reading.json, "Print everything as JSON")->disable_flag_override();
+    }
+    for (auto* const command : {commands.list, commands.show, commands.exporting}) {
+        command->add_option("--data", data, "Directory of the receiver")
+            ->type_name("DIR")
+            ->check(notEmpty())
+            ->capture_default_str();
+    }
+    app.footer(
+        "mireth-receiver list [--data DIR] [--json]\n"
+        "mireth-receiver show SESSION [--data DIR] [--json]\n"
+        "mireth-receiver export SESSION --output FILE [--force] [--data DIR]");
+    return commands;
+}
+
+/// What belongs to serving has no meaning for a command.
+void requireNoServingOptions(const CLI::App& app) {
+    const auto commands = app.get_subcommands();
+    for (const auto* const option : app.get_options()) {
+        if (!commands.empty() && option->count() > 0 && option->get_name() != "--data") {
+            throw CLI::ValidationError(option->get_name(),
+                                       "does not go with " + commands.front()->get_name());
+        }
+    }
+}
+
 }  // namespace
 
 std::string defaultDataDirectory() {
@@ -91,63 +189,36 @@ int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     ServeOptions serving;
     serving.data = defaultDataDirectory();
     TlsFiles tls;
-    std::string session;
-    bool json = false;
-    app.add_option("--listen", serving.listen, "Address and port; port 0 picks a free one")
-        ->capture_default_str();
-    auto* const certificate =
-        app.add_option("--tls-cert", tls.certificate, "Certificate chain (PEM): serve https");
-    auto* const key = app.add_option("--tls-key", tls.key, "The certificate's private key (PEM)");
-    certificate->needs(key);
-    key->needs(certificate);
-    app.add_flag("--behind-proxy", serving.behindProxy,
-                 "A proxy in front does TLS and lets strangers in; tokens are required");
-    app.add_option("--upload-token-file", serving.uploadTokenFile,
-                   "File with the token for uploads; clients' base URLs end in /t/TOKEN");
-    app.add_option("--viewing-token-file", serving.viewingTokenFile,
-                   "File with the token that viewers log in with");
-    app.add_option("--host", serving.hosts,
-                   "Name by which viewers call the receiver; may be given several times");
-    app.add_option("--data", serving.data, "Directory for the database and the videos")
-        ->capture_default_str();
-    app.add_option("--config", serving.config, "Projects and limits (JSON)");
-    app.add_flag("--print-ready", serving.printReady,
-                 "Print one JSON line with the addresses once accepting");
-    auto* const listing = app.add_subcommand("list", "Print the sessions that came in");
-    auto* const showing =
-        app.add_subcommand("show", "Print one session: chunks, events, timeline, log lines");
-    showing->add_option("SESSION", session, "The session's id")->required();
-    auto* const exporting = app.add_subcommand("export", "Write the video of one session as one MP4 file");
+    declareServing(app, serving, tls);
+    Reading reading;
     ExportOptions exported;
-    exporting->add_option("SESSION", exported.session, "The session's id")->required();
-    exporting->add_option("--output", exported.output, "The file to write")->required();
-    exporting->add_option("--data", serving.data, "Directory of the receiver")->capture_default_str();
-    for (auto* const command : {listing, showing}) {
-        command->add_option("--data", serving.data, "Directory of the receiver")->capture_default_str();
-        command->add_flag("--json", json, "Print everything as JSON");
-    }
+    const auto commands = declareCommands(app, serving.data, reading, exported);
     app.require_subcommand(0, 1);
     app.set_version_flag("--version", "mireth-receiver " MIRETH_VERSION);
     try {
         app.parse(argc, argv);
+        requireNoServingOptions(app);
     } catch (const CLI::Success& asked) {
+        if (const auto complaint = commandline::complaintOfStrangers(app); !complaint.empty()) {
+            return fail(errors, complaint);
+        }
         return app.exit(asked, out, errors);
     } catch (const CLI::ParseError& error) {
-        return fail(errors, error.what());
+        return fail(errors, commandline::complaintOf(app, error));
     }
     // Printed paths are of use from any directory.
     serving.data = std::filesystem::absolute(serving.data).lexically_normal();
-    if (listing->parsed()) {
-        return list(serving.data, json, out, errors);
+    if (commands.list->parsed()) {
+        return list(serving.data, reading.json, out, errors);
     }
-    if (showing->parsed()) {
-        return show(serving.data, session, json, out, errors);
+    if (commands.show->parsed()) {
+        return show(serving.data, reading.session, reading.json, out, errors);
     }
-    if (exporting->parsed()) {
+    if (commands.exporting->parsed()) {
         exported.data = serving.data;
         return exportVideo(exported, errors);
     }
-    if (certificate->count() > 0) {
+    if (!tls.certificate.empty()) {
         serving.tls = tls;
     }
     return serve(serving, out, errors);

@@ -5,8 +5,10 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
 #include <ostream>
+#include <system_error>
 
 #include "base/PrintableText.hpp"
 #include "sqlite/SqliteStore.hpp"
@@ -52,6 +54,10 @@ void boundProcess() {
 
 int exportVideo(const ExportOptions& options, std::ostream& errors) {
     boundProcess();
+    std::error_code unknown;
+    if (!options.replace && std::filesystem::exists(options.output, unknown)) {
+        return fail(errors, options.output + ": is there already; --force replaces it");
+    }
     const auto store = SqliteStore::openForReading(options.data);
     if (!store) {
         return fail(errors, store.error());

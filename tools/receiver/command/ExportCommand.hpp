@@ -10,6 +10,7 @@ struct ExportOptions {
     std::string data;
     std::string session;
     std::string output;
+    bool replace = false;  ///< a file that is there already
 };
 
 /// Returns the exit status: 0, or 1 with a line on `errors`. Gives the process tight bounds first: it reads

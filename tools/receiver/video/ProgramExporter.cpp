@@ -135,7 +135,8 @@ std::expected<std::shared_ptr<ByteSource>, ExportError> ProgramExporter::run(
     if (!UniqueFd(::open(file.path().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600))) {
         return std::unexpected(ExportError{.why = "cannot make " + file.path()});
     }
-    const auto process = spawn({program_, "export", sessionId, "--data", data_, "--output", file.path()});
+    const auto process =
+        spawn({program_, "export", sessionId, "--data", data_, "--output", file.path(), "--force"});
     if (!process || !finished(*process, ending_)) {
         return std::unexpected(
             ExportError{.why = "the video of session " + sessionId + " could not be made"});
