@@ -62,7 +62,10 @@ TEST_F(Guarded, UploadsComeUnderTheToken) {
 }
 
 TEST_F(Guarded, AnUploadOfAnySizeWithoutTheTokenIsToldSo) {
+    receiver_.takeReports();
     EXPECT_EQ(receiver_.post(create, std::string(1'000'000, 'x')).status, 403);
+    EXPECT_EQ(receiver_.takeReports(),
+              Reports{"an upload was refused: its address lacks /t/ and the upload token"});
 }
 
 TEST_F(Guarded, LogPostsNeedNoToken) {

@@ -146,6 +146,7 @@ TEST(ProjectConfiguration, IsTheProjects) {
 TEST(ProjectConfiguration, OfAnUnknownProjectIsNotFound) {
     RunningReceiver receiver("{}");
     EXPECT_EQ(receiver.get("/app-insights/v1/b1/p1/sessionReplayConfig").status, 404);
+    EXPECT_EQ(receiver.takeReports(), Reports{"a configuration was refused: unknown project b1/p1"});
 }
 
 TEST(Routing, UnknownPathsAndMethodsAreRefused) {

@@ -52,7 +52,12 @@ Route Router::route(const RequestHead& head) {
 
 Route Router::routeUpload(const RequestHead& head, const RequestTarget& target) {
     const auto inner = withoutToken(target, rules_);
-    return inner ? endpoints_.begin(head, *inner) : fixedRoute("other", statusAnswer("ERROR", 403));
+    if (!inner) {
+        // The address is not told: it may hold a token that was mistyped, or that of another receiver.
+        services_.environment.report("an upload was refused: its address lacks /t/ and the upload token");
+        return fixedRoute("other", statusAnswer("ERROR", 403));
+    }
+    return endpoints_.begin(head, *inner);
 }
 
 Route Router::routeViewing(const RequestHead& head, const RequestTarget& target) {

@@ -182,6 +182,8 @@ Answer Endpoints::answerClose(const std::string& sessionId, const std::string& b
 Answer Endpoints::answerConfiguration(const std::string& brandId, const std::string& projectId) const {
     const auto* const project = services_.config.find(brandId, projectId);
     if (project == nullptr) {
+        services_.environment.report("a configuration was refused: unknown project " + brandId + "/" +
+                                     projectId);
         return statusAnswer("ERROR", 404);
     }
     Json answer = Json::object();
