@@ -1,10 +1,10 @@
 #include "MirethVex/Linux/LinuxPlatform.hpp"
 
-#include <map>
-#include <optional>
-#include <string_view>
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
+#include "platforms/linux/InformationCheck.hpp"
 #include "platforms/linux/media/CairoGraphics.hpp"
 #include "platforms/linux/media/OpenH264AssetWriterFactory.hpp"
 #include "platforms/linux/network/CurlHttpClient.hpp"
@@ -27,17 +27,6 @@ std::shared_ptr<JsonFileInformationDictionary> makeInformation(LinuxPlatformOpti
     return options.information
                ? std::make_shared<JsonFileInformationDictionary>(std::move(*options.information))
                : std::make_shared<JsonFileInformationDictionary>();
-}
-
-/// Nothing for a name that stands for no idiom.
-std::optional<UserInterfaceIdiom> idiomNamed(std::string_view name) {
-    static const std::map<std::string_view, UserInterfaceIdiom> idioms{
-        {"phone", UserInterfaceIdiom::phone},
-        {"pad", UserInterfaceIdiom::pad},
-        {"desktop", UserInterfaceIdiom::desktop},
-        {"television", UserInterfaceIdiom::television}};
-    const auto found = idioms.find(name);
-    return found == idioms.end() ? std::nullopt : std::optional(found->second);
 }
 
 std::shared_ptr<LinuxDevice> makeDevice(const LinuxPlatformOptions& options,
@@ -71,7 +60,9 @@ std::shared_ptr<CurlHttpClient> makeHttp(const LinuxPlatformOptions& options,
 /// The parts that are more than the service they answer for.
 struct LinuxPlatform::Parts {
     explicit Parts(LinuxPlatformOptions& options)
-        : information(makeInformation(options)), services(makeServices(options)) {}
+        : allowInsecureHttp(options.allowInsecureHttp),
+          information(makeInformation(options)),
+          services(makeServices(options)) {}
 
     PlatformServices makeServices(const LinuxPlatformOptions& options) const {
         PlatformServices all;
@@ -92,6 +83,7 @@ struct LinuxPlatform::Parts {
         return all;
     }
 
+    const bool allowInsecureHttp;
     const std::shared_ptr<AsioMainQueue> mainQueue = std::make_shared<AsioMainQueue>();
     const std::shared_ptr<PlainApplication> application = std::make_shared<PlainApplication>();
     const std::shared_ptr<JsonFileInformationDictionary> information;
@@ -124,6 +116,8 @@ std::vector<std::string> LinuxPlatform::warnings() const {
             lines.push_back(line);
         }
     }
+    std::ranges::move(warningsAbout(*parts_->information, parts_->allowInsecureHttp),
+                      std::back_inserter(lines));
     return lines;
 }
 

@@ -1,5 +1,5 @@
-// What the base URL of a service must look like. Used by the platform's warnings and by the programs, which say
-// so before the first request fails.
+// What the base URL of a service must look like. Used by the platform's warnings and by the programs, which
+// say so before the first request fails.
 #pragma once
 
 #include <string>

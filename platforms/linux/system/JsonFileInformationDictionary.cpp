@@ -22,7 +22,8 @@ JsonFileInformationDictionary::JsonFileInformationDictionary() {
     const bool isNamed = named != nullptr && *named != '\0';
     auto read = readJsonTexts(isNamed ? named : (executableDirectory() / "MirethVex.info.json").native());
     if (read) {
-        texts_ = std::move(*read);
+        texts_ = std::move(read->texts);
+        otherKeys_ = std::move(read->otherKeys);
     } else if (isNamed || !read.error().isMissing) {
         error_ = std::move(read.error().description);
     }
@@ -31,7 +32,8 @@ JsonFileInformationDictionary::JsonFileInformationDictionary() {
 JsonFileInformationDictionary::JsonFileInformationDictionary(const std::filesystem::path& file) {
     auto read = readJsonTexts(file.native());
     if (read) {
-        texts_ = std::move(*read);
+        texts_ = std::move(read->texts);
+        otherKeys_ = std::move(read->otherKeys);
     } else {
         error_ = std::move(read.error().description);
     }

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "MirethVex/Platform/InformationDictionary.hpp"
 #include "platforms/linux/system/JsonTexts.hpp"
@@ -24,9 +25,12 @@ class JsonFileInformationDictionary final : public InformationDictionary {
 
     /// Why the file could not be used; empty when there was nothing wrong. A bad file gives no values.
     const std::string& error() const noexcept { return error_; }
+    /// The keys whose values are no texts, and so count as absent.
+    const std::vector<std::string>& keysOfOtherValues() const noexcept { return otherKeys_; }
 
   private:
     TextMap texts_;
+    std::vector<std::string> otherKeys_;
     std::string error_;
 };
 

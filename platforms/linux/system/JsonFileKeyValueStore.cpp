@@ -24,13 +24,13 @@ JsonFileKeyValueStore::JsonFileKeyValueStore(const std::optional<std::filesystem
 }
 
 bool JsonFileKeyValueStore::synchronize() {
-    auto read = path_.empty() ? std::expected<TextMap, JsonFileError>() : readJsonTexts(path_);
+    auto read = path_.empty() ? std::expected<JsonTexts, JsonFileError>() : readJsonTexts(path_);
     const std::lock_guard lock(mutex_);
     if (!read && !read.error().isMissing) {
         error_ = std::move(read.error().description);
         return false;
     }
-    texts_ = read ? std::move(*read) : TextMap();
+    texts_ = read ? std::move(read->texts) : TextMap();
     error_.clear();
     return true;
 }

@@ -58,7 +58,7 @@ bool isTooDeep(std::string_view json) {
 
 }  // namespace
 
-std::expected<TextMap, JsonFileError> readJsonTexts(const std::string& path) {
+std::expected<JsonTexts, JsonFileError> readJsonTexts(const std::string& path) {
     const auto content = readSmallFile(path, maxBytes);
     if (!content) {
         return readFailure(path, errno);
@@ -71,13 +71,15 @@ std::expected<TextMap, JsonFileError> readJsonTexts(const std::string& path) {
         if (!document.is_object()) {
             return failure(path, "its top is no object");
         }
-        TextMap texts;
+        JsonTexts read;
         for (const auto& [key, value] : document.items()) {
             if (value.is_string()) {
-                texts.emplace(key, value.get<std::string>());
+                read.texts.emplace(key, value.get<std::string>());
+            } else {
+                read.otherKeys.push_back(key);
             }
         }
-        return texts;
+        return read;
     } catch (const nlohmann::json::parse_error& error) {
         // The parser's own words quote the file, which may hold anything.
         return failure(path, "it is no JSON from byte " + std::to_string(error.byte) + " on");

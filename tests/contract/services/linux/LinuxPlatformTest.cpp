@@ -85,6 +85,45 @@ TEST(LinuxPlatform, ABadInformationFileIsAWarning) {
     EXPECT_NE(platform.warnings().front().find("info.json"), std::string::npos);
 }
 
+using Warnings = std::vector<std::string>;
+
+Warnings warningsOf(const std::map<std::string, std::string, std::less<>>& information) {
+    LinuxPlatformOptions options;
+    options.information = information;
+    return LinuxPlatform(options).warnings();
+}
+
+TEST(LinuxPlatform, AValueThatTheLibraryCanMakeNothingOfIsAWarning) {
+    EXPECT_EQ(
+        warningsOf({{"DEVICE_IDIOM", "watch"}}),
+        Warnings{"DEVICE_IDIOM in the information dictionary: must be \"phone\", \"pad\", \"desktop\" or "
+                 "\"television\", not \"watch\""});
+    EXPECT_EQ(
+        warningsOf({{"SR_ENDPOINT_URL", "https://a.example/"}, {"KELDA_ENDPOINT_URL", "http://a.example"}}),
+        (Warnings{"SR_ENDPOINT_URL in the information dictionary: \"https://a.example/\" must not end in a "
+                  "slash",
+                  "KELDA_ENDPOINT_URL in the information dictionary: the address is refused: only https is "
+                  "spoken with this host: http://a.example:80/"}));
+    EXPECT_EQ(
+        warningsOf({{"KELDA_ENDPOINT_URL", "http://a.example"}, {"ALLOW_INSECURE_HTTP", "yes"}}).back(),
+        "ALLOW_INSECURE_HTTP in the information dictionary: must be \"true\" or \"false\", not \"yes\"");
+    EXPECT_EQ(warningsOf({{"SR_ENDPOINT_URL", "http://a.example"},
+                          {"ALLOW_INSECURE_HTTP", "true"},
+                          {"DEVICE_IDIOM", "phone"},
+                          {"ofTheHost", "anything"}}),
+              Warnings());
+}
+
+TEST(LinuxPlatform, AValueOfTheLibrarysThatIsNoTextIsAWarning) {
+    const test::TemporaryDirectory root;
+    test::writeFile(root / "info.json", R"({"SR_ENDPOINT_URL": 8080, "VEX_VERSION": "1", "ofTheHost": [1]})");
+    setenv("MIRETHVEX_INFO", (root / "info.json").c_str(), 1);
+    const LinuxPlatform platform;
+    unsetenv("MIRETHVEX_INFO");
+    EXPECT_EQ(platform.warnings(),
+              Warnings{"SR_ENDPOINT_URL in the information dictionary: is no text and counts as absent"});
+}
+
 TEST(LinuxPlatform, TheDefaultServicesBelongToTheSharedPlatform) {
     EXPECT_EQ(makeDefaultPlatformServices().mainQueue, LinuxPlatform::shared().services().mainQueue);
 }

@@ -62,8 +62,9 @@ class MIRETH_EXPORT LinuxPlatform {
     /// What the host tells about its window, its screens and its move to the background. Main thread only.
     PlainApplication& application() const;
 
-    /// Files of the host's that were unusable, one line each naming the file and why; empty as a rule. Their
-    /// values count as absent. Any thread.
+    /// Files of the host's that were unusable, one line each naming the file and why; their values count as
+    /// absent. And values of the information dictionary that the library can make nothing of, one line each
+    /// naming the key. Empty as a rule. Any thread.
     std::vector<std::string> warnings() const;
 
     /// Runs the library's main queue on the calling thread, which is the main thread from then on, until
