@@ -83,6 +83,61 @@ TEST_F(EndToEndQtAttach, WithoutAProgramItSaysSo) {
     EXPECT_EQ(attach({}).status, 2);
 }
 
+class AttachCommandLine : public endtoend::EndToEnd {
+  protected:
+    static endtoend::Ended run(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), MIRETH_ATTACH_PROGRAM);
+        return endtoend::runProcess(std::move(arguments));
+    }
+    /// What is said before the program runs.
+    static std::string warningsOf(std::vector<std::string> options) {
+        options.emplace_back("/bin/true");
+        const auto ended = run(std::move(options));
+        EXPECT_EQ(ended.status, 0);
+        return ended.errors;
+    }
+};
+
+TEST_F(AttachCommandLine, WhatIsUnusableIsOneLineAndStatusTwo) {
+    const auto errorOf = [](std::vector<std::string> arguments) {
+        const auto ended = run(std::move(arguments));
+        EXPECT_EQ(ended.status, 2);
+        return ended.errors;
+    };
+    EXPECT_EQ(errorOf({}), "mireth-attach: name a program to run\n");
+    EXPECT_EQ(errorOf({"--brand"}), "mireth-attach: --brand: needs a value, ID\n");
+    EXPECT_EQ(errorOf({"--brand", "", "/bin/true"}), "mireth-attach: --brand: must not be empty\n");
+    EXPECT_EQ(errorOf({"--bogus", "/bin/true"}),
+              "mireth-attach: The following argument was not expected: --bogus\n");
+}
+
+TEST_F(AttachCommandLine, WhatCannotBeUsedForRecordingIsWarnedOfOnce) {
+    const auto missing = path("none.json");
+    EXPECT_EQ(warningsOf({"--info", missing}),
+              "mireth-attach: cannot read '" + missing + "': No such file or directory\n");
+    test::writeFile(path("info.json"), R"({"DEVICE_IDIOM": "watch", "SR_ENDPOINT_URL": 1})");
+    EXPECT_EQ(
+        warningsOf({"--info", path("info.json")}),
+        "mireth-attach: SR_ENDPOINT_URL in the information dictionary: is no text and counts as absent\n"
+        "mireth-attach: DEVICE_IDIOM in the information dictionary: must be \"phone\", \"pad\", \"desktop\" "
+        "or \"television\", not \"watch\"\n");
+    EXPECT_TRUE(warningsOf({"--sr-endpoint", "ftp://x"}).starts_with("mireth-attach: --sr-endpoint: "));
+    EXPECT_EQ(warningsOf({"--kelda-endpoint", "https://x.example/"}),
+              "mireth-attach: --kelda-endpoint: \"https://x.example/\" must not end in a slash\n");
+    EXPECT_EQ(warningsOf({"--sr-endpoint", "https://x.example"}), "");
+}
+
+TEST_F(AttachCommandLine, WhatFollowsTheProgramIsItsOwn) {
+    EXPECT_EQ(run({"/bin/echo", "--brand"}).out, "--brand\n");
+    EXPECT_EQ(run({"--", "/bin/echo", "--", "-x"}).out, "-- -x\n");
+}
+
+TEST_F(AttachCommandLine, TheHelpTellsOfTheProgramAndItsArguments) {
+    const auto ended = run({"--help"});
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_NE(ended.out.find("mireth-attach [OPTIONS] PROGRAM [ARGUMENTS]"), std::string::npos) << ended.out;
+}
+
 }  // namespace
 
 }  // namespace mireth::qttest

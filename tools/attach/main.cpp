@@ -9,14 +9,20 @@
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
+#include "commandline/Complaint.hpp"
+#include "platforms/linux/InformationCheck.hpp"
+#include "platforms/linux/network/EndpointCheck.hpp"
 #include "platforms/qt/attach/AttachSettings.hpp"
 
 namespace {
 
 namespace variables = mireth::qt::attach_variables;
 
+/// What programs answer for a command line that they cannot use.
+constexpr int unusable = 2;
 /// What a shell answers for a program that cannot be run.
 constexpr int cannotRun = 126;
 constexpr int notFound = 127;
@@ -62,27 +68,58 @@ void setEnvironment(const Options& options) {
     prepend("QT_QPA_GENERIC_PLUGINS", "mireth", ',');
 }
 
-}  // namespace
+void warn(const std::string& line) {
+    std::fprintf(stderr, "mireth-attach: %s\n", line.c_str());
+}
 
-int main(int argc, char** argv) {
-    Options options;
-    CLI::App app("Runs a Qt 6 program and records its main window.", "mireth-attach");
-    app.add_option("--brand", options.brand, "Brand identifier")->capture_default_str();
-    app.add_option("--project", options.project, "Project identifier")->capture_default_str();
-    app.add_option("--sr-endpoint", options.srEndpoint, "Origin of the session-replay service");
-    app.add_option("--kelda-endpoint", options.keldaEndpoint,
-                   "Origin of the configuration service; else that of the session-replay service");
-    app.add_option("--info", options.info, "Information dictionary, a JSON file");
+/// What the plugin will read.
+mireth::platform::JsonFileInformationDictionary readInformation(const Options& options) {
+    using mireth::platform::JsonFileInformationDictionary;
+    const char* const named = ::getenv("MIRETHVEX_INFO");
+    const std::string file = options.info.empty() && named != nullptr ? named : options.info;
+    return file.empty() ? JsonFileInformationDictionary(mireth::platform::TextMap())
+                        : JsonFileInformationDictionary(std::filesystem::path(file));
+}
+
+/// The program runs all the same: it is not there to be recorded.
+void warnOfInformation(const Options& options) {
+    using namespace mireth::platform;
+    const auto information = readInformation(options);
+    if (!information.error().empty()) {
+        warn(information.error());
+    }
+    for (const auto& line : warningsAbout(information, false)) {
+        warn(line);
+    }
+    const bool insecure = information.string(information_keys::allowInsecureHttp) == "true";
+    const std::pair<const char*, std::string> endpoints[] = {{"--sr-endpoint", options.srEndpoint},
+                                                             {"--kelda-endpoint", options.keldaEndpoint}};
+    for (const auto& [option, url] : endpoints) {
+        const auto why = url.empty() ? std::string() : complaintAboutEndpoint(url, insecure);
+        if (!why.empty()) {
+            warn(option + (": " + why));
+        }
+    }
+}
+
+void declareOptions(CLI::App& app, Options& options) {
+    const auto declare = [&app](const char* name, std::string& into, const char* type, const char* text) {
+        return app.add_option(name, into, text)->type_name(type)->check(mireth::commandline::notEmpty());
+    };
+    declare("--brand", options.brand, "ID", "Brand identifier")->capture_default_str();
+    declare("--project", options.project, "ID", "Project identifier")->capture_default_str();
+    declare("--sr-endpoint", options.srEndpoint, "URL", "Base URL of the session-replay service");
+    declare("--kelda-endpoint", options.keldaEndpoint, "URL",
+            "Base URL of the configuration service; else that of the session-replay service");
+    declare("--info", options.info, "FILE", "Information dictionary (JSON)");
     app.set_version_flag("--version", "mireth-attach " MIRETH_VERSION);
     app.prefix_command();
-    CLI11_PARSE(app, argc, argv);
+    // Stands in the line of usage only.
+    app.get_formatter()->label("OPTIONS", "OPTIONS] PROGRAM [ARGUMENTS");
+}
 
-    std::vector<std::string> command = app.remaining();
-    if (command.empty()) {
-        std::fputs("mireth-attach: name a program to run\n", stderr);
-        return 2;
-    }
-    setEnvironment(options);
+/// Does not return when the program can be run.
+int runProgram(std::vector<std::string> command) {
     std::vector<char*> arguments;
     for (auto& argument : command) {
         arguments.push_back(argument.data());
@@ -90,6 +127,34 @@ int main(int argc, char** argv) {
     arguments.push_back(nullptr);
     ::execvp(arguments.front(), arguments.data());
     const int error = errno;
-    std::fprintf(stderr, "mireth-attach: %s: %s\n", arguments.front(), std::strerror(error));
+    warn(command.front() + ": " + std::strerror(error));
     return error == ENOENT ? notFound : cannotRun;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    CLI::App app("Runs a Qt 6 program and records its main window.", "mireth-attach");
+    declareOptions(app, options);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& asked) {
+        return app.exit(asked);
+    } catch (const CLI::ParseError& error) {
+        warn(mireth::commandline::complaintOf(app, error));
+        return unusable;
+    }
+    auto command = app.remaining();
+    if (!command.empty() && command.front() == "--") {
+        command.erase(command.begin());
+    }
+    if (command.empty() || command.front().starts_with('-')) {
+        warn(command.empty() ? "name a program to run"
+                             : "The following argument was not expected: " + command.front());
+        return unusable;
+    }
+    warnOfInformation(options);
+    setEnvironment(options);
+    return runProgram(command);
 }

@@ -1,5 +1,5 @@
-// Reads and checks the values of options, for the command line. Included by .cpp files only, as it names the parser's
-// types.
+// Reads and checks the values of options, for the command line. Included by .cpp files only, as it names the
+// parser's types.
 #pragma once
 
 #include <CLI/App.hpp>
