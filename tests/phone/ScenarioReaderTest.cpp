@@ -28,6 +28,29 @@ TEST(ScenarioReader, LeftOutKeysHaveTheirDefaults) {
     EXPECT_EQ(scenario.screens.front().background, (Color{1, 1, 1, 1}));
 }
 
+TEST(ScenarioReader, IdiomsAreReadByName) {
+    using platform::UserInterfaceIdiom;
+    const auto idiom = [](const std::string& name) {
+        return parseScenario(
+                   R"({"device":{"idiom":")" + name + R"("},"screens":[{"name":"Home"}],"steps":[]})", "")
+            .device.idiom;
+    };
+    EXPECT_EQ(idiom("phone"), UserInterfaceIdiom::phone);
+    EXPECT_EQ(idiom("pad"), UserInterfaceIdiom::pad);
+    EXPECT_EQ(idiom("desktop"), UserInterfaceIdiom::desktop);
+    EXPECT_EQ(idiom("television"), UserInterfaceIdiom::television);
+}
+
+TEST(ScenarioReader, EachSideOfTheWindowHasItsOwnDefault) {
+    const auto size = [](const std::string& window) {
+        return parseScenario(R"({"window":)" + window + R"(,"screens":[{"name":"Home"}],"steps":[]})", "")
+            .windowSize;
+    };
+    EXPECT_EQ(size(R"({"width":400})"), (Size{400, 844}));
+    EXPECT_EQ(size(R"({"height":800})"), (Size{390, 800}));
+    EXPECT_EQ(size(R"({"width":400,"height":800})"), (Size{400, 800}));
+}
+
 TEST(ScenarioReader, NullTakesADefaultAway) {
     const Scenario scenario = parseScenario(
         R"({"device":{"vendorId":null},"bundle":{"VEX_VERSION":null},"screens":[{"name":"Home"}],"steps":[]})",

@@ -134,7 +134,7 @@ Action readSignal(const JsonNode& node, const Context&) {
 
 Action readResize(const JsonNode& node, const Context&) {
     const auto parts = node.elements(2, 2);
-    return ResizeStep{readWindowSize(parts[0], parts[1])};
+    return ResizeStep{{readWindowSide(parts[0]), readWindowSide(parts[1])}};
 }
 
 Action readBackground(const JsonNode& node, const Context&) {
@@ -229,9 +229,9 @@ platform::NetworkPath readNetwork(const JsonNode& node) {
     return path;
 }
 
-Size readWindowSize(const JsonNode& width, const JsonNode& height) {
+double readWindowSide(const JsonNode& node) {
     constexpr double largest = 4096;
-    return {width.number(1, largest), height.number(1, largest)};
+    return node.number(1, largest);
 }
 
 std::chrono::nanoseconds readSpan(const JsonNode& node, double shortest) {

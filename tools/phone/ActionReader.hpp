@@ -14,7 +14,7 @@ namespace mireth::phone {
 // All throw ScenarioError.
 
 platform::NetworkPath readNetwork(const JsonNode& node);
-Size readWindowSize(const JsonNode& width, const JsonNode& height);
+double readWindowSide(const JsonNode& node);
 /// Seconds, from `shortest` to a day.
 std::chrono::nanoseconds readSpan(const JsonNode& node, double shortest = 0);
 

@@ -72,8 +72,11 @@ void readDevice(headless::DeviceValues& device, const JsonNode& node) {
 void readWindow(Scenario& scenario, const JsonNode& node) {
     static constexpr std::array<std::string_view, 3> keys{"width", "height", "scale"};
     node.requireKeys(keys);
-    if (node.find("width") || node.find("height")) {
-        scenario.windowSize = readWindowSize(node.at("width"), node.at("height"));
+    if (const auto width = node.find("width")) {
+        scenario.windowSize.width = readWindowSide(*width);
+    }
+    if (const auto height = node.find("height")) {
+        scenario.windowSize.height = readWindowSide(*height);
     }
     if (const auto scale = node.find("scale")) {
         scenario.windowScale = scale->number(0.5, 4);
