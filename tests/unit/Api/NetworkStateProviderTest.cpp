@@ -58,6 +58,16 @@ TEST_F(NetworkState, TheConnectionIsTheLatestPathsStatus) {
     EXPECT_FALSE(provider->hasConnection());
 }
 
+TEST_F(NetworkState, APathThatDoesNotConnectHasItsTypeAllTheSame) {
+    const auto provider = makeProvider();
+    runBackground();
+    script->report(false, true);
+    EXPECT_FALSE(provider->hasConnection());
+    EXPECT_EQ(provider->getConnectionType(), NetworkType::wifi);
+    script->report(false, false, true);
+    EXPECT_EQ(provider->getConnectionType(), NetworkType::mobileData);
+}
+
 TEST_F(NetworkState, WifiWinsOverCellular) {
     const auto provider = makeProvider();
     runBackground();

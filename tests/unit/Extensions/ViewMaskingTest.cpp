@@ -84,6 +84,13 @@ TEST(ViewMasking, ShadowViewIsShownThoughItIsAnImageView) {
     EXPECT_TRUE(isMasked(ImageView(registered("MaskingShadowView", ViewClass::imageView()))));
 }
 
+TEST(ViewMasking, ShadowViewIsShownThoughItIsATextView) {
+    EXPECT_FALSE(isMasked(Label(registered("_MaskingTextShadowView", ViewClass::label()))));
+    EXPECT_FALSE(isMasked(TextField(registered("_MaskingFieldShadowView", ViewClass::textField()))));
+    EXPECT_FALSE(isMasked(TextView(registered("_MaskingEntryShadowView", ViewClass::textView()))));
+    EXPECT_TRUE(isMasked(Label(registered("MaskingTextShadowView", ViewClass::label()))));
+}
+
 TEST(ViewMasking, ShadowViewIsMaskedWhenAnotherRuleHolds) {
     const ViewClass& shadow = registered("_MaskingOtherShadowView", ViewClass::imageView());
     EXPECT_TRUE(isMasked(ImageView(shadow), {&shadow}));

@@ -231,6 +231,23 @@ TEST_F(Pusher, AfterStopNoChunkIsUploaded) {
     EXPECT_EQ(uploads(), 0U);
 }
 
+TEST_F(Pusher, AChunkAnnouncedWhileStopWaitsIsStillUploaded) {
+    listen();
+    announce(0);
+    phone.phone.runUntilIdle();
+    const auto stopping = phone.phone.start(pusher->stopListeningForChunks());
+    phone.phone.runUntilIdle();
+    announce(1);
+    phone.phone.runUntilIdle();
+    EXPECT_EQ(uploads(), 2U);
+    answerUpload(0, FakeHttpClient::response(200, success));
+    ASSERT_TRUE(stopping->succeeded());
+    announce(2);
+    phone.phone.runUntilIdle();
+    EXPECT_EQ(uploads(), 2U);
+    answerUpload(1, FakeHttpClient::response(200, success));
+}
+
 TEST_F(Pusher, AFailureAfterStopBeganIsOnlyLogged) {
     listen();
     announce(0);

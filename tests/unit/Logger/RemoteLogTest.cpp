@@ -117,6 +117,17 @@ TEST_F(RemoteLogging, AWrapperThatLeftItsNameAndVersionsIsNamed) {
     EXPECT_EQ(line["clientVexReactNativeVersion"], "9.1");
 }
 
+TEST_F(RemoteLogging, WhatAWrapperLeavesLaterIsNotSeen) {
+    const auto store = std::make_shared<headless::MemoryKeyValueStore>();
+    phone.clientDetails = std::make_shared<const ClientDetailsProvider>(store);
+    const auto early = phone.makeRemoteLog();
+    store->set("MirethClientType", "VEXMobileIOSReactNative");
+    store->set("MirethClientRNVersion", "0.74");
+    const auto line = ordered_json::parse(early->generateLog("x", LogTag::network, {}));
+    EXPECT_EQ(line["clientType"], "VEXMobileIOS");
+    EXPECT_FALSE(line.contains("clientReactNativeVersion"));
+}
+
 TEST_F(RemoteLogging, AnAdditionalEntryReplacesTheTagAndMetadata) {
     const auto line = ordered_json::parse(remoteLog->generateLog(
         "x", LogTag::network, {{"logTag", "MINE"}, {"deviceName", "other"}, {"logMessage", "y"}}));

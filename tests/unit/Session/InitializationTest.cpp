@@ -1,5 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <nlohmann/json.hpp>
+
+#include "support/PostedLines.hpp"
 #include "support/SessionHost.hpp"
 
 namespace mireth {
@@ -9,6 +12,7 @@ using test::IngestionFake;
 using test::SessionHost;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::SizeIs;
 
 /// The value of a query item in the latest request.
@@ -129,6 +133,51 @@ TEST(Initialization, ARefusalForARunningSessionHasChangedNothing) {
     EXPECT_EQ(latestQueryItem(host, "M_ZoneID"), "p1");
 }
 
+/// What the remote log says of a line as long as its client has not fetched a configuration.
+constexpr const char* droppedLine =
+    R"(Unexpected error while posting log ["error": "Brand DC is not present."])";
+
+TEST(Initialization, ARefusalForItsIdentifiersHasAlreadyConfiguredTheRemoteLog) {
+    SessionHost host({}, {}, SessionHost::postEveryLine);
+    EXPECT_EQ(host.core.initializeProject("", "p", host.window), InitializationResult::paramsRequired);
+    host.phone().queue().drain();
+    EXPECT_THAT(host.errors(),
+                ElementsAre("Can't initialize. Both brandId and projectId are required.", droppedLine));
+}
+
+TEST(Initialization, ARefusalForItsWindowHasAlreadyConfiguredTheRemoteLog) {
+    SessionHost host({}, {}, SessionHost::postEveryLine);
+    host.phone().application().setKeyWindow(nullptr);
+    EXPECT_EQ(host.core.initializeProject("b", "p", nullptr), InitializationResult::cannotGetKeyWindow);
+    host.phone().queue().drain();
+    EXPECT_THAT(host.errors(),
+                ElementsAre("Cannot get key window, pass it explicitly to the initializeProject method.",
+                            droppedLine));
+}
+
+TEST(Initialization, TheLineOfARefusalIsNotPostedAsTheProjectsBefore) {
+    SessionHost host({}, {}, SessionHost::postEveryLine);
+    host.startSession();
+    ASSERT_EQ(host.stop().kind, SessionCloseResult::Kind::success);
+    EXPECT_EQ(host.core.initializeProject("b9", "", host.window), InitializationResult::paramsRequired);
+    host.phone().queue().drain();
+    EXPECT_THAT(host.service.logBodies, IsEmpty());
+    EXPECT_THAT(host.errors(),
+                ElementsAre("Can't initialize. Both brandId and projectId are required.", droppedLine));
+}
+
+TEST(Initialization, ARefusalForARunningSessionLeavesTheRemoteLogToItsProject) {
+    SessionHost host({}, {}, SessionHost::postEveryLine);
+    host.startSession();
+    EXPECT_EQ(host.core.initializeProject("b9", "p9", host.window),
+              InitializationResult::sessionAlreadyRunning);
+    host.core.log().error(LogTag::signal, "line");
+    host.phone().queue().drain();
+    ASSERT_THAT(host.service.logBodies, SizeIs(1));
+    EXPECT_EQ(nlohmann::json::parse(test::postedText(host.service.logBodies[0]))["projectId"], "p1");
+    EXPECT_THAT(host.errors(), ElementsAre("line"));
+}
+
 TEST(Initialization, AgainWithoutASessionBuildsAFreshGraph) {
     SessionHost host;
     ASSERT_EQ(host.initialize(), InitializationResult::success);
@@ -151,7 +200,8 @@ TEST(Initialization, TheOrchestratorClassCanBeReplaced) {
     EXPECT_EQ(made, 1);
 }
 
-/// What a project is made of.
+/// What a project is made of, in the order of building: each from those before it. Its line is the last thing
+/// that an object does while it is built, so its own parts stand before it.
 const std::vector<std::string> longLived{"NetworkStateProvider",
                                          "MApiClient",
                                          "EventBuffer",
@@ -162,13 +212,13 @@ const std::vector<std::string> longLived{"NetworkStateProvider",
                                          "VideoChunkProcessor",
                                          "VideoChunkManager",
                                          "EventRecorder",
-                                         "TimelineEventDetector",
                                          "MirethGestureRecognizer",
                                          "ErrorTapSignalListener",
                                          "ViewAnalyzer",
                                          "DeadTapListener",
                                          "RageTapSignalListener",
                                          "TapInteractionListener",
+                                         "TimelineEventDetector",
                                          "MetadataDetector",
                                          "WindowDimensionsDetector",
                                          "SessionRecorder",
@@ -190,7 +240,7 @@ TEST(Initialization, EveryLongLivedObjectWritesALineWhenItIsBuiltAndOneWhenItIsD
     ASSERT_EQ(host.initialize(), InitializationResult::success);
     host.phone().queue().drain();
     auto expected = memoryUseLines("initialized");
-    EXPECT_THAT(host.texts(LogLevel::info), testing::UnorderedElementsAreArray(expected));
+    EXPECT_THAT(host.texts(LogLevel::info), testing::ElementsAreArray(expected));
     // A fresh graph takes the old one's place, and the old one goes.
     ASSERT_EQ(host.initialize(), InitializationResult::success);
     host.phone().queue().drain();

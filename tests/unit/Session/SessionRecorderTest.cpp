@@ -69,6 +69,26 @@ TEST_F(SessionRecorderAlone, AFrameWithoutASessionIsRefusedTwiceWithItsLines) {
     capture.expectLines(
         {errorLine(LogTag::playback, "Failed to handle window dimensions change. Session is nil."),
          errorLine(LogTag::playback, "Failed to handle frame recording. Session is nil.")});
+    EXPECT_EQ(errors, 0) << "nobody asked to be told";
+}
+
+TEST_F(SessionRecorderAlone, AFrameAfterTheStopIsRefusedAndReported) {
+    const auto recorder = make();
+    start(*recorder);
+    bool stopped = false;
+    asio::co_spawn(makeMainExecutor(host.phone().services().mainQueue), recorder->stopRecording(),
+                   [&stopped](const std::exception_ptr& exception) { stopped = exception == nullptr; });
+    host.phone().queue().drain();
+    ASSERT_TRUE(stopped);
+    (void)capture.take();
+    const platform::Image image = platform::Image::filled(10, 10, 0xff000000U);
+    recorder->processWindowDimensionsChange(image);
+    EXPECT_EQ(errors, 1);
+    recorder->pushFrameToBuffer(image);
+    EXPECT_EQ(errors, 2);
+    capture.expectLines(
+        {errorLine(LogTag::playback, "Failed to handle window dimensions change. Session is nil."),
+         errorLine(LogTag::playback, "Failed to handle frame recording. Session is nil.")});
 }
 
 TEST_F(SessionRecorderAlone, AFrameBeforeAnyScalingIsRefusedAndReported) {

@@ -82,6 +82,26 @@ TEST(Timeline, AWindowThatIsTurnedYieldsASecondDimensionsEvent) {
     EXPECT_EQ(chunk.timeline[3]["timestamp"], 1700000002500);
 }
 
+TEST(Timeline, EventsAfterATurnArePlacedInTheTurnedFrame) {
+    SessionHost host;
+    host.startSession();
+    host.advance(2);
+    host.window->resize({844, 390});
+    host.advance(0.5);
+    host.core.orchestrator()->backdoorRecordSignal(SessionSignalType::rageTap, {422, 195});
+    host.core.orchestrator()->backdoorRecordSignal(SessionSignalType::rageTap, {0, 0});
+    host.advance(7.5);
+    const auto& timeline = host.service.chunks.at(0).timeline;
+    ASSERT_GE(timeline.size(), 6U);
+    const auto& middle = timeline[4]["eventDetails"]["target"];
+    EXPECT_FLOAT_EQ(middle["xNormalizedTo1"], 0.5F);
+    EXPECT_FLOAT_EQ(middle["yNormalizedTo1"], 0.5F);
+    // The turned window is 250 wide in the frame, and 115.5 of its 500 high.
+    const auto& corner = timeline[5]["eventDetails"]["target"];
+    EXPECT_FLOAT_EQ(corner["xNormalizedTo1"], 0);
+    EXPECT_NEAR(corner["yNormalizedTo1"].get<float>(), 0.384478F, 1e-6F);
+}
+
 TEST(Timeline, AReportedScreenCarriesItsHierarchyWithDepths) {
     SessionHost host;
     host.startSession();

@@ -102,6 +102,15 @@ TEST(MError, HasATextForLogsAndOneForPeople) {
     EXPECT_EQ(debug(Kind::recordingCanceled), "Recording canceled.");
     EXPECT_EQ((MError{Kind::customClassMaskingFailed, "C"}).debugDescription(),
               "Failed configuring masking for one of the provided classes: C");
+    const auto forPeople = [](Kind kind) { return MError{kind, ""}.errorDescription(); };
+    EXPECT_EQ(forPeople(Kind::undefined), "Something went wrong when attempting to initialise the VEX.");
+    EXPECT_EQ(forPeople(Kind::permissionNotGranted),
+              "Something went wrong when attempting to grant permission for data collection. Please retry.");
+    EXPECT_EQ(forPeople(Kind::permissionNotRevoked),
+              "Something went wrong when attempting to revoke permission for data collection. Please retry.");
+    EXPECT_EQ(
+        forPeople(Kind::recordingCanceled),
+        "Action canceled. Please make sure you have obtained user permission before you try to record.");
     EXPECT_EQ((MError{Kind::customClassMaskingFailed, "C"}).errorDescription(),
               "Provided value doesn't match the expected type. Please check your configuration.");
 }
