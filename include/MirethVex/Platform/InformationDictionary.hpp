@@ -15,7 +15,7 @@ inline constexpr std::string_view srEndpointUrl = "SR_ENDPOINT_URL";
 /// Base URL of the configuration service, of the same form. Log hosts end in its host and port, without its
 /// path. Absent: the build's MIRETH_KELDA_ENDPOINT.
 inline constexpr std::string_view keldaEndpointUrl = "KELDA_ENDPOINT_URL";
-/// The library's version. Absent or empty: sent as "Unknown", and an error line at every start.
+/// The library's version. Absent, in metadata also empty: sent as "Unknown", and an error line each start.
 inline constexpr std::string_view vexVersion = "VEX_VERSION";
 /// "true" lets the Linux platform speak plain http with any host, not with loopback hosts only.
 inline constexpr std::string_view allowInsecureHttp = "ALLOW_INSECURE_HTTP";

@@ -9,9 +9,9 @@
 
 namespace mireth {
 
-/// The states of a tree's layers, each before its sublayers, back to front. It goes through the tree as
-/// `LayerReplicator` does with masking off: presentation layers come first, and trees without end are cut off
-/// by mask blocks. It is a list, not a tree of layers, since it is made while a tap is being handled.
+/// The states of a tree's layers, each before its sublayers, back to front. It goes through the tree as a
+/// copy does, presentation layers first and trees without end cut off by mask blocks, but masks nothing and
+/// never asks for `View::unmasked`. A list, not a tree, since it is made while a tap is being handled.
 class LayerSnapshot {
   public:
     /// Of nothing; it has no layers.
