@@ -4,6 +4,9 @@
 #include <boost/asio/async_result.hpp>
 #include <optional>
 
+#include "Platform/Async/DroppingScope.hpp"
+#include "Platform/Guarded.hpp"
+
 namespace mireth {
 
 namespace {
@@ -25,11 +28,19 @@ Task<void> suspend(Arrange arrange) {
     co_await asio::async_initiate<Token, void()>(std::move(initiate), token);
 }
 
+/// Where nothing may be thrown, as in destructors: a waiter that its executor does not take is dropped with a
+/// line on standard error, and its coroutine with it.
+void resumeOrDrop(Work& waiter) noexcept {
+    const DroppingScope dropping;
+    platform::guarded("an executor", waiter);
+    waiter = nullptr;
+}
+
 }  // namespace
 
 // AsyncEvent
 
-void AsyncEvent::set() const {
+void AsyncEvent::set() const noexcept {
     std::vector<Work> waiters;
     {
         const std::lock_guard lock(state_->mutex);
@@ -37,7 +48,7 @@ void AsyncEvent::set() const {
         waiters.swap(state_->waiters);
     }
     for (auto& waiter : waiters) {
-        waiter();
+        resumeOrDrop(waiter);
     }
 }
 
@@ -94,7 +105,7 @@ void TaskGroup::Ticket::release() noexcept {
         waiters.swap(state->waiters);
     }
     for (auto& waiter : waiters) {
-        waiter();
+        resumeOrDrop(waiter);
     }
 }
 
@@ -167,7 +178,7 @@ AsyncMutex::Lock::~Lock() {
     }
     next.slot->emplace(Lock(state));
     next.slot.reset();
-    next.resume();
+    resumeOrDrop(next.resume);
 }
 
 AsyncMutex::AsyncMutex() : state_(std::make_shared<Lock::State>()) {}

@@ -1,4 +1,5 @@
-// Things that coroutines wait for: a one-time event, a group of tasks, a lock.
+// Things that coroutines wait for: a one-time event, a group of tasks, a lock. A waiter that its executor
+// does not take is dropped with a line on standard error.
 #pragma once
 
 #include <cstddef>
@@ -18,7 +19,7 @@ namespace mireth {
 /// executor.
 class AsyncEvent {
   public:
-    void set() const;
+    void set() const noexcept;
     bool isSet() const;
     Task<void> wait() const;
 

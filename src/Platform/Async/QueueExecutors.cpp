@@ -4,17 +4,30 @@
 #include <boost/asio/execution.hpp>
 #include <boost/asio/execution_context.hpp>
 #include <cstdio>
-#include <deque>
 #include <exception>
+#include <list>
 #include <mutex>
 #include <thread>
 #include <utility>
+
+#include "Platform/Async/DroppingScope.hpp"
+#include "Platform/Guarded.hpp"
 
 namespace mireth {
 
 namespace {
 
 namespace execution = boost::asio::execution;
+
+/// Posts with `post`, and drops what cannot be posted where nothing may be thrown.
+template <class Post>
+void postOrDrop(const char* service, Post&& post) {
+    if (DroppingScope::isOpen()) {
+        platform::guarded(service, post);
+    } else {
+        post();
+    }
+}
 
 /// Where the work of an executor goes. Asio asks each executor for a context.
 class Target : public asio::execution_context {
@@ -31,7 +44,7 @@ class MainTarget final : public Target {
 
     void post(Work work) override {
         if (const auto queue = queue_.lock()) {
-            queue->post(std::move(work));
+            postOrDrop("the main queue", [&] { queue->post(std::move(work)); });
         }
     }
 
@@ -52,7 +65,7 @@ class BackgroundTarget final : public Target {
 
     void post(Work work) override {
         if (const auto background = background_.lock()) {
-            background->post(std::move(work));
+            postOrDrop("the background executor", [&] { background->post(std::move(work)); });
         }
     }
 
@@ -111,7 +124,9 @@ class SerialTarget final : public Target, public std::enable_shared_from_this<Se
         }
         ~Succession() {
             target_.runner_ = std::thread::id();
-            target_.finishTurn();
+            // A turn that is not taken drops what waits: see Turn.
+            const DroppingScope dropping;
+            platform::guarded("an executor", [this] { target_.finishTurn(); });
         }
         Succession(const Succession&) = delete;
         Succession& operator=(const Succession&) = delete;
@@ -147,8 +162,10 @@ class SerialTarget final : public Target, public std::enable_shared_from_this<Se
         schedule();
     }
 
-    void abandon() {
-        std::deque<Work> dropped;
+    void abandon() noexcept {
+        // A coroutine that is let go of posts its own end.
+        const DroppingScope dropping;
+        std::list<Work> dropped;
         const std::lock_guard lock(mutex_);
         isScheduled_ = false;
         dropped.swap(waiting_);
@@ -158,7 +175,7 @@ class SerialTarget final : public Target, public std::enable_shared_from_this<Se
     std::atomic<std::thread::id> runner_;
     std::mutex mutex_;
     bool isScheduled_ = false;  // guarded by mutex_
-    std::deque<Work> waiting_;  // guarded by mutex_
+    std::list<Work> waiting_;   // guarded by mutex_; a list, which is swapped without memory
 };
 
 /// An executor in Asio's sense: copyable, comparable, and with the properties that any_io_executor asks for.

@@ -1,4 +1,5 @@
 // Boost.Asio executors over the platform's main queue and background executor, so that coroutines run there.
+// What a service's `post` throws reaches whoever posts, but in a DroppingScope.
 #pragma once
 
 #include <memory>
