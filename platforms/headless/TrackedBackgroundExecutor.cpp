@@ -14,7 +14,9 @@ void TrackedBackgroundExecutor::post(Work work) {
     auto tracked = std::make_unique<Tracked>(inFlight_->begin(), std::move(work));
     inner_->post([tracked = std::move(tracked)]() mutable {
         const auto running = std::move(tracked);
-        running->work();
+        if (running->work) {
+            running->work();
+        }
     });
 }
 

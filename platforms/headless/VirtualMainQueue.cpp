@@ -27,6 +27,9 @@ Instant toInstant(platform::Seconds seconds) {
 }
 
 void runGuarded(Work& work) noexcept {
+    if (!work) {
+        return;
+    }
     try {
         work();
     } catch (const std::exception& error) {

@@ -27,7 +27,11 @@ bool isFirstThreadOfProcess() noexcept {
 struct AsioMainQueue::Loop {
     explicit Loop(EscapedErrorHandler handler) : onEscapedError(std::move(handler)) {}
 
-    void runWork(Work& work) const noexcept { runGuarded(work, "work on the main queue", onEscapedError); }
+    void runWork(Work& work) const noexcept {
+        if (work) {
+            runGuarded(work, "work on the main queue", onEscapedError);
+        }
+    }
 
     const EscapedErrorHandler onEscapedError;
     /// Of no thread before the first `run`.

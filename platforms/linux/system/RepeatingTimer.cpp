@@ -47,7 +47,9 @@ void RepeatingTimer::waitForNextTick() {
 
 void RepeatingTimer::fire() {
     ticking_ = true;
-    runGuarded(tick_, "a timer on the main queue", onEscapedError_);
+    if (tick_) {
+        runGuarded(tick_, "a timer on the main queue", onEscapedError_);
+    }
     ticking_ = false;
     if (!active_) {
         return;

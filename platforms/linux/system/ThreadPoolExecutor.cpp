@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -17,20 +18,22 @@ struct ThreadPoolExecutor::Pool {
     explicit Pool(EscapedErrorHandler handler) : onEscapedError(std::move(handler)) {}
 
     /// Nothing once the pool stops.
-    Work next() {
+    std::optional<Work> next() {
         std::unique_lock lock(mutex);
         changed.wait(lock, [this] { return stopping || !queue.empty(); });
         if (stopping) {
-            return nullptr;
+            return std::nullopt;
         }
-        Work work = std::move(queue.front());
+        std::optional<Work> work = std::move(queue.front());
         queue.pop_front();
         return work;
     }
 
     void runAll() {
-        while (Work work = next()) {
-            runGuarded(work, "background work", onEscapedError);
+        while (auto work = next()) {
+            if (*work) {
+                runGuarded(*work, "background work", onEscapedError);
+            }
         }
     }
 

@@ -23,6 +23,9 @@ WorkLoop::~WorkLoop() {
 }
 
 void WorkLoop::run(Work& work) noexcept {
+    if (!work) {
+        return;
+    }
     ++running_;
     try {
         work();

@@ -34,6 +34,16 @@ TEST_P(BackgroundExecutorContract, WorkMayPostWork) {
     EXPECT_TRUE(ran.waitFor(1));
 }
 
+TEST_P(BackgroundExecutorContract, NullIsWorkThatDoesNothing) {
+    Counter ran;
+    for (int i = 0; i < 8; ++i) {
+        harness_->executor().post(nullptr);
+    }
+    harness_->executor().post([&] { ran.increment(); });
+    EXPECT_TRUE(ran.waitFor(1));
+    EXPECT_EQ(harness_->loggedErrors(), 0);
+}
+
 TEST_P(BackgroundExecutorContract, WhatWorkThrowsIsLoggedAndEndsNothing) {
     Counter ran;
     for (int i = 0; i < 8; ++i) {

@@ -160,6 +160,16 @@ TEST_P(MainQueueContract, WhatWorkThrowsIsLoggedAndEndsNothing) {
     EXPECT_EQ(harness_->loggedErrors(), 4);
 }
 
+TEST_P(MainQueueContract, NullIsWorkThatDoesNothing) {
+    bool ranAfter = false;
+    harness_->queue().post(nullptr);
+    harness_->queue().postAfter(Seconds(0.01), nullptr);
+    const auto timer = harness_->queue().scheduleRepeating(Seconds(0.01), nullptr);
+    harness_->queue().postAfter(Seconds(0.05), [&] { ranAfter = true; });
+    EXPECT_TRUE(harness_->runUntil([&] { return ranAfter; }, 10));
+    EXPECT_EQ(harness_->loggedErrors(), 0);
+}
+
 TEST_P(MainQueueContract, WorkStillQueuedAtTheEndIsDroppedWithoutBeingRun) {
     bool ran = false;
     const auto owned = std::make_shared<int>(0);
