@@ -1,10 +1,12 @@
 #include "Platform/TouchDelivery.hpp"
 
 #include <algorithm>
+#include <cstdio>
 #include <utility>
 
 #include "Platform/Guarded.hpp"
 #include "Platform/TouchCalls.hpp"
+#include "Platform/TouchChecks.hpp"
 
 namespace mireth::platform {
 
@@ -58,7 +60,29 @@ void TouchDelivery::deliver(const TouchEvent& event) {
     while (!waiting_.empty()) {
         const TouchEvent next = std::move(waiting_.front());
         waiting_.pop_front();
-        deliverNow(next);
+        deliverNow(checked(next));
+    }
+}
+
+TouchEvent TouchDelivery::checked(const TouchEvent& event) {
+    TouchEvent result{event.timestamp, {}};
+    for (const Touch& touch : event.touches) {
+        if (hasTimeAndPlace(touch)) {
+            result.touches.push_back(touch);
+            continue;
+        }
+        tellOfRefusal();
+        const auto active = activeTouches_.find(touch.identity);
+        if (isOver(touch) && active != activeTouches_.end()) {
+            result.touches.push_back(cancelled(active->second.last));
+        }
+    }
+    return result;
+}
+
+void TouchDelivery::tellOfRefusal() {
+    if (!std::exchange(hasToldOfRefusal_, true)) {
+        std::fputs("M-VEX: touches at no usable time or place are ignored\n", stderr);
     }
 }
 

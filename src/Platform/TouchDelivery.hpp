@@ -40,6 +40,11 @@ class TouchDelivery {
         std::vector<const GestureRecognizer*> knownTo;
     };
 
+    /// `event` without the touches that have no usable time or place; one that ends so is cancelled, so that
+    /// nobody waits for its end.
+    TouchEvent checked(const TouchEvent& event);
+    /// Once a window: a toolkit that makes the mistake makes it at every touch.
+    void tellOfRefusal();
     void deliverNow(const TouchEvent& event);
     void cancelTouchesThatBeginAgain(const TouchEvent& event);
     void trackTouches(const TouchEvent& event);
@@ -66,6 +71,7 @@ class TouchDelivery {
     std::map<std::uint64_t, ActiveTouch> activeTouches_;
     std::deque<TouchEvent> waiting_;
     bool isDelivering_ = false;
+    bool hasToldOfRefusal_ = false;
 };
 
 }  // namespace mireth::platform

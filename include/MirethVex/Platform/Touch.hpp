@@ -19,14 +19,13 @@ struct Touch {
     /// The same from a touch's begin to its end or cancellation, and no other touch's in that time.
     std::uint64_t identity = 0;
     TouchPhase phase = TouchPhase::began;
-    /// In the coordinates of `window`, in points. Finite: a tap at any other place costs the upload of its
-    /// chunk, and with it the session.
+    /// In the coordinates of `window`, in points. Finite, and at most 1e9 either way.
     Point locationInWindow;
     /// How many taps in a row this one completes, by the rules of the toolkit: 1 for a tap by itself. The
     /// same from begin to end.
     int tapCount = 1;
     /// When it happened, in seconds on the uptime clock. Finite, and small enough that its milliseconds fit
-    /// 64 bits: a tap at any other time is a binding's mistake, and ends the process.
+    /// 64 bits.
     double timestamp = 0;
     /// What was touched when the touch began (`View::hitTest` of the window finds it); not owned. Expired
     /// when there was none or it is gone.

@@ -41,8 +41,8 @@ class MIRETH_EXPORT Window : public View {
     /// Delivers what happened to the touches: to the recognisers first, in the order in which they were
     /// added, then to the views that the touches began in. The toolkit sends every phase of every touch, with
     /// the `view` and the `window` of its begin. A touch that began elsewhere is ignored; one that begins
-    /// again has lost its end and is cancelled first. The end of a tap whose time is not
-    /// finite ends the process while a session detects: see Touch.
+    /// again has lost its end and is cancelled first. What is said of a touch at another time or place than
+    /// Touch allows is ignored, with a line on standard error the first time; an end is a cancellation then.
     ///
     /// An event that is sent from within a delivery waits until that one is over, so that everybody hears of
     /// things in the order in which they happened.

@@ -1,4 +1,5 @@
 // How a window brings touches to its recognisers and views.
+#include <limits>
 #include <stdexcept>
 
 #include "TouchJournal.hpp"
@@ -46,6 +47,46 @@ TEST_F(TouchDelivery, ATouchStaysWithTheViewItBeganIn) {
     send(1, TouchPhase::began);
     send({touch(1, TouchPhase::ended, other)});
     EXPECT_THAT(take(), ElementsAre("V began 1", "V ended 1"));
+}
+
+TEST_F(TouchDelivery, ATouchAtNoUsableTimeOrPlaceIsIgnoredWithOneLine) {
+    addRecognizer("R");
+    testing::internal::CaptureStderr();
+    for (const double odd :
+         {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
+          -std::numeric_limits<double>::infinity(), 9.3e15, -9.3e15}) {
+        const auto numbersOf = [](Touch& touch) -> std::vector<double*> {
+            return {&touch.timestamp, &touch.locationInWindow.x, &touch.locationInWindow.y};
+        };
+        for (std::size_t i = 0; i < 3; ++i) {
+            Touch began = touch(1, TouchPhase::began);
+            *numbersOf(began)[i] = odd;
+            send({began});
+            send(1, TouchPhase::ended);
+        }
+    }
+    EXPECT_THAT(take(), IsEmpty());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "M-VEX: touches at no usable time or place are ignored\n");
+    tap(2);
+    EXPECT_THAT(take(), ElementsAre("R began 2", "V began 2", "R ended 2", "V ended 2"));
+}
+
+TEST_F(TouchDelivery, ATouchThatEndsAtNoUsableTimeIsCancelledSoThatNobodyWaitsForItsEnd) {
+    const auto recognizer = addRecognizer("R");
+    setStateOn(TouchPhase::began, State::began, recognizer);
+    send(1, TouchPhase::began);
+    Touch moved = touch(1, TouchPhase::moved);
+    Touch ended = touch(1, TouchPhase::ended);
+    moved.timestamp = ended.timestamp = std::numeric_limits<double>::quiet_NaN();
+    testing::internal::CaptureStderr();
+    send({moved});
+    send({ended, touch(2, TouchPhase::began)});
+    send(2, TouchPhase::ended);
+    EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+    EXPECT_THAT(take(), ElementsAre("R began 1", "V began 1", "R began 2", "R cancelled 1", "V began 2",
+                                    "V cancelled 1", "R ended 2", "V ended 2"));
+    EXPECT_EQ(recognizer->state(), State::possible);
 }
 
 TEST_F(TouchDelivery, ATouchWhoseViewIsGoneStillReachesTheRecognisers) {

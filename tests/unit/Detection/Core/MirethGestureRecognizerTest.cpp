@@ -252,10 +252,18 @@ TEST_F(Recogniser, WritesItsMemoryUseLines) {
 struct RecogniserDeathTest : Recogniser, testing::WithParamInterface<double> {};
 
 TEST_P(RecogniserDeathTest, ATimeThatIsNotFiniteOrDoesNotFitIsFatal) {
-    EXPECT_DEATH(finger.tap({10, 20}, GetParam(), 1), "Fatal error: The timestamp of a touch");
-    EXPECT_DEATH(finger.tap({10, 20}, GetParam(), 4), "Fatal error: The timestamp of a touch");
+    // Past the window, which lets no such touch in.
+    const auto tap = [this](int count) {
+        Touch end = touch(1, TouchPhase::ended);
+        end.timestamp = GetParam();
+        end.tapCount = count;
+        recognizer->gestureRecognizer()->touchesBegan({touch(1, TouchPhase::began)}, {});
+        recognizer->gestureRecognizer()->touchesEnded({end}, {});
+    };
+    EXPECT_DEATH(tap(1), "Fatal error: The timestamp of a touch");
+    EXPECT_DEATH(tap(4), "Fatal error: The timestamp of a touch");
     // Where no time is asked for nothing is wrong with it.
-    finger.tap({10, 20}, GetParam(), 2);
+    tap(2);
     EXPECT_THAT(gestures, IsEmpty());
 }
 
