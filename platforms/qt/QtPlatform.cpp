@@ -103,6 +103,11 @@ InitializationResult initializeProject(const std::string& brandId, const std::st
 }
 
 InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
+                                       std::nullptr_t /*window*/) noexcept {
+    return initializeProject(brandId, projectId);
+}
+
+InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
                                        QWindow* window) noexcept {
     return initialize(brandId, projectId, window);
 }

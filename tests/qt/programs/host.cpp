@@ -27,7 +27,7 @@ int main(int argc, char** argv) {
     using mireth::qt::MirethControl;
     const QGuiApplication application(argc, argv);
     say("install", mireth::qt::install());
-    say("initializeProject", caseName(mireth::qt::initializeProject("b1", "p1")));
+    say("initializeProject", caseName(mireth::qt::initializeProject("b1", "p1", nullptr)));
     // Without the engine of QML, which needs threads itself.
     MirethControl control;
     QObject::connect(&control, &MirethControl::started,

@@ -2,6 +2,7 @@
 // Quick.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -66,6 +67,9 @@ MIRETH_EXPORT InitializationResult initializeProject(const std::string& brandId,
                                                      QWindow* window) noexcept;
 MIRETH_EXPORT InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
                                                      QWidget* window) noexcept;
+/// As without a window.
+MIRETH_EXPORT InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
+                                                     std::nullptr_t window) noexcept;
 
 /// Stops the session and delivers what it has recorded, for an app that is about to quit: it blocks, until
 /// all is done or for `patience`. Of the main thread's work only the library's own runs meanwhile. True when
