@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include "PublicSide/MirethSRAccess.hpp"
 #include "PublicSide/MirethSRCore.hpp"
 #include "platforms/linux/media/CairoGraphics.hpp"
 #include "platforms/linux/media/OpenH264AssetWriterFactory.hpp"
@@ -31,7 +32,9 @@ headless::HeadlessOptions options() {
 }  // namespace
 
 LoggingHost::LoggingHost()
-    : phone_(options()), library_(std::make_unique<MirethSRCore>(log_.log, services())) {
+    : phone_(options()),
+      library_(MirethSRAccess::make(std::make_unique<MirethSRCore>(log_.log, services()))) {
+    MirethSRAccess::core(library_).askServices();
     phone_.service()->setService([this](const platform::HttpRequest& request) { return service_(request); });
 }
 

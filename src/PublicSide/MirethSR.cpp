@@ -4,12 +4,17 @@
 #include <utility>
 
 #include "PublicSide/Guarded.hpp"
+#include "PublicSide/MirethSRAccess.hpp"
 #include "PublicSide/MirethSRCore.hpp"
 
 namespace mireth {
 
 MirethSR::MirethSR(std::unique_ptr<MirethSRCore> core) noexcept : core_(std::move(core)) {}
 MirethSR::~MirethSR() = default;
+
+MirethSR MirethSRAccess::make(std::unique_ptr<MirethSRCore> core) noexcept {
+    return MirethSR(std::move(core));
+}
 
 InitializationResult MirethSR::initializeProject(const std::string& brandId, const std::string& projectId,
                                                  std::shared_ptr<platform::Window> window) noexcept {

@@ -50,6 +50,10 @@ MirethSRCore::~MirethSRCore() {
     *self_ = nullptr;
 }
 
+void MirethSRCore::askServices() {
+    remoteLogger_->askServices();
+}
+
 InitializationResult MirethSRCore::initializeProject(const std::string& brandId, const std::string& projectId,
                                                      std::shared_ptr<platform::Window> window) {
     logErrorInbox_->drain();

@@ -34,6 +34,10 @@ class MirethSRCore {
     MirethSRCore(const MirethSRCore&) = delete;
     MirethSRCore& operator=(const MirethSRCore&) = delete;
 
+    /// Asks the services what is asked once a process; the construction asks nothing. They may call back. Any
+    /// thread.
+    void askServices();
+
     InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
                                            std::shared_ptr<platform::Window> window);
     Async<SessionStartResult> startRecording(VexConfiguration vexConfiguration);

@@ -1,10 +1,13 @@
 // The instances of this process: the logger and the entry point, and the services that they stand on.
 #include <mutex>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "MirethVex/PublicSide/MirethSR.hpp"
+#include "Platform/Guarded.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
+#include "PublicSide/MirethSRAccess.hpp"
 #include "PublicSide/MirethSRCore.hpp"
 
 namespace mireth {
@@ -18,20 +21,56 @@ bool isComplete(const platform::PlatformServices& services) {
            services.random && services.makePathMonitor;
 }
 
+/// The system log and what it has answered, so that the instances are made without asking the host.
+class AnsweredSystemLog final : public platform::SystemLog {
+  public:
+    AnsweredSystemLog(std::shared_ptr<platform::SystemLog> log, bool isStructured)
+        : log_(std::move(log)), isStructured_(isStructured) {}
+
+    bool hasStructuredLog() const override { return isStructured_; }
+    void writeStructured(std::string_view subsystem, std::string_view category, platform::SystemLogType type,
+                         std::string_view message) override {
+        log_->writeStructured(subsystem, category, type, message);
+    }
+    void writeLegacy(std::string_view subsystem, std::string_view category, platform::SystemLogType type,
+                     std::string_view message) override {
+        log_->writeLegacy(subsystem, category, type, message);
+    }
+
+  private:
+    const std::shared_ptr<platform::SystemLog> log_;
+    const bool isStructured_;
+};
+
+/// The system log of `services` after it was asked. One that calls the library while it is asked counts as
+/// unstructured.
+std::shared_ptr<platform::SystemLog> askedSystemLog(const platform::PlatformServices& services) {
+    thread_local bool isAsking = false;
+    bool isStructured = false;
+    if (!std::exchange(isAsking, true)) {
+        platform::guarded("the system log", [&] { isStructured = services.systemLog->hasStructuredLog(); });
+        isAsking = false;
+    }
+    return std::make_shared<AnsweredSystemLog>(services.systemLog, isStructured);
+}
+
 /// What the shared instances are made of. Never destroyed: the host's other threads and static objects may
 /// still log or call while the process ends.
 struct Process {
-    explicit Process(platform::PlatformServices services)
-        : log(services.systemLog), entryPoint(std::make_unique<MirethSRCore>(log, std::move(services))) {}
+    Process(const std::shared_ptr<platform::SystemLog>& systemLog, platform::PlatformServices services)
+        : log(systemLog),
+          entryPoint(MirethSRAccess::make(std::make_unique<MirethSRCore>(log, std::move(services)))) {}
 
     MirethLog log;
     MirethSR entryPoint;
 };
 
+/// No service is called under its mutex: it may call the library.
 struct Slot {
     std::mutex mutex;
-    std::optional<platform::PlatformServices> installed;  // guarded by mutex
-    Process* process = nullptr;                           // guarded by mutex, constant once set
+    std::optional<platform::PlatformServices> services;  // guarded by mutex, constant once taken
+    bool areTaken = false;                               // guarded by mutex
+    Process* process = nullptr;                          // guarded by mutex, constant once set
 };
 
 Slot& slot() {
@@ -39,15 +78,36 @@ Slot& slot() {
     return *instance;
 }
 
+Process& makeProcess(Slot& place, platform::PlatformServices services) {
+    const auto systemLog = askedSystemLog(services);
+    Process* made = nullptr;
+    {
+        const std::lock_guard lock(place.mutex);
+        if (place.process != nullptr) {
+            // Made meanwhile: by another thread, or by a service that was asked.
+            return *place.process;
+        }
+        made = place.process = new Process(systemLog, std::move(services));
+        place.services.reset();
+    }
+    // Now that a service that calls the library finds it made.
+    platform::guarded("a service of the platform",
+                      [made] { MirethSRAccess::core(made->entryPoint).askServices(); });
+    return *made;
+}
+
 Process& process() {
     auto& place = slot();
-    const std::lock_guard lock(place.mutex);
-    if (place.process == nullptr) {
-        place.process = new Process(place.installed ? std::move(*place.installed)
-                                                    : platform::makeDefaultPlatformServices());
-        place.installed.reset();
+    std::optional<platform::PlatformServices> services;
+    {
+        const std::lock_guard lock(place.mutex);
+        if (place.process != nullptr) {
+            return *place.process;
+        }
+        place.areTaken = true;
+        services = place.services;
     }
-    return *place.process;
+    return makeProcess(place, services ? std::move(*services) : platform::makeDefaultPlatformServices());
 }
 
 }  // namespace
@@ -63,10 +123,10 @@ MirethSR& MirethSR::shared() noexcept {
 bool MirethSR::installPlatformServices(platform::PlatformServices services) noexcept {
     auto& place = slot();
     const std::lock_guard lock(place.mutex);
-    if (place.process != nullptr || !isComplete(services)) {
+    if (place.areTaken || !isComplete(services)) {
         return false;
     }
-    place.installed = std::move(services);
+    place.services = std::move(services);
     return true;
 }
 

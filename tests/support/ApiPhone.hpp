@@ -66,7 +66,9 @@ class ApiPhone {
         environment.clientDetails = clientDetails;
         environment.random = random;
         environment.background = phone.background;
-        return std::make_shared<RemoteLog>(capture.log(), environment);
+        auto remoteLog = std::make_shared<RemoteLog>(capture.log(), std::move(environment));
+        remoteLog->askServices();
+        return remoteLog;
     }
 
     std::shared_ptr<NetworkStateProvider> makeNetworkState() {

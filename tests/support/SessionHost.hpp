@@ -55,6 +55,7 @@ class SessionHost {
         platform_.service()->setService(
             [this](const platform::HttpRequest& request) { return service(request); });
         platform_.application().setKeyWindow(window);
+        core.askServices();
     }
     /// An error line that was not looked at fails the test. Info lines, and the memory-use lines of the end,
     /// count as seen.

@@ -39,11 +39,10 @@ class MIRETH_EXPORT MirethSR {
     static MirethSR& shared() noexcept;
 
     /// Sets what `shared()` will stand on. False, and nothing is changed, once `shared()` was used or when a
-    /// service is missing. Any thread.
+    /// service is missing. The services may call the library whenever they are asked, also by the first
+    /// `shared()`. Any thread.
     static bool installPlatformServices(platform::PlatformServices services) noexcept;
 
-    /// For the library's own tools and tests; a host takes `shared()`. `core` is not null.
-    explicit MirethSR(std::unique_ptr<MirethSRCore> core) noexcept;
     ~MirethSR();
     MirethSR(const MirethSR&) = delete;
     MirethSR& operator=(const MirethSR&) = delete;
@@ -112,6 +111,8 @@ class MIRETH_EXPORT MirethSR {
   private:
     /// Of the library's own tools.
     friend struct MirethSRAccess;
+
+    explicit MirethSR(std::unique_ptr<MirethSRCore> core) noexcept;
 
     const std::unique_ptr<MirethSRCore> core_;
 };

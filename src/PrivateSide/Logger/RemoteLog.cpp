@@ -15,12 +15,17 @@ std::shared_ptr<const LogMessagesSampler> makeSampler(const std::shared_ptr<plat
 
 }  // namespace
 
-RemoteLog::RemoteLog(MirethLog& log, const Environment& environment)
-    : staticMetadata_(buildStaticMetadata(environment)),
-      random_(environment.random),
-      background_(environment.background),
+RemoteLog::RemoteLog(MirethLog& log, Environment environment)
+    : environment_(std::move(environment)),
       memoryUse_(log, "PrivateSide/Logger/RemoteLog"),
-      logSampler_(makeSampler(random_)) {}
+      logSampler_(makeSampler(environment_.random)) {}
+
+void RemoteLog::askServices() {
+    // Before the lock: what is asked is the host's, and may log.
+    Entries entries = buildStaticMetadata(environment_);
+    const std::lock_guard lock(mutex_);
+    staticMetadata_ = std::move(entries);
+}
 
 void RemoteLog::initialize(std::shared_ptr<MApiClient> apiClient,
                            std::shared_ptr<NetworkStateProvider> networkState, ProjectData projectData) {
@@ -50,7 +55,8 @@ void RemoteLog::post(LogLevel level, LogTag tag, const std::string& message,
     }
     std::string text = generateLog(message, tag, additionalInfo);
     if (apiClient) {
-        spawn(background_, send(std::move(apiClient), std::move(text), std::string(rawValue(level))));
+        spawn(environment_.background,
+              send(std::move(apiClient), std::move(text), std::string(rawValue(level))));
     }
 }
 
@@ -60,7 +66,7 @@ void RemoteLog::resetState() {
     const std::lock_guard lock(mutex_);
     apiClient_.swap(apiClient);
     networkState_.swap(networkState);
-    logSampler_ = makeSampler(random_);
+    logSampler_ = makeSampler(environment_.random);
 }
 
 void RemoteLog::mockApiClient(std::shared_ptr<MApiClient> api) {
@@ -114,8 +120,8 @@ RemoteLog::Entries RemoteLog::buildStaticMetadata(const Environment& environment
 }
 
 RemoteLog::Entries RemoteLog::buildMetadata() const {
-    Entries entries = staticMetadata_;
     const std::lock_guard lock(mutex_);
+    Entries entries = staticMetadata_;
     if (networkState_) {
         entries.emplace_back("networkType", rawValue(networkState_->getConnectionType()));
     }

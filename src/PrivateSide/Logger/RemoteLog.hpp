@@ -41,7 +41,11 @@ class RemoteLog final : public RemoteLogPoster {
         Executor background;
     };
 
-    RemoteLog(MirethLog& log, const Environment& environment);
+    RemoteLog(MirethLog& log, Environment environment);
+
+    /// Asks, once, for what every line says of the client and the device. Apart from the construction, since
+    /// the services are the host's and may call the library; lines that are logged before go without it.
+    void askServices();
 
     void initialize(std::shared_ptr<MApiClient> apiClient, std::shared_ptr<NetworkStateProvider> networkState,
                     ProjectData projectData);
@@ -69,12 +73,11 @@ class RemoteLog final : public RemoteLogPoster {
     Entries buildMetadata() const;
     static Task<void> send(std::shared_ptr<MApiClient> apiClient, std::string text, std::string level);
 
-    const Entries staticMetadata_;
-    const std::shared_ptr<platform::RandomSource> random_;
-    const Executor background_;
+    const Environment environment_;
     const MemoryUseLines memoryUse_;
 
     mutable std::mutex mutex_;
+    Entries staticMetadata_;                                // guarded by mutex_
     std::optional<ProjectData> projectData_;                // guarded by mutex_
     std::optional<SessionData> sessionData_;                // guarded by mutex_
     std::shared_ptr<MApiClient> apiClient_;                 // guarded by mutex_

@@ -1,5 +1,6 @@
 // What becomes of an error that a part of the library throws: a line, and each call's own answer.
 #include "PublicSide/Guarded.hpp"
+#include "PublicSide/MirethSRAccess.hpp"
 
 #include <gmock/gmock.h>
 
@@ -31,7 +32,7 @@ class Throwing final : public Orchestrator {
 struct GuardedCalls : testing::Test {
     test::SessionHost host{{}, {}, test::SessionHost::postEveryLine};
     bool canBeMade = true;
-    MirethSR library{std::make_unique<MirethSRCore>(
+    MirethSR library = MirethSRAccess::make(std::make_unique<MirethSRCore>(
         host.capture.log(), host.phone().services(),
         [this](MirethLog& log, Orchestrator::Collaborators parts, Executor executor,
                CurrentTimeProvider clock) -> std::shared_ptr<Orchestrator> {
@@ -39,7 +40,7 @@ struct GuardedCalls : testing::Test {
                 throw std::runtime_error("a bug");
             }
             return std::make_shared<Throwing>(log, std::move(parts), std::move(executor), std::move(clock));
-        })};
+        }));
 
     InitializationResult initialize() { return library.initializeProject("b", "p", host.window); }
     void SetUp() override { ASSERT_EQ(initialize(), InitializationResult::success); }

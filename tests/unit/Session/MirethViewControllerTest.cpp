@@ -1,5 +1,6 @@
 // A host's controller that reports itself.
 #include "MirethVex/PublicSide/MirethViewController.hpp"
+#include "PublicSide/MirethSRAccess.hpp"
 
 #include <gmock/gmock.h>
 
@@ -35,7 +36,7 @@ const std::string disappeared =
 struct ReportingController : testing::Test {
     test::SessionHost host{{}, {LogTag::signal}};
     std::shared_ptr<test::HookedApplication> application = std::make_shared<test::HookedApplication>();
-    MirethSR library{std::make_unique<MirethSRCore>(host.capture.log(), services())};
+    MirethSR library = MirethSRAccess::make(std::make_unique<MirethSRCore>(host.capture.log(), services()));
     int appearances = 0;
 
     platform::PlatformServices services() const {

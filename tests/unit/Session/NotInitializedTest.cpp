@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "MirethVex/MirethVex.hpp"
+#include "PublicSide/MirethSRAccess.hpp"
 #include "support/SessionHost.hpp"
 
 namespace mireth {
@@ -12,7 +13,8 @@ using testing::ElementsAre;
 /// The public class over a core of the test's own.
 struct NotInitialized : testing::Test {
     test::SessionHost host;
-    MirethSR library{std::make_unique<MirethSRCore>(host.capture.log(), host.phone().services())};
+    MirethSR library =
+        MirethSRAccess::make(std::make_unique<MirethSRCore>(host.capture.log(), host.phone().services()));
 };
 
 TEST_F(NotInitialized, StartAnswersNotInitializedAndLogsWhy) {
@@ -100,7 +102,7 @@ TEST_F(NotInitialized, AStartThatFailsInsideAnswersFail) {
     };
     auto services = host.phone().services();
     services.random = std::make_shared<Throwing>();
-    MirethSR broken(std::make_unique<MirethSRCore>(host.capture.log(), services));
+    MirethSR broken = MirethSRAccess::make(std::make_unique<MirethSRCore>(host.capture.log(), services));
     ASSERT_EQ(broken.initializeProject("b", "p", host.window), InitializationResult::success);
     EXPECT_EQ(host.await(broken.startRecording(VexConfiguration(false, false))).kind,
               SessionStartResult::Kind::fail);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "MirethVex/MirethVex.hpp"
+#include "PublicSide/MirethSRAccess.hpp"
 #include "support/RecordingController.hpp"
 #include "support/SessionHost.hpp"
 
@@ -21,7 +22,8 @@ inline constexpr const char* notStartedLine =
 
 struct ScreenChanges : testing::Test {
     SessionHost host{{}, {LogTag::navigation, LogTag::signal}};
-    MirethSR library{std::make_unique<MirethSRCore>(host.capture.log(), host.phone().services())};
+    MirethSR library =
+        MirethSRAccess::make(std::make_unique<MirethSRCore>(host.capture.log(), host.phone().services()));
     /// What the app's controllers hear.
     std::vector<std::string> heard;
 

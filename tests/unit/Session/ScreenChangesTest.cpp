@@ -159,7 +159,8 @@ TEST_F(ScreenChanges, AFirstSessionWithoutAutomaticTrackingDoesNotKeepASecondFro
 
 TEST_F(ScreenChanges, TheControllersOfALibraryThatIsGoneAreAsTheyWere) {
     {
-        MirethSR brief(std::make_unique<MirethSRCore>(host.capture.log(), host.phone().services()));
+        MirethSR brief =
+            MirethSRAccess::make(std::make_unique<MirethSRCore>(host.capture.log(), host.phone().services()));
         ASSERT_EQ(brief.initializeProject("b1", "p1", host.window), InitializationResult::success);
         (void)host.await(brief.startRecording(VexConfiguration(false, true)));
     }
