@@ -20,7 +20,7 @@ target_include_directories(MirethVex INTERFACE
   $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_link_libraries(MirethVex PRIVATE
   $<BUILD_INTERFACE:mireth_options> Threads::Threads Boost::url CURL::libcurl OpenSSL::Crypto PkgConfig::CAIRO
-  PkgConfig::OPENH264 PkgConfig::SWSCALE PkgConfig::NETLINK PkgConfig::SYSTEMD)
+  PkgConfig::OPENH264 PkgConfig::NETLINK PkgConfig::SYSTEMD)
 if(BUILD_SHARED_LIBS)
   set(_map ${PROJECT_SOURCE_DIR}/cmake/MirethVex.map)
   target_link_options(MirethVex PRIVATE "LINKER:--version-script=${_map}")
@@ -58,7 +58,7 @@ cmake_path(APPEND MIRETH_PC_LIBDIR "\${pcfiledir}/${_to_prefix}" ${CMAKE_INSTALL
 if(NOT BUILD_SHARED_LIBS)
   string(JOIN "\n" MIRETH_PC_PRIVATE
     "Libs.private: -lcurl -lcrypto -lboost_url"
-    "Requires.private: cairo openh264 libswscale libnl-3.0 libsystemd")
+    "Requires.private: cairo openh264 libnl-3.0 libsystemd")
 endif()
 configure_file(cmake/mirethvex.pc.in ${PROJECT_BINARY_DIR}/mirethvex.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/mirethvex.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -3,12 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <expected>
-#include <memory>
-#include <string>
 #include <vector>
-
-struct SwsContext;
 
 namespace mireth::platform {
 
@@ -24,23 +19,18 @@ struct PlanarPicture {
 /// Converts frames of one size, the same way on every machine. One thread at a time.
 class PlanarConverter {
   public:
-    /// `width` and `height` are even and positive. The error says what could not be had.
-    static std::expected<PlanarConverter, std::string> create(int width, int height);
+    /// `width` and `height` are even and positive.
+    PlanarConverter(int width, int height);
 
     /// `pixels` are rows of native words 0xAARRGGBB with premultiplied colours, `bytesPerRow` apart. What is
     /// transparent comes out as if it lay on black. The picture stays good until the next call.
-    std::expected<PlanarPicture, std::string> convert(const std::byte* pixels, std::size_t bytesPerRow);
+    PlanarPicture convert(const std::byte* pixels, std::size_t bytesPerRow);
 
   private:
-    struct ScalerDeleter {
-        void operator()(SwsContext* scaler) const noexcept;
-    };
-
-    PlanarConverter(int width, int height, std::unique_ptr<SwsContext, ScalerDeleter> scaler);
+    PlanarPicture picture();
 
     int width_;
     int height_;
-    std::unique_ptr<SwsContext, ScalerDeleter> scaler_;
     std::vector<std::uint8_t> planes_;
 };
 

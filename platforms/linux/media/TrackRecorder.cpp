@@ -13,19 +13,14 @@ constexpr std::int64_t latestTime = std::int64_t{1} << 48;
 
 }  // namespace
 
-TrackRecorder::TrackRecorder(PlanarConverter converter, H264Encoder encoder, Mp4VideoTrack track,
-                             std::int64_t defaultFrameDuration)
-    : converter_(std::move(converter)),
+TrackRecorder::TrackRecorder(H264Encoder encoder, Mp4VideoTrack track, std::int64_t defaultFrameDuration)
+    : converter_(track.width, track.height),
       encoder_(std::move(encoder)),
       track_(track),
       defaultFrameDuration_(defaultFrameDuration) {}
 
 std::expected<TrackRecorder, std::string> TrackRecorder::create(int width, int height, std::int32_t timescale,
                                                                 std::int64_t defaultFrameDuration) {
-    auto converter = PlanarConverter::create(width, height);
-    if (!converter) {
-        return std::unexpected(converter.error());
-    }
     auto encoder = H264Encoder::create(width, height);
     if (!encoder) {
         return std::unexpected(encoder.error());
@@ -34,7 +29,7 @@ std::expected<TrackRecorder, std::string> TrackRecorder::create(int width, int h
     track.width = width;
     track.height = height;
     track.timescale = timescale;
-    return TrackRecorder(std::move(*converter), std::move(*encoder), track, defaultFrameDuration);
+    return TrackRecorder(std::move(*encoder), track, defaultFrameDuration);
 }
 
 std::expected<void, std::string> TrackRecorder::checkTime(std::int64_t time) const {
@@ -61,11 +56,8 @@ std::expected<void, std::string> TrackRecorder::append(const std::byte* pixels, 
     if (auto checked = checkTime(time); !checked) {
         return checked;
     }
-    const auto picture = converter_.convert(pixels, bytesPerRow);
-    if (!picture) {
-        return std::unexpected(picture.error());
-    }
-    auto encoded = encoder_.encode(*picture, time * 1000 / track_.timescale);
+    const PlanarPicture picture = converter_.convert(pixels, bytesPerRow);
+    auto encoded = encoder_.encode(picture, time * 1000 / track_.timescale);
     if (!encoded) {
         return std::unexpected(encoded.error());
     }

@@ -28,8 +28,7 @@ class TrackRecorder {
     std::expected<std::vector<std::byte>, std::string> finish();
 
   private:
-    TrackRecorder(PlanarConverter converter, H264Encoder encoder, Mp4VideoTrack track,
-                  std::int64_t defaultFrameDuration);
+    TrackRecorder(H264Encoder encoder, Mp4VideoTrack track, std::int64_t defaultFrameDuration);
     std::expected<void, std::string> checkTime(std::int64_t time) const;
 
     PlanarConverter converter_;
