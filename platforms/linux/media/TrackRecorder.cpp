@@ -13,23 +13,46 @@ constexpr std::int64_t latestTime = std::int64_t{1} << 48;
 
 }  // namespace
 
-TrackRecorder::TrackRecorder(H264Encoder encoder, Mp4VideoTrack track, std::int64_t defaultFrameDuration)
-    : converter_(track.width, track.height),
-      encoder_(std::move(encoder)),
+TrackRecorder::TrackRecorder(const Mp4VideoTrack& track, std::int64_t defaultFrameDuration)
+    : scratch_(std::make_unique<ScratchThread>()),
+      converter_(track.width, track.height),
       track_(track),
       defaultFrameDuration_(defaultFrameDuration) {}
 
+TrackRecorder::~TrackRecorder() {
+    if (scratch_ == nullptr) {
+        return;
+    }
+    scratch_->run([this] {
+        encoder_.reset();
+        samples_.clear();
+    });
+}
+
 std::expected<TrackRecorder, std::string> TrackRecorder::create(int width, int height, std::int32_t timescale,
                                                                 std::int64_t defaultFrameDuration) {
-    auto encoder = H264Encoder::create(width, height);
-    if (!encoder) {
-        return std::unexpected(encoder.error());
-    }
     Mp4VideoTrack track;
     track.width = width;
     track.height = height;
     track.timescale = timescale;
-    return TrackRecorder(std::move(*encoder), track, defaultFrameDuration);
+    TrackRecorder recorder(track, defaultFrameDuration);
+    if (auto made = recorder.makeEncoder(); !made) {
+        return std::unexpected(std::move(made.error()));
+    }
+    return recorder;
+}
+
+std::expected<void, std::string> TrackRecorder::makeEncoder() {
+    std::expected<void, std::string> outcome;
+    scratch_->run([this, &outcome] {
+        auto encoder = H264Encoder::create(track_.width, track_.height);
+        if (encoder) {
+            encoder_.emplace(std::move(*encoder));
+        } else {
+            outcome = std::unexpected(std::move(encoder.error()));
+        }
+    });
+    return outcome;
 }
 
 std::expected<void, std::string> TrackRecorder::checkTime(std::int64_t time) const {
@@ -57,7 +80,8 @@ std::expected<void, std::string> TrackRecorder::append(const std::byte* pixels, 
         return checked;
     }
     const PlanarPicture picture = converter_.convert(pixels, bytesPerRow);
-    auto encoded = encoder_.encode(picture, time * 1000 / track_.timescale);
+    std::expected<EncodedPicture, std::string> encoded;
+    scratch_->run([&] { encoded = encoder_->encode(picture, time * 1000 / track_.timescale); });
     if (!encoded) {
         return std::unexpected(encoded.error());
     }
@@ -78,7 +102,7 @@ std::expected<std::vector<std::byte>, std::string> TrackRecorder::finish() {
     if (samples_.empty()) {
         return std::unexpected("The track has no frame");
     }
-    track_.parameterSets = encoder_.parameterSets();
+    track_.parameterSets = encoder_->parameterSets();
     return muxMp4(track_, samples_);
 }
 
