@@ -27,11 +27,21 @@ Image::Image(std::size_t width, std::size_t height, std::vector<std::uint32_t> p
     if (pixels.empty()) {
         return;
     }
-    pixels_ = std::make_shared<const std::vector<std::uint32_t>>(std::move(pixels));
-    width_ = width;
-    height_ = height;
-    // A scale that makes no sense would turn up as an infinite size somewhere far away.
-    scale_ = std::isfinite(scale) && scale > 0 ? scale : 1.0;
+    const auto owner = std::make_shared<const std::vector<std::uint32_t>>(std::move(pixels));
+    *this = sharing(width, height, std::shared_ptr<const std::uint32_t>(owner, owner->data()), scale);
+}
+
+Image Image::sharing(std::size_t width, std::size_t height, std::shared_ptr<const std::uint32_t> pixels,
+                     double scale) {
+    Image image;
+    if (pixels != nullptr && pixelCount(width, height) > 0) {
+        image.pixels_ = std::move(pixels);
+        image.width_ = width;
+        image.height_ = height;
+        // A scale that makes no sense would turn up as an infinite size somewhere far away.
+        image.scale_ = std::isfinite(scale) && scale > 0 ? scale : 1.0;
+    }
+    return image;
 }
 
 Image Image::filled(std::size_t width, std::size_t height, std::uint32_t pixel, double scale) {

@@ -26,6 +26,11 @@ class MIRETH_EXPORT Image {
     /// A bitmap of one colour word.
     static Image filled(std::size_t width, std::size_t height, std::uint32_t pixel, double scale = 1.0);
 
+    /// A bitmap in memory of another kind, `width` × `height` words that nobody changes any more; it is kept
+    /// until the last copy of the image is gone. Without pixels there is no bitmap.
+    static Image sharing(std::size_t width, std::size_t height, std::shared_ptr<const std::uint32_t> pixels,
+                         double scale = 1.0);
+
     bool hasBitmap() const noexcept { return pixels_ != nullptr; }
     std::size_t pixelWidth() const noexcept { return width_; }
     std::size_t pixelHeight() const noexcept { return height_; }
@@ -35,14 +40,13 @@ class MIRETH_EXPORT Image {
         return {static_cast<double>(width_) / scale_, static_cast<double>(height_) / scale_};
     }
     /// Row after row; empty without a bitmap. Lives as long as any copy of the image.
-    std::span<const std::uint32_t> pixels() const noexcept {
-        return pixels_ ? std::span<const std::uint32_t>(*pixels_) : std::span<const std::uint32_t>();
-    }
+    std::span<const std::uint32_t> pixels() const noexcept { return {pixels_.get(), width_ * height_}; }
     /// True when both share the same bitmap.
     bool isSameBitmap(const Image& other) const noexcept { return pixels_ == other.pixels_; }
 
   private:
-    std::shared_ptr<const std::vector<std::uint32_t>> pixels_;
+    /// Null where the size is zero, and only there.
+    std::shared_ptr<const std::uint32_t> pixels_;
     std::size_t width_ = 0;
     std::size_t height_ = 0;
     double scale_ = 1.0;

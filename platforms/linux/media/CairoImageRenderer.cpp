@@ -2,12 +2,12 @@
 
 #include <cmath>
 #include <cstdint>
-#include <new>
-#include <utility>
-#include <vector>
+#include <memory>
+#include <span>
 
 #include "platforms/linux/media/CairoContext.hpp"
 #include "platforms/linux/media/CairoHandles.hpp"
+#include "platforms/linux/media/MappedPixels.hpp"
 
 namespace mireth::platform {
 
@@ -23,13 +23,12 @@ int pixels(double points, double scale) {
 }
 
 /// Runs `actions` on `words`, the pixels of an image. False when there is no surface to be had.
-bool draw(std::vector<std::uint32_t>& words, int width, int height, const ImageRendererFormat& format,
+bool draw(std::uint32_t* words, int width, int height, const ImageRendererFormat& format,
           const std::shared_ptr<BlockCoverages>& blocks,
           const std::function<void(GraphicsContext&)>& actions) {
-    const CairoSurface surface(
-        cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(words.data()),
-                                            format.opaque ? CAIRO_FORMAT_RGB24 : CAIRO_FORMAT_ARGB32, width,
-                                            height, width * static_cast<int>(sizeof(std::uint32_t))));
+    const CairoSurface surface(cairo_image_surface_create_for_data(
+        reinterpret_cast<unsigned char*>(words), format.opaque ? CAIRO_FORMAT_RGB24 : CAIRO_FORMAT_ARGB32,
+        width, height, width * static_cast<int>(sizeof(std::uint32_t))));
     if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) {
         return false;
     }
@@ -55,26 +54,17 @@ Image CairoImageRenderer::image(const std::function<void(GraphicsContext&)>& act
     }
     const auto width = static_cast<std::size_t>(width_);
     const auto height = static_cast<std::size_t>(height_);
-    std::vector<std::uint32_t> words;
-    try {
-        words.resize(width * height);
-    } catch (const std::bad_alloc&) {
-        return {};
-    }
-    if (!draw(words, width_, height_, format_, blocks_, actions)) {
+    const auto words = mapPixels(width * height);
+    if (words == nullptr || !draw(words.get(), width_, height_, format_, blocks_, actions)) {
         return {};
     }
     if (format_.opaque) {
         // Cairo leaves the unused byte of an opaque pixel undefined.
-        for (std::uint32_t& word : words) {
+        for (std::uint32_t& word : std::span(words.get(), width * height)) {
             word |= opaqueAlpha;
         }
     }
-    try {
-        return {width, height, std::move(words), format_.scale};
-    } catch (const std::bad_alloc&) {
-        return {};
-    }
+    return Image::sharing(width, height, words, format_.scale);
 }
 
 }  // namespace mireth::platform

@@ -3,7 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <limits>
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace mireth::platform {
 namespace {
@@ -41,6 +45,28 @@ TEST(Image, FilledHasOneColour) {
 TEST(Image, WithoutAreaHasNoBitmap) {
     EXPECT_FALSE(Image::filled(0, 5, 1).hasBitmap());
     EXPECT_EQ(Image(5, 0, {}).size(), (Size{0, 0}));
+}
+
+TEST(Image, SharesMemoryOfAnotherKindAndKeepsIt) {
+    auto words = std::make_shared<std::vector<std::uint32_t>>(std::initializer_list<std::uint32_t>{1, 2});
+    const std::weak_ptr<std::vector<std::uint32_t>> memory = words;
+    auto image = Image::sharing(2, 1, std::shared_ptr<const std::uint32_t>(words, words->data()), 2);
+    words = nullptr;
+    const Image copy = std::exchange(image, Image());
+    ASSERT_FALSE(memory.expired());
+    EXPECT_EQ(copy.pixels().data(), memory.lock()->data());
+    EXPECT_EQ(copy.pixels().size(), 2U);
+    EXPECT_EQ(copy.size(), (Size{1, 0.5}));
+    image = copy;
+    EXPECT_TRUE(image.isSameBitmap(copy));
+}
+
+TEST(Image, SharingNothingHasNoBitmap) {
+    const auto word = std::make_shared<const std::uint32_t>(1);
+    EXPECT_FALSE(Image::sharing(2, 1, nullptr).hasBitmap());
+    EXPECT_EQ(Image::sharing(2, 1, nullptr).pixelWidth(), 0U);
+    EXPECT_FALSE(Image::sharing(0, 1, word).hasBitmap());
+    EXPECT_TRUE(Image::sharing(0, 1, word).pixels().empty());
 }
 
 TEST(Image, SenselessScaleIsOne) {
