@@ -19,16 +19,24 @@ class ViewClassRegistry {
 
     const ViewClass& add(std::string_view name, const ViewClass* superclass, bool conforms) {
         const std::lock_guard lock(mutex_);
-        const auto found = classes_.find(name);
-        if (found != classes_.end()) {
-            if (conforms) {
-                found->second->conformsToTextInput_ = true;
-            }
-            return *found->second;
+        const ViewClass& first = firstOf(name, superclass);
+        if (conforms) {
+            first.conformsToTextInput_ = true;
         }
-        // The constructor is private, out of std::make_unique's reach.
-        std::unique_ptr<const ViewClass> created(new ViewClass(name, superclass, conforms));
-        return *classes_.emplace(std::string(name), std::move(created)).first->second;
+        return first;
+    }
+
+    const ViewClass& addBelow(const ViewClass& superclass, std::string_view name) {
+        const std::lock_guard lock(mutex_);
+        const ViewClass& first = firstOf(name, &superclass);
+        if (first.superclass_ == &superclass) {
+            return first;
+        }
+        auto& namesake = namesakes_[{&first, &superclass}];
+        if (namesake == nullptr) {
+            namesake.reset(new ViewClass(name, &superclass, &first));
+        }
+        return *namesake;
     }
 
     const ViewClass* find(std::string_view name) const {
@@ -38,8 +46,23 @@ class ViewClassRegistry {
     }
 
   private:
+    using Owned = std::unique_ptr<const ViewClass>;
+
+    /// The mutex is held.
+    const ViewClass& firstOf(std::string_view name, const ViewClass* superclass) {
+        const auto found = classes_.find(name);
+        if (found != classes_.end()) {
+            return *found->second;
+        }
+        // The constructor is private, out of std::make_unique's reach.
+        Owned created(new ViewClass(name, superclass, nullptr));
+        return *classes_.emplace(std::string(name), std::move(created)).first->second;
+    }
+
     mutable std::mutex mutex_;
-    std::map<std::string, std::unique_ptr<const ViewClass>, std::less<>> classes_;  // guarded by mutex_
+    // Guarded by mutex_: the first of each name, and the others by the first and by their superclass.
+    std::map<std::string, Owned, std::less<>> classes_;
+    std::map<std::pair<const ViewClass*, const ViewClass*>, Owned> namesakes_;
 };
 
 namespace {
@@ -68,12 +91,12 @@ struct BuiltInClasses {
 
 }  // namespace
 
-ViewClass::ViewClass(std::string_view name, const ViewClass* superclass, bool conformsToTextInput)
-    : name_(name), superclass_(superclass), conformsToTextInput_(conformsToTextInput) {}
+ViewClass::ViewClass(std::string_view name, const ViewClass* superclass, const ViewClass* first)
+    : name_(name), superclass_(superclass), first_(first != nullptr ? first : this) {}
 
 bool ViewClass::conformsToTextInput() const noexcept {
     for (const ViewClass* candidate = this; candidate != nullptr; candidate = candidate->superclass_) {
-        if (candidate->conformsToTextInput_) {
+        if (candidate->first_->conformsToTextInput_) {
             return true;
         }
     }
@@ -86,6 +109,11 @@ const ViewClass& ViewClass::registerClass(std::string_view name, const ViewClass
     return ViewClassRegistry::shared().add(name, superclass, textInput == TextInput::conforms);
 }
 
+const ViewClass& ViewClass::registerSubclass(std::string_view name, const ViewClass& superclass) {
+    (void)BuiltInClasses::shared();
+    return ViewClassRegistry::shared().addBelow(superclass, name);
+}
+
 const ViewClass* ViewClass::find(std::string_view name) {
     (void)BuiltInClasses::shared();
     return ViewClassRegistry::shared().find(name);
@@ -93,7 +121,7 @@ const ViewClass* ViewClass::find(std::string_view name) {
 
 bool ViewClass::isKindOf(const ViewClass& other) const noexcept {
     for (const ViewClass* candidate = this; candidate != nullptr; candidate = candidate->superclass_) {
-        if (candidate == &other) {
+        if (candidate->first_ == other.first_) {
             return true;
         }
     }

@@ -32,6 +32,11 @@ bool isNear(QRgb seen, int red, int green, int blue) {
            std::abs(qBlue(seen) - blue) <= 3;
 }
 
+/// Where a scene that uses the files in `folder` lies.
+QUrl sceneIn(const test::TemporaryDirectory& folder) {
+    return QUrl::fromLocalFile(QString::fromStdString((folder / "Scene.qml").native()));
+}
+
 TEST_F(QtItemMirror, IsTheWindowsSizeAndColour) {
     const QImage seen = pictureOf("");
     EXPECT_EQ(seen.size(), QSize(200, 100));
@@ -149,12 +154,68 @@ TEST_F(QtItemMirror, ATypeOfAFileIsMaskedByItsNameAndItsSubtypesWithIt) {
         "CardNumber { width: 50; height: 50 }"
         "GoldCardNumber { x: 60; width: 50; height: 50; property int extra: 1 }"
         "Rectangle { x: 120; width: 50; height: 50; color: 'black' }",
-        QUrl::fromLocalFile(QString::fromStdString((folder / "Scene.qml").native())));
+        sceneIn(folder));
     EXPECT_FALSE(isMaskBlock(pictureOf(scene).pixel(25, 25)));
     const QImage seen = pictureOf(scene, configuration->additionalViewTypesToMask);
     EXPECT_TRUE(isMaskBlock(seen.pixel(25, 25)));
     EXPECT_TRUE(isMaskBlock(seen.pixel(85, 25)));
     EXPECT_TRUE(isNear(seen.pixel(145, 25), 0, 0, 0));
+}
+
+TEST_F(QtItemMirror, TypesOfOneNameAreMaskedByWhatEachDerivesFrom) {
+    const test::TemporaryDirectory folder;
+    test::writeFile(folder / "HomonymSecret.qml", "import QtQuick\nRectangle { color: 'black' }");
+    test::writeFile(folder / "a/Homonym.qml", "import QtQuick\nRectangle { color: 'black' }");
+    test::writeFile(folder / "b/Homonym.qml", "import '..'\nHomonymSecret { }");
+    QmlScene scene("A.Homonym { width: 50; height: 50 } B.Homonym { x: 100; width: 50; height: 50 }",
+                   sceneIn(folder), "import 'a' as A\nimport 'b' as B");
+    const QImage byBase = pictureOf(scene, {&qt::viewClassNamed("HomonymSecret")});
+    EXPECT_TRUE(isNear(byBase.pixel(25, 25), 0, 0, 0));
+    EXPECT_TRUE(isMaskBlock(byBase.pixel(125, 25)));
+    const QImage byName = pictureOf(scene, {&qt::viewClassNamed("Homonym")});
+    EXPECT_TRUE(isMaskBlock(byName.pixel(25, 25)));
+    EXPECT_TRUE(isMaskBlock(byName.pixel(125, 25)));
+}
+
+TEST_F(QtItemMirror, ATypeThatWasNamedBeforeIsMaskedByWhatItDerivesFrom) {
+    const test::TemporaryDirectory folder;
+    test::writeFile(folder / "NamedSecret.qml", "import QtQuick\nRectangle { color: 'black' }");
+    test::writeFile(folder / "NamedGoldSecret.qml", "NamedSecret { }");
+    (void)qt::viewClassNamed("NamedGoldSecret");
+    QmlScene scene("NamedGoldSecret { width: 50; height: 50 }", sceneIn(folder));
+    EXPECT_TRUE(isMaskBlock(pictureOf(scene, {&qt::viewClassNamed("NamedSecret")}).pixel(25, 25)));
+}
+
+TEST_F(QtItemMirror, ATypeThatBearsTheNameOfAClassOfTheLibrarysIsMaskedByWhatItDerivesFrom) {
+    const test::TemporaryDirectory folder;
+    test::writeFile(folder / "HiddenBase.qml", "import QtQuick\nRectangle { color: 'black' }");
+    test::writeFile(folder / "View.qml", "HiddenBase { }");
+    QmlScene scene("My.View { width: 50; height: 50 }", sceneIn(folder), "import '.' as My");
+    EXPECT_TRUE(isNear(pictureOf(scene).pixel(25, 25), 0, 0, 0));
+    EXPECT_TRUE(isMaskBlock(pictureOf(scene, {&qt::viewClassNamed("HiddenBase")}).pixel(25, 25)));
+}
+
+TEST_F(QtItemMirror, ATypeThatComesToLieWhereAnotherWasIsMaskedAsItself) {
+    const test::TemporaryDirectory folder;
+    test::writeFile(folder / "ReloadedSecret.qml", "import QtQuick\nRectangle { color: 'black' }");
+    const auto& masked = qt::viewClassNamed("ReloadedSecret");
+    QQuickWindow window;
+    window.resize(200, 100);
+    window.show();
+    const auto recorded = platform_.windowOf(window);
+    for (int time = 0; time < 20; ++time) {
+        const bool isSecret = time % 2 == 0;
+        test::writeFile(folder / "Reloaded.qml",
+                        isSecret ? "ReloadedSecret { }" : "import QtQuick\nRectangle { color: 'black' }");
+        QQmlEngine engine;
+        QQmlComponent component(&engine);
+        component.setData("import QtQuick\nReloaded { width: 50; height: 50 }", sceneIn(folder));
+        const std::unique_ptr<QQuickItem> item(qobject_cast<QQuickItem*>(component.create()));
+        ASSERT_NE(item, nullptr) << component.errorString().toStdString();
+        item->setParentItem(window.contentItem());
+        const QImage seen = recordedPicture(*recorded, {&masked});
+        EXPECT_EQ(isMaskBlock(seen.pixel(25, 25)), isSecret) << time;
+    }
 }
 
 TEST_F(QtItemMirror, HowAButtonLooksWhilePressedIsNoChange) {

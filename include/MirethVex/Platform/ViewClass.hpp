@@ -13,7 +13,8 @@ namespace mireth::platform {
 /// long as it; a reference to one stays good. Any thread.
 ///
 /// Toolkits register their own widget classes below the built-in ones, so that masking by kind also holds
-/// for them. Names may be anything; the masking rules look at them as text.
+/// for them. Names may be anything; the masking rules look at them as text. A class that is named stands for
+/// all that bear its name, whichever was registered first.
 class MIRETH_EXPORT ViewClass {
   public:
     enum class TextInput { inherited, conforms };
@@ -28,7 +29,12 @@ class MIRETH_EXPORT ViewClass {
     static const ViewClass& registerClass(std::string_view name, const ViewClass* superclass,
                                           TextInput textInput = TextInput::inherited);
 
-    /// Null when no class bears the name.
+    /// The class called `name` right below `superclass`; registers it when there is none yet. For toolkits in
+    /// which several classes may bear one name: each keeps its own superclasses, and all of them are of one
+    /// kind and marked as text entry together.
+    static const ViewClass& registerSubclass(std::string_view name, const ViewClass& superclass);
+
+    /// The one registered first under the name. Null when no class bears it.
     static const ViewClass* find(std::string_view name);
 
     const std::string& name() const noexcept { return name_; }
@@ -36,7 +42,7 @@ class MIRETH_EXPORT ViewClass {
     const ViewClass* superclass() const noexcept { return superclass_; }
     bool conformsToTextInput() const noexcept;
 
-    /// True for the class itself and for every subclass of it.
+    /// True for the class itself, for every other of its name, and for every subclass of these.
     bool isKindOf(const ViewClass& other) const noexcept;
 
     // The classes the library itself knows.
@@ -50,13 +56,17 @@ class MIRETH_EXPORT ViewClass {
     static const ViewClass& viewController();
 
   private:
-    ViewClass(std::string_view name, const ViewClass* superclass, bool conformsToTextInput);
+    /// `first`: null for the first of its name.
+    ViewClass(std::string_view name, const ViewClass* superclass, const ViewClass* first);
     friend class ViewClassRegistry;
 
     const std::string name_;
     const ViewClass* const superclass_;
-    /// Of the class itself; set when it is registered as such, be it later than first. Never cleared.
-    mutable std::atomic<bool> conformsToTextInput_;
+    /// Of all that bear the name. May be the class itself.
+    const ViewClass* const first_;
+    /// Of the first of a name, for all of them; set when it is registered as such, be it later than first.
+    /// Never cleared.
+    mutable std::atomic<bool> conformsToTextInput_ = false;
 };
 
 }  // namespace mireth::platform

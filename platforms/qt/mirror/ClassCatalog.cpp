@@ -35,7 +35,7 @@ const ViewClass& viewClassOf(const QMetaObject* type) {
     }
     const ViewClass& superclass = viewClassOf(type->superClass());
     const std::string name = className(*type);
-    return name.empty() ? superclass : ViewClass::registerClass(name, &superclass);
+    return name.empty() ? superclass : ViewClass::registerSubclass(name, superclass);
 }
 
 }  // namespace
@@ -67,17 +67,14 @@ const ViewClass& registeredViewClass(std::string_view name) {
 }
 
 const MirroredClass& ClassCatalog::find(const QMetaObject& type, Family family) {
-    auto& entry = entries_[&type];
-    if (entry.mirrored.viewClass == nullptr || entry.superclass != type.superClass() ||
-        entry.name != type.className()) {
-        entry.name = type.className();
-        entry.superclass = type.superClass();
-        entry.mirrored =
-            family == Family::widget ? ruleForWidget(writtenIn(type)) : ruleForItem(writtenIn(type));
-        entry.mirrored.viewClass = &viewClassOf(&type);
-        entry.mirrored.stateProperties = std::make_shared<const std::vector<int>>(statePropertiesOf(type));
+    const auto [entry, isNew] = entries_.try_emplace(&type);
+    MirroredClass& mirrored = entry->second;
+    if (isNew) {
+        mirrored = family == Family::widget ? ruleForWidget(writtenIn(type)) : ruleForItem(writtenIn(type));
+        mirrored.viewClass = &viewClassOf(&type);
+        mirrored.stateProperties = std::make_shared<const std::vector<int>>(statePropertiesOf(type));
     }
-    return entry.mirrored;
+    return mirrored;
 }
 
 }  // namespace mireth::qt

@@ -1,7 +1,6 @@
 // What is known of the classes of widgets and items: their names for the library, and how they are shown.
 #pragma once
 
-#include <QByteArray>
 #include <QMetaObject>
 #include <memory>
 #include <string>
@@ -50,13 +49,15 @@ bool isDeclared(const QMetaObject& type);
 /// The class that the object was written in: the first one up that is of C++.
 const QMetaObject& writtenIn(const QMetaObject& type);
 
-/// The class called `name` to the library. One that has not been met yet is registered as a view's, so that a
-/// host can name classes to be masked before any object of theirs is made.
+/// Stands for all classes called `name`, those too that are met later.
 const platform::ViewClass& registeredViewClass(std::string_view name);
 
-/// Remembers what it has found out. Main thread only.
+/// Remembers what it has found out, for one pass over the app's objects: a class of QML's may go after it,
+/// and another one come to lie at its place. Main thread only.
 class ClassCatalog {
   public:
+    void startPass() { entries_.clear(); }
+
     /// Both for the object's own class and through all superclasses.
     const MirroredClass& ofWidget(const QMetaObject& type) { return find(type, Family::widget); }
     const MirroredClass& ofItem(const QMetaObject& type) { return find(type, Family::item); }
@@ -64,16 +65,9 @@ class ClassCatalog {
   private:
     enum class Family { widget, item };
 
-    struct Entry {
-        /// A class of QML's may go, and another one come to lie at its place.
-        QByteArray name;
-        const QMetaObject* superclass = nullptr;
-        MirroredClass mirrored;
-    };
-
     const MirroredClass& find(const QMetaObject& type, Family family);
 
-    std::unordered_map<const QMetaObject*, Entry> entries_;
+    std::unordered_map<const QMetaObject*, MirroredClass> entries_;
 };
 
 }  // namespace mireth::qt

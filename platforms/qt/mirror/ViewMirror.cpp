@@ -34,6 +34,7 @@ std::vector<std::shared_ptr<View>> ViewMirror::allOf(const LiveWindow& live, See
     if (!live.isVisible()) {
         return views;
     }
+    catalog_.startPass();
     views.push_back(contentOf(live, screens, pictures));
     const Point origin = live.origin();
     for (const LiveWindow& above : live.windowsAbove()) {

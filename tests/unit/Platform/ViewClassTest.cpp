@@ -66,6 +66,42 @@ TEST(ViewClass, AClassBecomesOneOfTextEntryWhenItIsRegisteredAsOneLater) {
     EXPECT_TRUE(pin.conformsToTextInput()) << "once private, always private";
 }
 
+TEST(ViewClass, ClassesOfOneNameBelowSeveralSuperclassesKeepTheirOwn) {
+    const auto& secret = ViewClass::registerSubclass("Secret", ViewClass::view());
+    const auto& plainEntry = ViewClass::registerSubclass("Entry", ViewClass::view());
+    const auto& secretEntry = ViewClass::registerSubclass("Entry", secret);
+    EXPECT_NE(&plainEntry, &secretEntry);
+    EXPECT_EQ(secretEntry.name(), "Entry");
+    EXPECT_EQ(secretEntry.superclass(), &secret);
+    EXPECT_TRUE(secretEntry.isKindOf(secret));
+    EXPECT_FALSE(plainEntry.isKindOf(secret));
+    EXPECT_EQ(&ViewClass::registerSubclass("Entry", secret), &secretEntry);
+    EXPECT_EQ(&ViewClass::registerSubclass("Entry", ViewClass::view()), &plainEntry);
+    EXPECT_EQ(ViewClass::find("Entry"), &plainEntry);
+}
+
+TEST(ViewClass, ANamedClassStandsForAllOfItsNameAndTheirSubclasses) {
+    const auto& named = ViewClass::registerClass("NamedCard", &ViewClass::view());
+    const auto& ofPanel =
+        ViewClass::registerSubclass("NamedCard", ViewClass::registerSubclass("Panel", ViewClass::view()));
+    const auto& gold = ViewClass::registerSubclass("GoldCard", ofPanel);
+    EXPECT_NE(&ofPanel, &named);
+    EXPECT_TRUE(ofPanel.isKindOf(named));
+    EXPECT_TRUE(gold.isKindOf(named));
+    EXPECT_TRUE(named.isKindOf(ofPanel));
+    EXPECT_FALSE(named.isKindOf(gold));
+}
+
+TEST(ViewClass, ClassesOfOneNameBecomeOnesOfTextEntryTogether) {
+    const auto& ofPad =
+        ViewClass::registerSubclass("DigitEntry", ViewClass::registerSubclass("DigitPad", ViewClass::view()));
+    (void)ViewClass::registerSubclass("DigitEntry", ViewClass::view());
+    EXPECT_FALSE(ofPad.conformsToTextInput());
+    (void)ViewClass::registerClass("DigitEntry", &ViewClass::view(), ViewClass::TextInput::conforms);
+    EXPECT_TRUE(ofPad.conformsToTextInput());
+    EXPECT_TRUE(ViewClass::registerSubclass("DigitEntry", ViewClass::view()).conformsToTextInput());
+}
+
 TEST(ViewClass, UnknownNameIsNotFound) {
     EXPECT_EQ(ViewClass::find("NobodyHasRegisteredThis"), nullptr);
 }
