@@ -218,6 +218,36 @@ TEST_F(QtItemMirror, ATypeThatComesToLieWhereAnotherWasIsMaskedAsItself) {
     }
 }
 
+TEST_F(QtItemMirror, ATypeThatIsAPopUpIsMaskedByItsNameAndByWhatItDerivesFrom) {
+    const test::TemporaryDirectory folder;
+    test::writeFile(folder / "CardPopup.qml",
+                    "import QtQuick\nimport QtQuick.Controls.Basic\n"
+                    "Popup { background: Rectangle { color: 'black' } }");
+    test::writeFile(folder / "GoldCardPopup.qml", "CardPopup { }");
+    QmlScene scene("GoldCardPopup { visible: true; x: 20; y: 20; width: 60; height: 60 }", sceneIn(folder));
+    EXPECT_TRUE(isNear(pictureOf(scene).pixel(50, 50), 0, 0, 0));
+    EXPECT_TRUE(isNear(pictureOf(scene, {&qt::viewClassNamed("Drawer")}).pixel(50, 50), 0, 0, 0));
+    for (const char* name : {"GoldCardPopup", "CardPopup", "QQuickPopup"}) {
+        EXPECT_TRUE(isMaskBlock(pictureOf(scene, {&qt::viewClassNamed(name)}).pixel(50, 50))) << name;
+    }
+}
+
+TEST_F(QtItemMirror, ATypeThatIsAWindowIsMaskedByItsName) {
+    const test::TemporaryDirectory folder;
+    test::writeFile(folder / "CardWindow.qml",
+                    "import QtQuick\nWindow { visible: true; flags: Qt.Dialog; width: 60; height: 60;"
+                    " Rectangle { anchors.fill: parent; color: 'black' } }");
+    QmlScene scene("Item { CardWindow { objectName: 'card' } }", sceneIn(folder));
+    auto& card = dynamic_cast<QQuickWindow&>(scene.object("card"));
+    EXPECT_TRUE(runUntil([&card] { return card.isVisible(); }, 5));
+    card.setPosition(scene.window().mapToGlobal(QPoint(20, 20)));
+    const auto& masked = qt::viewClassNamed("CardWindow");
+    EXPECT_TRUE(isNear(pictureOf(scene).pixel(50, 50), 0, 0, 0));
+    EXPECT_TRUE(isMaskBlock(pictureOf(scene, {&masked}).pixel(50, 50))) << "above the recorded window";
+    EXPECT_TRUE(isMaskBlock(recordedPicture(*platform_.windowOf(card), {&masked}).pixel(30, 30)))
+        << "as the recorded window";
+}
+
 TEST_F(QtItemMirror, HowAButtonLooksWhilePressedIsNoChange) {
     QmlScene scene("Button { objectName: 'button'; text: 'Buy' }");
     const auto recorded = platform_.windowOf(scene.window());

@@ -29,11 +29,11 @@ std::size_t endingOf(std::string_view name, std::string_view mark) {
 }
 
 /// Registers the superclasses first.
-const ViewClass& viewClassOf(const QMetaObject* type) {
+const ViewClass& registeredBelow(const ViewClass& root, const QMetaObject* type) {
     if (type == nullptr || std::strcmp(type->className(), "QObject") == 0) {
-        return ViewClass::view();
+        return root;
     }
-    const ViewClass& superclass = viewClassOf(type->superClass());
+    const ViewClass& superclass = registeredBelow(root, type->superClass());
     const std::string name = className(*type);
     return name.empty() ? superclass : ViewClass::registerSubclass(name, superclass);
 }
@@ -66,12 +66,16 @@ const ViewClass& registeredViewClass(std::string_view name) {
     return ViewClass::registerClass(name, &ViewClass::view());
 }
 
+const ViewClass& withNamesOf(const QMetaObject& owner, const ViewClass& viewClass) {
+    return registeredBelow(viewClass, &owner);
+}
+
 const MirroredClass& ClassCatalog::find(const QMetaObject& type, Family family) {
     const auto [entry, isNew] = entries_.try_emplace(&type);
     MirroredClass& mirrored = entry->second;
     if (isNew) {
         mirrored = family == Family::widget ? ruleForWidget(writtenIn(type)) : ruleForItem(writtenIn(type));
-        mirrored.viewClass = &viewClassOf(&type);
+        mirrored.viewClass = &registeredBelow(ViewClass::view(), &type);
         mirrored.stateProperties = std::make_shared<const std::vector<int>>(statePropertiesOf(type));
     }
     return mirrored;

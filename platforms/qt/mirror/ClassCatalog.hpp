@@ -52,6 +52,10 @@ const QMetaObject& writtenIn(const QMetaObject& type);
 /// Stands for all classes called `name`, those too that are met later.
 const platform::ViewClass& registeredViewClass(std::string_view name);
 
+/// The class of a view that shows two objects in one: an item of `viewClass`, and the window or pop-up of
+/// class `owner` that the item is all of. It goes by the names of both.
+const platform::ViewClass& withNamesOf(const QMetaObject& owner, const platform::ViewClass& viewClass);
+
 /// Remembers what it has found out, for one pass over the app's objects: a class of QML's may go after it,
 /// and another one come to lie at its place. Main thread only.
 class ClassCatalog {

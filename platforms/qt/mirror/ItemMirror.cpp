@@ -3,6 +3,7 @@
 #include <QTransform>
 #include <algorithm>
 
+#include "platforms/qt/mirror/ItemOwner.hpp"
 #include "platforms/qt/mirror/LayerValues.hpp"
 #include "platforms/qt/mirror/MarkingProperties.hpp"
 #include "platforms/qt/mirror/RectangleLook.hpp"
@@ -86,6 +87,10 @@ void ItemMirror::addLook(QQuickItem& item, Shown shown, View& view) {
 
 MirroredClass ItemMirror::classOf(const QQuickItem& item, bool isInThePlane) {
     MirroredClass mirrored = catalog_.ofItem(*item.metaObject());
+    const QObject* const owner = ownerOf(item);
+    if (owner != nullptr) {
+        mirrored.viewClass = &withNamesOf(*owner->metaObject(), *mirrored.viewClass);
+    }
     if (mirrored.shown == Shown::label && !item.flags().testFlag(QQuickItem::ItemHasContents)) {
         // It draws nothing itself.
         mirrored.shown = Shown::container;
