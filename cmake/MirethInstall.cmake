@@ -56,9 +56,8 @@ cmake_path(APPEND MIRETH_PC_INCLUDEDIR "\${pcfiledir}/${_to_prefix}" ${CMAKE_INS
 cmake_path(APPEND MIRETH_PC_LIBDIR "\${pcfiledir}/${_to_prefix}" ${CMAKE_INSTALL_LIBDIR})
 # A shared object knows itself what it needs: its hosts build without the packages behind it.
 if(NOT BUILD_SHARED_LIBS)
-  string(JOIN "\n" MIRETH_PC_PRIVATE
-    "Libs.private: -lcurl -lcrypto -lboost_url"
-    "Requires.private: cairo openh264 libnl-3.0 libsystemd")
+  set(MIRETH_PC_LIBS " -lcurl -lcrypto -lboost_url")
+  set(MIRETH_PC_REQUIRES "cairo openh264 libnl-3.0 libsystemd")
 endif()
 configure_file(cmake/mirethvex.pc.in ${PROJECT_BINARY_DIR}/mirethvex.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/mirethvex.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -5,14 +5,12 @@ source "$(dirname "$0")/common.sh"
 # Moved elsewhere, an installation has to work, too.
 cp -r "$PREFIX" "$work/moved"
 PREFIX=$work/moved
-static=
 if [[ $SHARED == ON ]]; then
     # A host of the shared object needs no package beside it.
     export PKG_CONFIG_LIBDIR=$PREFIX/$LIBDIR/pkgconfig
 else
     export PKG_CONFIG_PATH=$PREFIX/$LIBDIR/pkgconfig
-    static=--static
 fi
-read -ra flags <<<"$(pkg-config $static --cflags --libs mirethvex)"
+read -ra flags <<<"$(pkg-config --cflags --libs mirethvex)"
 "$CXX" -std=c++23 "$SOURCE/tests/consumer/host/main.cpp" "${flags[@]}" -o "$work/host"
 (cd "$work" && XDG_CACHE_HOME=$work/cache LD_LIBRARY_PATH=$PREFIX/$LIBDIR ./host)
