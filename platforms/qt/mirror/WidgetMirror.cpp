@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platforms/qt/mirror/LayerValues.hpp"
+#include "platforms/qt/mirror/MarkedWidgets.hpp"
 #include "platforms/qt/mirror/MarkingProperties.hpp"
 #include "platforms/qt/mirror/StateText.hpp"
 #include "platforms/qt/pictures/PictureViews.hpp"
@@ -77,10 +78,16 @@ void addFrame(const QWidget& widget, Layer& layer) {
     }
 }
 
+/// A picture of both would show what is marked: the widget is shown without what it paints itself.
+bool hasNoPictureOfItsOwn(const QWidget& widget) {
+    return !WidgetPictures::holdsItsChildrenApart(widget) && holdsMarked(widget);
+}
+
 /// A container, whatever it shows itself, or one picture together with what lies in it.
 MirroredClass unmasked(MirroredClass mirrored, const QWidget& widget) {
     if (mirrored.shown != Shown::hosted) {
-        mirrored.shown = WidgetPictures::holdsItsChildrenApart(widget) ? Shown::container : Shown::image;
+        const bool isWalked = WidgetPictures::holdsItsChildrenApart(widget) || holdsMarked(widget);
+        mirrored.shown = isWalked ? Shown::container : Shown::image;
     }
     mirrored.emptyIsHarmless = true;
     return mirrored;
@@ -101,7 +108,7 @@ std::shared_ptr<View> WidgetMirror::copy(QWidget& widget) {
     auto view = views_.make(mirrored);
     view->setFrame({static_cast<double>(widget.x()), static_cast<double>(widget.y()),
                     static_cast<double>(widget.width()), static_cast<double>(widget.height())});
-    if (pictures_ != nullptr) {
+    if (pictures_ != nullptr && !(mirrored.shown == Shown::container && hasNoPictureOfItsOwn(widget))) {
         addPicture(widget, mirrored.shown, *view);
     } else {
         addOwnLook(widget, mirrored.shown, view->mutableLayer());
@@ -124,7 +131,8 @@ MirroredClass WidgetMirror::classOf(const QWidget& widget, bool hasChildren) {
     }
     const bool isUnknownLeaf =
         mirrored.shown == Shown::container && !hasChildren && !mirrored.emptyIsHarmless;
-    if (isUnknownLeaf || depth_ >= maximumMirrorDepth || isMarkedAsMasked(widget)) {
+    const bool isMarked = pictures_ != nullptr ? showsMarked(widget) : isMarkedAsMasked(widget);
+    if (isUnknownLeaf || depth_ >= maximumMirrorDepth || isMarked) {
         mirrored.shown = Shown::label;
     }
     return mirrored;
