@@ -1,13 +1,24 @@
-// What is marked as masked is hidden without masking, too, however it is drawn.
+// What is marked as masked is hidden with all that it opens, without masking, too.
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QCompleter>
+#include <QCursor>
+#include <QDialog>
 #include <QGraphicsOpacityEffect>
 #include <QGraphicsScene>
 #include <QGraphicsView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QToolTip>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
-#include "qt/support/EventLoop.hpp"
+#include "platforms/qt/qml/QmlModule.hpp"
 #include "qt/support/Pictures.hpp"
+#include "qt/support/QmlScene.hpp"
 
 namespace mireth::qttest {
 
@@ -35,14 +46,18 @@ class QtMarked : public testing::Test {
         window_.setGeometry(0, 0, 200, 100);
     }
 
-    QImage unmasked() {
-        window_.show();
-        runFor(0.05);
-        return unmaskedPicture(*platform_.windowOf(window_));
-    }
+    QImage unmasked() { return look(false); }
+    QImage masked() { return look(true); }
 
     const qt::QtPlatform platform_;
     QWidget window_;
+
+  private:
+    QImage look(bool withEnabledMasking) {
+        window_.show();
+        runFor(0.05);
+        return recordedPicture(*platform_.windowOf(window_), {}, withEnabledMasking);
+    }
 };
 
 void mark(QObject& object, bool isMarked = true) {
@@ -78,6 +93,140 @@ TEST_F(QtMarked, AWidgetIsABlockInAGraphicsSceneToo) {
     EXPECT_NE(findCanary(unmasked()), std::nullopt);
     mark(secret);
     EXPECT_EQ(findCanary(unmasked()), std::nullopt);
+}
+
+TEST_F(QtMarked, TheListOfAComboBoxIsABlock) {
+    QComboBox box(&window_);
+    box.setGeometry(10, 10, 150, 30);
+    box.addItems({"4111 1111", "4222 2222"});
+    box.view()->setPalette(with(QPalette::Base, Qt::red));
+    window_.show();
+    box.showPopup();
+    EXPECT_NE(findCanary(unmasked()), std::nullopt);
+    mark(box);
+    EXPECT_EQ(findCanary(unmasked()), std::nullopt);
+    box.hidePopup();
+}
+
+TEST_F(QtMarked, TheListOfACompleterIsABlock) {
+    QLineEdit edit(&window_);
+    edit.setGeometry(10, 10, 150, 30);
+    QCompleter completer(QStringList{"4111 1111", "4222 2222"});
+    edit.setCompleter(&completer);
+    completer.popup()->setPalette(with(QPalette::Base, Qt::red));
+    window_.show();
+    edit.setFocus();
+    completer.setCompletionPrefix("4");
+    completer.complete();
+    EXPECT_NE(findCanary(unmasked()), std::nullopt);
+    mark(edit);
+    EXPECT_EQ(findCanary(unmasked()), std::nullopt);
+    completer.popup()->hide();
+}
+
+TEST_F(QtMarked, TheMenuOfAButtonIsABlockWithTheMenusThatItOpens) {
+    QPushButton button("Cards", &window_);
+    QMenu menu;
+    QMenu submenu("More");
+    for (QMenu* const each : {&menu, &submenu}) {
+        each->addAction("4111 1111");
+        each->setPalette(with(QPalette::Window, Qt::red));
+    }
+    menu.addMenu(&submenu);
+    button.setMenu(&menu);
+    window_.show();
+    menu.popup(window_.mapToGlobal(QPoint(0, 30)));
+    submenu.popup(window_.mapToGlobal(QPoint(100, 30)));
+    EXPECT_NE(findCanary(unmasked()), std::nullopt);
+    mark(button);
+    EXPECT_EQ(findCanary(unmasked()), std::nullopt);
+    menu.close();
+}
+
+TEST_F(QtMarked, ItsToolTipIsABlockAlsoOneThatAnotherWidgetHadBefore) {
+    const QString red("<p style='background-color: red'>4111 1111</p>");
+    QLabel plain("plain", &window_);
+    plain.setGeometry(0, 0, 90, 20);
+    QLabel card("card", &window_);
+    card.setGeometry(100, 0, 90, 20);
+    mark(card);
+    // A tip goes away when its window becomes the active one.
+    (void)unmasked();
+    QCursor::setPos(plain.mapToGlobal(QPoint(5, 5)));
+    QToolTip::showText(plain.mapToGlobal(QPoint(5, 25)), red, &plain);
+    EXPECT_NE(findCanary(unmasked()), std::nullopt);
+    QCursor::setPos(card.mapToGlobal(QPoint(5, 5)));
+    QToolTip::showText(card.mapToGlobal(QPoint(5, 25)), red + red, &card);
+    EXPECT_EQ(findCanary(unmasked()), std::nullopt);
+    QToolTip::hideText();
+}
+
+TEST_F(QtMarked, ADialogOfAMarkedWidgetIsABlock) {
+    QWidget panel(&window_);
+    QDialog dialog(&panel);
+    dialog.setGeometry(20, 20, 60, 60);
+    addRedPanel(dialog, {0, 0, 60, 60});
+    window_.show();
+    dialog.show();
+    EXPECT_NE(findCanary(masked()), std::nullopt);
+    mark(panel);
+    EXPECT_EQ(findCanary(masked()), std::nullopt);
+    EXPECT_EQ(findCanary(unmasked()), std::nullopt);
+    EXPECT_TRUE(isMaskBlock(unmasked().pixel(50, 50)));
+}
+
+class QtMarkedItems : public testing::Test {
+  protected:
+    QtMarkedItems() { qt::registerQmlModule(); }
+    QImage picture(QmlScene& scene, bool withEnabledMasking) {
+        runFor(0.3);
+        return recordedPicture(*platform_.windowOf(scene.window()), {}, withEnabledMasking);
+    }
+
+    const qt::QtPlatform platform_;
+};
+
+TEST_F(QtMarkedItems, WhatAControlOpensIsABlock) {
+    QmlScene scene(
+        "ComboBox { objectName: 'box'; model: ['4111', '4222'];"
+        " popup.background: Rectangle { color: 'red' } Component.onCompleted: popup.open() }");
+    EXPECT_NE(findCanary(picture(scene, false)), std::nullopt);
+    mark(scene.object("box"));
+    EXPECT_EQ(findCanary(picture(scene, false)), std::nullopt);
+    EXPECT_EQ(findCanary(picture(scene, true)), std::nullopt);
+}
+
+TEST_F(QtMarkedItems, APopUpAndAWindowOfAMarkedItemAreBlocks) {
+    QmlScene scene(
+        "Item { anchors.fill: parent; Item { id: card; objectName: 'card'\n"
+        "Popup { visible: true; x: 10; y: 10; width: 60; height: 60; background: Rectangle { color: 'red' } "
+        "}\n"
+        "Window { objectName: 'window'; visible: true; flags: Qt.Dialog; width: 60; height: 60\n"
+        " Rectangle { anchors.fill: parent; color: 'lime' } } } }",
+        {}, "import MirethVex");
+    dynamic_cast<QWindow&>(scene.object("window")).setPosition(scene.window().position() + QPoint(100, 10));
+    const QImage open = picture(scene, true);
+    EXPECT_GT(saturation(open.pixel(40, 40)), 100);
+    EXPECT_GT(saturation(open.pixel(130, 40)), 100);
+    mark(scene.object("card"));
+    for (const bool withEnabledMasking : {true, false}) {
+        const QImage seen = picture(scene, withEnabledMasking);
+        EXPECT_TRUE(isMaskBlock(seen.pixel(40, 40)));
+        EXPECT_TRUE(isMaskBlock(seen.pixel(130, 40)));
+    }
+}
+
+TEST_F(QtMarkedItems, AWindowAndAPopUpMayBeMarkedByTheirProperty) {
+    QmlScene scene(
+        "Popup { objectName: 'popup'; visible: true; x: 10; y: 10; width: 60; height: 60;"
+        " background: Rectangle { color: 'red' } }");
+    EXPECT_NE(findCanary(picture(scene, true)), std::nullopt);
+    mark(scene.object("popup"));
+    EXPECT_EQ(findCanary(picture(scene, true)), std::nullopt);
+    mark(scene.object("popup"), false);
+    EXPECT_NE(findCanary(picture(scene, true)), std::nullopt);
+    mark(scene.window());
+    EXPECT_TRUE(isMaskBlock(picture(scene, true).pixel(150, 50)));
 }
 
 }  // namespace

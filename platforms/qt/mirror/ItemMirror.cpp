@@ -5,6 +5,7 @@
 
 #include "platforms/qt/mirror/ItemOwner.hpp"
 #include "platforms/qt/mirror/LayerValues.hpp"
+#include "platforms/qt/mirror/MarkedOwners.hpp"
 #include "platforms/qt/mirror/MarkingProperties.hpp"
 #include "platforms/qt/mirror/RectangleLook.hpp"
 #include "platforms/qt/mirror/StateText.hpp"
@@ -96,7 +97,8 @@ MirroredClass ItemMirror::classOf(const QQuickItem& item, bool isInThePlane) {
         mirrored.shown = Shown::container;
     }
     // Turned out of the plane, its place is known, but not how it looks.
-    if (depth_ >= maximumMirrorDepth || !isInThePlane || isMarkedAsMasked(item)) {
+    if (depth_ >= maximumMirrorDepth || !isInThePlane || isMarkedAsMasked(item) ||
+        (owner != nullptr && belongsToMarked(*owner))) {
         mirrored.shown = pictures_ != nullptr ? Shown::hosted : Shown::label;
     }
     return mirrored;

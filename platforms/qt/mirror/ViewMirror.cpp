@@ -42,8 +42,10 @@ std::vector<std::shared_ptr<View>> ViewMirror::allOf(const LiveWindow& live, See
         const Point place = above.origin();
         const Size size = above.size();
         content->setFrame({place.x - origin.x, place.y - origin.y, size.width, size.height});
-        if (const auto background = colorOf(above.backgroundColor())) {
-            content->mutableLayer().appearance.backgroundColor = background;
+        // What is a block stays one.
+        auto& background = content->mutableLayer().appearance.backgroundColor;
+        if (!background) {
+            background = colorOf(above.backgroundColor());
         }
         views.push_back(std::move(content));
     }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platforms/qt/mirror/LayerValues.hpp"
+#include "platforms/qt/mirror/MarkedOwners.hpp"
 #include "platforms/qt/mirror/MarkedWidgets.hpp"
 #include "platforms/qt/mirror/MarkingProperties.hpp"
 #include "platforms/qt/mirror/StateText.hpp"
@@ -131,7 +132,8 @@ MirroredClass WidgetMirror::classOf(const QWidget& widget, bool hasChildren) {
     }
     const bool isUnknownLeaf =
         mirrored.shown == Shown::container && !hasChildren && !mirrored.emptyIsHarmless;
-    const bool isMarked = pictures_ != nullptr ? showsMarked(widget) : isMarkedAsMasked(widget);
+    const bool isMarked = (pictures_ != nullptr ? showsMarked(widget) : isMarkedAsMasked(widget)) ||
+                          (widget.isWindow() && belongsToMarked(widget));
     if (isUnknownLeaf || depth_ >= maximumMirrorDepth || isMarked) {
         mirrored.shown = Shown::label;
     }
