@@ -8,11 +8,15 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
+#include <QPixmap>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSlider>
+#include <QStyleFactory>
 #include <QVBoxLayout>
+#include <memory>
 
 #include "MirethVex/Platform/TextViews.hpp"
 #include "MirethVex/Qt/QtPlatform.hpp"
@@ -140,6 +144,56 @@ TEST_F(QtWidgetMirror, ASliderShowsItsValueAndIsDrawnAnewWhenThatChanges) {
     EXPECT_EQ(picture(), low);
     slider.setValue(99);
     EXPECT_NE(picture(), low);
+}
+
+QPixmap canary() {
+    QPixmap picture(32, 32);
+    picture.fill(QColor(0, 200, 0));
+    return picture;
+}
+
+TEST_F(QtWidgetMirror, PicturesInThePaletteOfASliderAreNotThere) {
+    QSlider slider(Qt::Horizontal, &window_);
+    slider.setGeometry(0, 0, 200, 30);
+    QScrollBar bar(Qt::Horizontal, &window_);
+    bar.setGeometry(0, 40, 200, 30);
+    bool isEverShown = false;
+    for (const char* const name : {"Windows", "Fusion"}) {
+        const std::unique_ptr<QStyle> style(QStyleFactory::create(name));
+        for (int role = 0; role < QPalette::NColorRoles; ++role) {
+            QPalette palette(QColor(200, 200, 200));
+            palette.setBrush(static_cast<QPalette::ColorRole>(role), QBrush(canary()));
+            for (QWidget* const widget : {static_cast<QWidget*>(&slider), static_cast<QWidget*>(&bar)}) {
+                widget->setStyle(style.get());
+                widget->setPalette(palette);
+            }
+            EXPECT_EQ(findCanary(picture()), std::nullopt) << name << ", role " << role;
+            isEverShown = isEverShown || findCanary(window_.grab().toImage()).has_value();
+        }
+        slider.setStyle(nullptr);
+        bar.setStyle(nullptr);
+    }
+    EXPECT_TRUE(isEverShown) << "the widgets themselves are to show them";
+}
+
+/// Without the macro its class is called as the one it derives from.
+class PaintingStyle : public QProxyStyle {
+  public:
+    PaintingStyle() : QProxyStyle("Fusion") {}
+    const QMetaObject* metaObject() const override { return baseStyle()->metaObject(); }
+    void drawComplexControl(ComplexControl /*control*/, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* /*widget*/) const override {
+        painter->fillRect(option->rect, Qt::red);
+    }
+};
+
+TEST_F(QtWidgetMirror, AStyleThatIsNotQtsDrawsNothing) {
+    PaintingStyle style;
+    QSlider slider(Qt::Horizontal, &window_);
+    slider.setGeometry(0, 0, 200, 30);
+    slider.setStyle(&style);
+    EXPECT_EQ(findCanary(picture()), std::nullopt);
+    slider.setStyle(nullptr);
 }
 
 TEST_F(QtWidgetMirror, AContainerHasTheColourOfItsStyleSheet) {

@@ -7,11 +7,11 @@
 #include <QScrollBar>
 #include <QSlider>
 #include <QStyle>
+#include <QStyleFactory>
 #include <QStyleOptionSlider>
 #include <algorithm>
-#include <array>
 #include <iterator>
-#include <string_view>
+#include <typeinfo>
 #include <utility>
 
 #include "platforms/qt/mirror/LayerValues.hpp"
@@ -23,9 +23,19 @@ namespace {
 /// Larger ones are not worth a picture.
 constexpr int maximumSide = 8192;
 
-bool drawsNothingElse(const QStyle& style) {
-    constexpr std::array<std::string_view, 2> known{"QFusionStyle", "QWindowsStyle"};
-    return std::ranges::find(known, std::string_view(style.metaObject()->className())) != known.end();
+/// The colours of a palette without the pictures and patterns that its brushes may be made of.
+QPalette plainColorsOf(const QPalette& palette) {
+    QPalette plain = palette;
+    for (int group = 0; group < QPalette::NColorGroups; ++group) {
+        for (int role = 0; role < QPalette::NColorRoles; ++role) {
+            const auto ofGroup = static_cast<QPalette::ColorGroup>(group);
+            const auto ofRole = static_cast<QPalette::ColorRole>(role);
+            if (palette.brush(ofGroup, ofRole).style() != Qt::SolidPattern) {
+                plain.setColor(ofGroup, ofRole, palette.color(ofGroup, ofRole));
+            }
+        }
+    }
+    return plain;
 }
 
 QStyle::ComplexControl controlOf(const QAbstractSlider& slider) {
@@ -40,6 +50,7 @@ QStyleOptionSlider optionOf(const QAbstractSlider& slider) {
     option.initFrom(&slider);
     // Styles keep the state of their animations in the object they are given.
     option.styleObject = nullptr;
+    option.palette = plainColorsOf(option.palette);
     option.rect = QRect(QPoint(0, 0), slider.size());
     // The arrows, which are drawn in the colours of texts.
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
@@ -94,6 +105,17 @@ std::vector<std::int64_t> numbersOf(const QStyleOptionSlider& option, const QPal
 }
 
 }  // namespace
+
+bool StyledContents::drawsNothingElse(const QStyle& style) {
+    if (known_.empty()) {
+        for (const char* const name : {"Fusion", "Windows"}) {
+            known_.emplace_back(QStyleFactory::create(QString::fromLatin1(name)));
+        }
+    }
+    // By the type itself: a style of the app's may well derive from one of these.
+    return std::ranges::any_of(
+        known_, [&style](const auto& known) { return known != nullptr && typeid(*known) == typeid(style); });
+}
 
 platform::Image StyledContents::of(const QWidget& widget) {
     const auto* const slider = qobject_cast<const QAbstractSlider*>(&widget);

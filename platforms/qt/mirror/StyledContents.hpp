@@ -2,8 +2,10 @@
 #pragma once
 
 #include <QSize>
+#include <QStyle>
 #include <QWidget>
 #include <cstdint>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -30,6 +32,10 @@ class StyledContents {
         bool wasSeen = false;
     };
 
+    bool drawsNothingElse(const QStyle& style);
+
+    /// Made when one is asked for first.
+    std::vector<std::unique_ptr<QStyle>> known_;
     std::unordered_map<const QWidget*, Kept> kept_;
 };
 
