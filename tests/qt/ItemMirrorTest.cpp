@@ -1,6 +1,10 @@
 // What a window of Qt Quick items looks like in the mirror: where things are, and what of them is seen.
 #include <gtest/gtest.h>
 
+#include <QtQml>
+#include <functional>
+#include <utility>
+
 #include "MirethVex/Platform/TextViews.hpp"
 #include "MirethVex/PublicSide/DataModels/VexConfiguration.hpp"
 #include "MirethVex/Qt/QtPlatform.hpp"
@@ -266,6 +270,49 @@ TEST_F(QtItemMirror, AButtonThatStaysCheckedHasChanged) {
     EXPECT_FALSE(isEqual(before, LayerSnapshot::capture(*recorded)));
 }
 
+/// Counts how often it is asked, and once does what a test wants of it meanwhile.
+class Backend : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString text READ text CONSTANT)
+    Q_PROPERTY(QColor color READ color CONSTANT)
+  public:
+    QString text() const { return asked(), QString("text"); }
+    QColor color() const { return asked(), QColor(Qt::red); }
+    static inline int timesAsked = 0;
+    static inline std::function<void()> whileAsked;
+
+  private:
+    static void asked() {
+        ++timesAsked;
+        if (const auto once = std::exchange(whileAsked, nullptr)) {
+            once();
+        }
+    }
+};
+
+TEST_F(QtItemMirror, AsksTheAppsObjectsForNothing) {
+    qmlRegisterType<Backend>("Asked", 1, 0, "Backend");
+    const test::TemporaryDirectory folder;
+    test::writeFile(folder / "Field.qml",
+                    "import QtQuick\nimport Asked\nText { property alias title: own.text;"
+                    " property alias value: own.color; Backend { id: own } }");
+    test::writeFile(
+        folder / "Panel.qml",
+        "import QtQuick\nimport Asked\nRectangle { property alias color: own.color;"
+        " property alias border: own.text; property alias radius: own.text; Backend { id: own } }");
+    QmlScene scene(
+        "Field { text: 'one'; width: 20; height: 20 } Panel { x: 30; width: 20; height: 20 }"
+        " Rectangle { objectName: 'last'; x: 60; width: 20; height: 20; color: 'black' }",
+        sceneIn(folder));
+    auto* const last = &scene.object("last");
+    Backend::timesAsked = 0;
+    Backend::whileAsked = [last] { delete last; };
+    EXPECT_TRUE(isNear(pictureOf(scene).pixel(70, 10), 0, 0, 0));
+    (void)unmaskedPicture(*platform_.windowOf(scene.window()));
+    EXPECT_EQ(Backend::timesAsked, 0);
+    Backend::whileAsked = nullptr;
+}
+
 TEST_F(QtItemMirror, APopUpStandsInFrontOfThePage) {
     const QImage seen = pictureOf(
         "Rectangle { anchors.fill: parent; color: 'white' }"
@@ -284,3 +331,5 @@ TEST_F(QtItemMirror, AWindowWithoutItemsOrWidgetsIsABlock) {
 }  // namespace
 
 }  // namespace mireth::qttest
+
+#include "ItemMirrorTest.moc"

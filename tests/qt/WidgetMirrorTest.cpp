@@ -15,6 +15,7 @@
 #include <QScrollBar>
 #include <QSlider>
 #include <QStyleFactory>
+#include <QStyleOption>
 #include <QVBoxLayout>
 #include <memory>
 
@@ -311,6 +312,26 @@ TEST_F(QtWidgetMirror, AMaskedControlTellsItsStatesApart) {
     EXPECT_NE(checked, before);
     label.setText("two");
     EXPECT_NE(textsOf(*recorded), checked);
+}
+
+/// Named as one of Qt's might be.
+class QuantityField : public QLineEdit {
+    Q_OBJECT
+    Q_PROPERTY(QString text READ quantity)
+  public:
+    using QLineEdit::QLineEdit;
+    QString quantity() const { return ++timesAsked, QString(); }
+    mutable int timesAsked = 0;
+};
+
+TEST_F(QtWidgetMirror, AsksNoClassOfTheAppsForItsState) {
+    QuantityField field("one", &window_);
+    window_.show();
+    const auto recorded = platform_.windowOf(window_);
+    const std::string before = textsOf(*recorded);
+    EXPECT_EQ(field.timesAsked, 0);
+    field.setText("two");
+    EXPECT_NE(textsOf(*recorded), before) << "what it derives from is asked";
 }
 
 TEST_F(QtWidgetMirror, KeepsNoCopyOfATypedText) {

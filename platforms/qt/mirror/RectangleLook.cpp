@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "platforms/qt/mirror/LayerValues.hpp"
+#include "platforms/qt/mirror/QtProperty.hpp"
 
 namespace mireth::qt {
 
@@ -21,20 +22,20 @@ struct Gradient {
 
 Gradient gradientOf(QObject& object) {
     Gradient gradient;
-    const QQmlListReference stops(&object, "stops");
+    const QQmlListReference stops(qtProperty(object, "QQuickGradient", "stops"));
     for (qsizetype index = 0; index < stops.count(); ++index) {
         if (const QObject* const stop = stops.at(index)) {
-            gradient.stops.append(
-                {stop->property("position").toReal(), stop->property("color").value<QColor>()});
+            gradient.stops.append({qtProperty(*stop, "QQuickGradientStop", "position").toReal(),
+                                   qtProperty(*stop, "QQuickGradientStop", "color").value<QColor>()});
         }
     }
-    gradient.isHorizontal = object.property("orientation").toInt() == Qt::Horizontal;
+    gradient.isHorizontal = qtProperty(object, "QQuickGradient", "orientation").toInt() == Qt::Horizontal;
     return gradient;
 }
 
 /// The property holds a Gradient or the number of one that Qt has ready.
 std::optional<Gradient> gradientOf(const QQuickItem& item) {
-    const QVariant value = item.property("gradient");
+    const QVariant value = qtProperty(item, "QQuickRectangle", "gradient");
     const auto script = value.value<QJSValue>();
     if (script.isQObject()) {
         return gradientOf(*script.toQObject());
@@ -65,8 +66,8 @@ platform::Image stripOf(const Gradient& gradient) {
 bool isBackgroundOfAPushButton(const QQuickItem& item) {
     const QQuickItem* const parent = item.parentItem();
     return parent != nullptr && item.childItems().isEmpty() && parent->inherits("QQuickAbstractButton") &&
-           !parent->property("checkable").toBool() &&
-           parent->property("background").value<QQuickItem*>() == &item;
+           !qtProperty(*parent, "QQuickAbstractButton", "checkable").toBool() &&
+           qtProperty(*parent, "QQuickControl", "background").value<QQuickItem*>() == &item;
 }
 
 /// As contents, which are not compared before and after a tap.
@@ -77,7 +78,7 @@ void addColorAsContents(const QColor& color, platform::Layer& layer) {
 }
 
 void addBorder(const QQuickItem& item, platform::Layer& layer) {
-    const auto* const border = item.property("border").value<QObject*>();
+    const auto* const border = qtProperty(item, "QQuickRectangle", "border").value<QObject*>();
     if (border == nullptr) {
         return;
     }
@@ -94,8 +95,8 @@ void addBorder(const QQuickItem& item, platform::Layer& layer) {
 }  // namespace
 
 void addRectangleLook(const QQuickItem& item, platform::Layer& layer) {
-    layer.appearance.cornerRadius = item.property("radius").toDouble();
-    const auto color = item.property("color").value<QColor>();
+    layer.appearance.cornerRadius = qtProperty(item, "QQuickRectangle", "radius").toDouble();
+    const auto color = qtProperty(item, "QQuickRectangle", "color").value<QColor>();
     if (const auto gradient = gradientOf(item)) {
         layer.content.contents = stripOf(*gradient);
     } else if (isBackgroundOfAPushButton(item)) {
@@ -115,7 +116,9 @@ QRectF filledPartOf(const QQuickItem& item) {
     if (!item.inherits("QQuickPaddedRectangle")) {
         return whole;
     }
-    const auto padding = [&item](const char* side) { return item.property(side).toDouble(); };
+    const auto padding = [&item](const char* side) {
+        return qtProperty(item, "QQuickPaddedRectangle", side).toDouble();
+    };
     return whole.adjusted(padding("leftPadding"), padding("topPadding"), -padding("rightPadding"),
                           -padding("bottomPadding"));
 }

@@ -11,12 +11,15 @@
 #include <QTextDocument>
 #include <QTextEdit>
 #include <QVariant>
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "MirethVex/Platform/TextViews.hpp"
 #include "platforms/qt/mirror/ClassCatalog.hpp"
+#include "platforms/qt/mirror/QtProperty.hpp"
 
 namespace mireth::qt {
 
@@ -24,6 +27,45 @@ namespace {
 
 constexpr std::array stateNames{"text",    "title",        "value",  "checkState",
                                 "checked", "currentIndex", "source", "windowTitle"};
+
+/// The classes of Qt's that declare them. Their getters run nothing of the app's.
+constexpr std::array<std::string_view, 37> statefulClasses{"QAbstractButton",
+                                                           "QAbstractSlider",
+                                                           "QAbstractSpinBox",
+                                                           "QComboBox",
+                                                           "QDateTimeEdit",
+                                                           "QDockWidget",
+                                                           "QDoubleSpinBox",
+                                                           "QGroupBox",
+                                                           "QLCDNumber",
+                                                           "QLabel",
+                                                           "QLineEdit",
+                                                           "QMdiSubWindow",
+                                                           "QMenu",
+                                                           "QProgressBar",
+                                                           "QSpinBox",
+                                                           "QStackedWidget",
+                                                           "QTabBar",
+                                                           "QTabWidget",
+                                                           "QWidget",
+                                                           "QQuickAbstractButton",
+                                                           "QQuickCheckBox",
+                                                           "QQuickCheckDelegate",
+                                                           "QQuickComboBox",
+                                                           "QQuickContainer",
+                                                           "QQuickDial",
+                                                           "QQuickGroupBox",
+                                                           "QQuickImageBase",
+                                                           "QQuickItemView",
+                                                           "QQuickPage",
+                                                           "QQuickPathView",
+                                                           "QQuickLoader",
+                                                           "QQuickProgressBar",
+                                                           "QQuickSlider",
+                                                           "QQuickSpinBox",
+                                                           "QQuickText",
+                                                           "QQuickTextInput",
+                                                           "QQuickTumbler"};
 
 /// A long document is told by its revision: copying its text twice a second would cost too much.
 const QTextDocument* documentOf(const QObject& object) {
@@ -34,16 +76,40 @@ const QTextDocument* documentOf(const QObject& object) {
         return edit->document();
     }
     if (object.inherits("QQuickTextEdit")) {
-        const auto* document = object.property("textDocument").value<QQuickTextDocument*>();
+        const auto* document =
+            qtProperty(object, "QQuickTextEdit", "textDocument").value<QQuickTextDocument*>();
         return document != nullptr ? document->textDocument() : nullptr;
     }
     return nullptr;
 }
 
-/// To read a property of the app's own classes would run the app's code.
-bool isOfQt(const QMetaProperty& property) {
-    const QMetaObject* type = property.enclosingMetaObject();
-    return type != nullptr && (isDeclared(*type) || type->className()[0] == 'Q');
+bool isPlain(const QMetaProperty& property) {
+    constexpr std::array plainTypes{QMetaType::Bool, QMetaType::Int, QMetaType::Double, QMetaType::QString,
+                                    QMetaType::QUrl};
+    return std::ranges::find(plainTypes, property.typeId()) != plainTypes.end();
+}
+
+/// To read a property of the app's own classes would run the app's code, and so does an alias for one.
+bool runsNoCodeOfTheApps(const QMetaObject& declaring, const QMetaProperty& property) {
+    if (isDeclared(declaring)) {
+        return !property.isAlias() && isPlain(property);
+    }
+    return std::ranges::find(statefulClasses, std::string_view(declaring.className())) !=
+           statefulClasses.end();
+}
+
+/// That of the nearest class which may be asked; -1 when there is none.
+int indexOfState(const QMetaObject& type, const char* name) {
+    for (const QMetaObject* candidate = &type; candidate != nullptr; candidate = candidate->superClass()) {
+        const int index = candidate->indexOfProperty(name);
+        if (index < candidate->propertyOffset()) {
+            continue;
+        }
+        if (runsNoCodeOfTheApps(*candidate, candidate->property(index))) {
+            return index;
+        }
+    }
+    return -1;
 }
 
 void append(std::string& state, std::size_t part) {
@@ -94,8 +160,8 @@ bool hasFocus(const QObject& object) {
 std::vector<int> statePropertiesOf(const QMetaObject& type) {
     std::vector<int> properties;
     for (const char* const name : stateNames) {
-        const int index = type.indexOfProperty(name);
-        if (index >= 0 && isOfQt(type.property(index))) {
+        const int index = indexOfState(type, name);
+        if (index >= 0) {
             properties.push_back(index);
         }
     }

@@ -13,6 +13,8 @@
 #include <QtQml>
 #include <cstdint>
 
+#include "platforms/qt/mirror/QtProperty.hpp"
+
 namespace mireth::qt {
 
 namespace {
@@ -25,7 +27,7 @@ constexpr int tileHorizontally = 5;
 
 /// Where the source lies in the file system or among the resources; empty when it does not.
 QString localFileOf(const QQuickItem& item) {
-    QUrl source = item.property("source").toUrl();
+    QUrl source = qtProperty(item, "QQuickImageBase", "source").toUrl();
     if (const QQmlContext* const context = qmlContext(&item)) {
         source = context->resolvedUrl(source);
     }
@@ -43,11 +45,12 @@ bool isQuickToRead(const QImageReader& reader) {
 
 /// The part of the item that the picture fills, of which the item shows what lies within itself.
 QRectF placeOf(const QQuickItem& item) {
-    const QSizeF painted(item.property("paintedWidth").toDouble(), item.property("paintedHeight").toDouble());
+    const QSizeF painted(qtProperty(item, "QQuickImage", "paintedWidth").toDouble(),
+                         qtProperty(item, "QQuickImage", "paintedHeight").toDouble());
     const double spareWidth = item.width() - painted.width();
     const double spareHeight = item.height() - painted.height();
-    const int across = item.property("horizontalAlignment").toInt();
-    const int down = item.property("verticalAlignment").toInt();
+    const int across = qtProperty(item, "QQuickImage", "horizontalAlignment").toInt();
+    const int down = qtProperty(item, "QQuickImage", "verticalAlignment").toInt();
     const double left = across == Qt::AlignLeft ? 0 : across == Qt::AlignRight ? spareWidth : spareWidth / 2;
     const double top = down == Qt::AlignTop ? 0 : down == Qt::AlignBottom ? spareHeight : spareHeight / 2;
     return {QPointF(left, top), painted};
@@ -55,7 +58,7 @@ QRectF placeOf(const QQuickItem& item) {
 
 QImage read(const QQuickItem& item, QSizeF size) {
     QImageReader reader(localFileOf(item));
-    reader.setAutoTransform(item.property("autoTransform").toBool());
+    reader.setAutoTransform(qtProperty(item, "QQuickImage", "autoTransform").toBool());
     const QSize wanted = size.toSize();
     const bool isSmaller = wanted.width() < reader.size().width() && wanted.height() < reader.size().height();
     if (isSmaller && !wanted.isEmpty() && reader.transformation() == QImageIOHandler::TransformationNone) {
@@ -64,6 +67,12 @@ QImage read(const QQuickItem& item, QSizeF size) {
     QImage picture = reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
     picture.setDevicePixelRatio(1);
     return picture;
+}
+
+/// Invalid for pictures that have none.
+QColor tintOf(const QQuickItem& item) {
+    const char* const type = item.inherits("QQuickIconImage") ? "QQuickIconImage" : "QQuickColorImage";
+    return qtProperty(item, type, "color").value<QColor>();
 }
 
 /// Icons are drawn in one colour.
@@ -89,8 +98,8 @@ void drawTiles(QPainter& painter, const QQuickItem& item, int fillMode) {
 }
 
 void drawImage(QPainter& painter, const QQuickItem& item) {
-    const int fillMode = item.property("fillMode").toInt();
-    if (item.property("mirror").toBool()) {
+    const int fillMode = qtProperty(item, "QQuickImage", "fillMode").toInt();
+    if (qtProperty(item, "QQuickImageBase", "mirror").toBool()) {
         painter.translate(item.width(), 0);
         painter.scale(-1, 1);
     }
@@ -100,20 +109,21 @@ void drawImage(QPainter& painter, const QQuickItem& item) {
     }
     const QRectF place = placeOf(item);
     QImage picture = read(item, place.size());
-    colorize(picture, item.property("color").value<QColor>());
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, item.property("smooth").toBool());
+    colorize(picture, tintOf(item));
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, qtProperty(item, "QQuickItem", "smooth").toBool());
     painter.drawImage(place, picture);
 }
 
 void drawBorderImage(QPainter& painter, const QQuickItem& item) {
-    const auto* const border = item.property("border").value<QObject*>();
+    const auto* const border = qtProperty(item, "QQuickBorderImage", "border").value<QObject*>();
     if (border == nullptr) {
         return;
     }
     const QMargins margins(border->property("left").toInt(), border->property("top").toInt(),
                            border->property("right").toInt(), border->property("bottom").toInt());
-    const QTileRules rules(static_cast<Qt::TileRule>(item.property("horizontalTileMode").toInt()),
-                           static_cast<Qt::TileRule>(item.property("verticalTileMode").toInt()));
+    const QTileRules rules(
+        static_cast<Qt::TileRule>(qtProperty(item, "QQuickBorderImage", "horizontalTileMode").toInt()),
+        static_cast<Qt::TileRule>(qtProperty(item, "QQuickBorderImage", "verticalTileMode").toInt()));
     const QPixmap picture = QPixmap::fromImage(read(item, {}));
     qDrawBorderPixmap(&painter, QRectF(0, 0, item.width(), item.height()).toRect(), margins, picture,
                       picture.rect(), margins, rules);
@@ -126,11 +136,14 @@ std::optional<ItemDrawing> imageDrawingOf(QQuickItem& item) {
         return std::nullopt;
     }
     ItemDrawing drawing;
-    if (item.property("status").toInt() != ready) {
+    if (qtProperty(item, "QQuickImageBase", "status").toInt() != ready) {
         return drawing;
     }
-    drawing.values = valuesOf(item, {"source", "fillMode", "horizontalAlignment", "verticalAlignment",
-                                     "mirror", "paintedWidth", "paintedHeight", "color"});
+    drawing.values = valuesOf(item, "QQuickImageBase", {"source", "mirror"});
+    drawing.values +=
+        valuesOf(item, "QQuickImage",
+                 {"fillMode", "horizontalAlignment", "verticalAlignment", "paintedWidth", "paintedHeight"});
+    drawing.values += tintOf(item);
     drawing.area = {0, 0, item.width(), item.height()};
     drawing.draw = [&item](QPainter& painter) {
         const QString file = localFileOf(item);

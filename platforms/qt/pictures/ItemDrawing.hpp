@@ -8,6 +8,8 @@
 #include <functional>
 #include <initializer_list>
 
+#include "platforms/qt/mirror/QtProperty.hpp"
+
 namespace mireth::qt {
 
 struct ItemDrawing {
@@ -19,10 +21,12 @@ struct ItemDrawing {
     std::function<bool(QPainter&)> draw;
 };
 
-inline QVariantList valuesOf(const QQuickItem& item, std::initializer_list<const char*> properties) {
+/// `type`: the class of Qt's that the properties are read of.
+inline QVariantList valuesOf(const QQuickItem& item, const char* type,
+                             std::initializer_list<const char*> properties) {
     QVariantList values{item.size()};
     for (const char* const property : properties) {
-        values.append(item.property(property));
+        values.append(qtProperty(item, type, property));
     }
     return values;
 }

@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "platforms/qt/mirror/QtProperty.hpp"
 #include "platforms/qt/pictures/ImageDrawing.hpp"
 #include "platforms/qt/pictures/PictureViews.hpp"
 #include "platforms/qt/pictures/TextDrawing.hpp"
@@ -16,7 +17,8 @@ namespace {
 
 /// The source of an item with a layer is a sibling of that item's, and shows no more than the item does.
 bool showsItsSibling(const QQuickItem& item) {
-    const auto* const source = item.property("sourceItem").value<QQuickItem*>();
+    const auto* const source =
+        qtProperty(item, "QQuickShaderEffectSource", "sourceItem").value<QQuickItem*>();
     return source != nullptr && source->parentItem() == item.parentItem() && source->isVisible() &&
            source->position() == item.position() && source->size() == item.size();
 }

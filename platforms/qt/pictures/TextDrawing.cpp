@@ -7,6 +7,8 @@
 #include <QTextDocument>
 #include <QTextOption>
 
+#include "platforms/qt/mirror/QtProperty.hpp"
+
 namespace mireth::qt {
 
 namespace {
@@ -16,8 +18,23 @@ constexpr int nativeRendering = 1;
 /// The items' numbers for formats are Qt's, and one more.
 constexpr int styledText = 4;
 
+/// The one of the three classes of texts that `item` is of; null for other items.
+const char* textClassOf(const QQuickItem& item) {
+    for (const char* const type : {"QQuickText", "QQuickTextInput", "QQuickTextEdit"}) {
+        if (item.inherits(type)) {
+            return type;
+        }
+    }
+    return nullptr;
+}
+
+QVariant valueOf(const QQuickItem& item, const char* property) {
+    const char* const type = textClassOf(item);
+    return type != nullptr ? qtProperty(item, type, property) : QVariant();
+}
+
 double numberOf(const QQuickItem& item, const char* property) {
-    return item.property(property).toDouble();
+    return valueOf(item, property).toDouble();
 }
 
 /// Where texts may be, with the paddings taken off.
@@ -43,7 +60,7 @@ void draw(QPainter& painter, const QTextDocument& document, const QColor& color,
 
 QPointF originOf(const QQuickItem& item, double height) {
     const QRectF room = roomFor(item);
-    const auto alignment = static_cast<Qt::Alignment>(item.property("verticalAlignment").toInt());
+    const auto alignment = static_cast<Qt::Alignment>(valueOf(item, "verticalAlignment").toInt());
     const double spare = room.height() - height;
     if (alignment.testFlag(Qt::AlignVCenter)) {
         return room.topLeft() + QPointF(0, spare / 2);
@@ -52,25 +69,25 @@ QPointF originOf(const QQuickItem& item, double height) {
 }
 
 QTextOption optionOf(const QQuickItem& item) {
-    QTextOption option(static_cast<Qt::Alignment>(item.property("effectiveHorizontalAlignment").toInt()));
-    const bool isOneLine = item.property("lineCount").toInt() <= 1;
+    QTextOption option(static_cast<Qt::Alignment>(valueOf(item, "effectiveHorizontalAlignment").toInt()));
+    const bool isOneLine = valueOf(item, "lineCount").toInt() <= 1;
     option.setWrapMode(isOneLine ? QTextOption::NoWrap
-                                 : static_cast<QTextOption::WrapMode>(item.property("wrapMode").toInt()));
-    option.setUseDesignMetrics(item.property("renderType").toInt() != nativeRendering);
+                                 : static_cast<QTextOption::WrapMode>(valueOf(item, "wrapMode").toInt()));
+    option.setUseDesignMetrics(valueOf(item, "renderType").toInt() != nativeRendering);
     return option;
 }
 
 void setText(QTextDocument& document, const QQuickItem& item) {
-    const QString text = item.property("text").toString();
-    const int format = item.property("textFormat").toInt();
+    const QString text = valueOf(item, "text").toString();
+    const int format = valueOf(item, "textFormat").toInt();
     const bool isRich = format == Qt::RichText || format == styledText ||
                         (format == Qt::AutoText && Qt::mightBeRichText(text));
     if (format == Qt::MarkdownText) {
         document.setMarkdown(text);
     } else if (isRich) {
         document.setHtml(text);
-    } else if (item.property("truncated").toBool() && item.property("lineCount").toInt() <= 1) {
-        const auto elide = static_cast<Qt::TextElideMode>(item.property("elide").toInt());
+    } else if (valueOf(item, "truncated").toBool() && valueOf(item, "lineCount").toInt() <= 1) {
+        const auto elide = static_cast<Qt::TextElideMode>(valueOf(item, "elide").toInt());
         document.setPlainText(
             QFontMetricsF(document.defaultFont()).elidedText(text, elide, roomFor(item).width()));
     } else {
@@ -81,11 +98,11 @@ void setText(QTextDocument& document, const QQuickItem& item) {
 void drawText(QPainter& painter, const QQuickItem& item) {
     QTextDocument document;
     document.setDocumentMargin(0);
-    document.setDefaultFont(item.property("font").value<QFont>());
+    document.setDefaultFont(valueOf(item, "font").value<QFont>());
     document.setDefaultTextOption(optionOf(item));
     setText(document, item);
     document.setTextWidth(roomFor(item).width());
-    draw(painter, document, item.property("color").value<QColor>(), originOf(item, document.size().height()));
+    draw(painter, document, valueOf(item, "color").value<QColor>(), originOf(item, document.size().height()));
 }
 
 /// One line, scrolled to where the cursor is.
@@ -94,14 +111,14 @@ void drawInput(QPainter& painter, QQuickItem& item) {
     QMetaObject::invokeMethod(&item, "positionToRectangle", Q_RETURN_ARG(QRectF, first), Q_ARG(int, 0));
     QTextDocument document;
     document.setDocumentMargin(0);
-    document.setDefaultFont(item.property("font").value<QFont>());
-    document.setPlainText(item.property("displayText").toString());
-    draw(painter, document, item.property("color").value<QColor>(),
+    document.setDefaultFont(valueOf(item, "font").value<QFont>());
+    document.setPlainText(valueOf(item, "displayText").toString());
+    draw(painter, document, valueOf(item, "color").value<QColor>(),
          roomFor(item).topLeft() + first.topLeft());
 }
 
 QTextDocument* documentOf(const QQuickItem& item) {
-    const auto* const document = item.property("textDocument").value<QQuickTextDocument*>();
+    const auto* const document = valueOf(item, "textDocument").value<QQuickTextDocument*>();
     return document != nullptr ? document->textDocument() : nullptr;
 }
 
@@ -112,8 +129,9 @@ std::optional<ItemDrawing> textDrawingOf(QQuickItem& item) {
     drawing.area = coveredBy(item);
     if (item.inherits("QQuickText")) {
         drawing.values = valuesOf(
-            item, {"text", "font", "color", "effectiveHorizontalAlignment", "verticalAlignment", "wrapMode",
-                   "elide", "textFormat", "leftPadding", "topPadding", "contentWidth", "contentHeight"});
+            item, "QQuickText",
+            {"text", "font", "color", "effectiveHorizontalAlignment", "verticalAlignment", "wrapMode",
+             "elide", "textFormat", "leftPadding", "topPadding", "contentWidth", "contentHeight"});
         drawing.draw = [&item](QPainter& painter) {
             drawText(painter, item);
             return true;
@@ -121,8 +139,9 @@ std::optional<ItemDrawing> textDrawingOf(QQuickItem& item) {
         return drawing;
     }
     if (item.inherits("QQuickTextInput")) {
-        drawing.values = valuesOf(item, {"displayText", "font", "color", "effectiveHorizontalAlignment",
-                                         "verticalAlignment", "cursorRectangle"});
+        drawing.values = valuesOf(item, "QQuickTextInput",
+                                  {"displayText", "font", "color", "effectiveHorizontalAlignment",
+                                   "verticalAlignment", "cursorRectangle"});
         drawing.draw = [&item](QPainter& painter) {
             drawInput(painter, item);
             return true;
@@ -133,11 +152,12 @@ std::optional<ItemDrawing> textDrawingOf(QQuickItem& item) {
     if (document == nullptr) {
         return std::nullopt;
     }
-    drawing.values = valuesOf(
-        item, {"font", "color", "effectiveHorizontalAlignment", "verticalAlignment", "contentHeight"});
+    drawing.values =
+        valuesOf(item, "QQuickTextEdit",
+                 {"font", "color", "effectiveHorizontalAlignment", "verticalAlignment", "contentHeight"});
     drawing.values.append(document->revision());
     drawing.draw = [&item, document](QPainter& painter) {
-        draw(painter, *document, item.property("color").value<QColor>(),
+        draw(painter, *document, valueOf(item, "color").value<QColor>(),
              originOf(item, numberOf(item, "contentHeight")));
         return true;
     };

@@ -7,6 +7,7 @@
 #include "platforms/qt/mirror/ClassCatalog.hpp"
 #include "platforms/qt/mirror/LayerValues.hpp"
 #include "platforms/qt/mirror/MarkingProperties.hpp"
+#include "platforms/qt/mirror/QtProperty.hpp"
 
 namespace mireth::qt {
 
@@ -77,10 +78,11 @@ void SeenScreens::look(QWidget& widget) {
 void SeenScreens::look(QQuickItem& item) {
     if (isStack(item)) {
         holders_.push_back(&item);
-        add(item.property("currentItem").value<QQuickItem*>());
+        const char* const stack = item.inherits("QQuickStackView") ? "QQuickStackView" : "QQuickContainer";
+        add(qtProperty(item, stack, "currentItem").value<QQuickItem*>());
     } else if (item.inherits("QQuickLoader") && fillsTheWindow(item)) {
         holders_.push_back(&item);
-        add(item.property("item").value<QObject*>());
+        add(qtProperty(item, "QQuickLoader", "item").value<QObject*>());
     }
     if (!markedScreen(item).isEmpty()) {
         add(&item);
