@@ -172,6 +172,44 @@ TEST_F(QtTouchSource, APressInADialogAboveCountsAtItsPlaceInTheWindow) {
     EXPECT_EQ(witness_->seen[0].locationInWindow, (Point{55, 26}));
 }
 
+TEST_F(QtTouchSource, APressInANativeWidgetCountsAtItsPlaceInTheWindow) {
+    QWidget panel(&window_);
+    panel.setGeometry(100, 50, 100, 50);
+    QPushButton deep("Pay", &panel);
+    deep.setGeometry(10, 20, 50, 20);
+    panel.show();
+    // Its parents become native with it.
+    (void)deep.winId();
+    runFor(0.01);
+    QTest::mouseClick(deep.windowHandle(), Qt::LeftButton, {}, QPoint(5, 6));
+    ASSERT_EQ(witness_->phases(), tap);
+    EXPECT_EQ(witness_->seen[0].locationInWindow, (Point{115, 76}));
+}
+
+TEST_F(QtTouchSource, APressInAWindowThatAWidgetContainsCountsAtItsPlace) {
+    auto* const contained = new QWindow;
+    QWidget* const container = QWidget::createWindowContainer(contained, &window_);
+    container->setGeometry(100, 50, 100, 50);
+    container->show();
+    runFor(0.01);
+    QTest::mouseClick(contained, Qt::LeftButton, {}, QPoint(5, 6));
+    ASSERT_EQ(witness_->phases(), tap);
+    EXPECT_EQ(witness_->seen[0].locationInWindow, (Point{105, 56}));
+}
+
+TEST_F(QtTouchSource, APressInANativeWidgetOfADialogCountsAtItsPlaceInTheWindow) {
+    QDialog dialog(&window_);
+    dialog.setGeometry(150, 120, 60, 50);
+    QPushButton inside("Yes", &dialog);
+    inside.setGeometry(10, 10, 40, 20);
+    dialog.show();
+    (void)inside.winId();
+    runFor(0.01);
+    QTest::mouseClick(inside.windowHandle(), Qt::LeftButton, {}, QPoint(5, 6));
+    ASSERT_EQ(witness_->phases(), tap);
+    EXPECT_EQ(witness_->seen[0].locationInWindow, (Point{65, 36}));
+}
+
 TEST_F(QtTouchSource, APressInAnotherWindowIsNoneOfOurs) {
     QWidget other;
     other.show();

@@ -192,14 +192,21 @@ void TouchSource::send(const TouchEvent& event) {
 
 std::optional<Point> TouchSource::locationOf(const QWindow& window, const QPointF& position) const {
     const QWindow* const recorded = live_.window();
-    if (&window == recorded) {
-        return Point{position.x(), position.y()};
+    // Native widgets and the windows that widgets contain are windows in windows.
+    const QWindow* outer = &window;
+    QPointF place = position;
+    while (outer != recorded && outer->parent() != nullptr) {
+        place += outer->position();
+        outer = outer->parent();
+    }
+    if (outer == recorded) {
+        return Point{place.x(), place.y()};
     }
     const auto above = live_.windowsAbove();
-    if (std::ranges::none_of(above, [&window](const LiveWindow& live) { return live.window() == &window; })) {
+    if (std::ranges::none_of(above, [outer](const LiveWindow& live) { return live.window() == outer; })) {
         return std::nullopt;
     }
-    const QPointF global = window.mapToGlobal(position);
+    const QPointF global = outer->mapToGlobal(place);
     const QPointF own = recorded->mapFromGlobal(global);
     return Point{own.x(), own.y()};
 }

@@ -47,7 +47,8 @@ class TouchSource final : public QObject {
     void cancelAll();
     void send(const platform::TouchEvent& event);
 
-    /// Where a point of one of the windows lies in the recorded one; nothing when that shows neither.
+    /// Where a point of one of the windows, or of a window in one of them, lies in the recorded one; nothing
+    /// for a window that is not shown with it.
     std::optional<Point> locationOf(const QWindow& window, const QPointF& position) const;
     platform::TapCounter& counter();
 
