@@ -1,5 +1,7 @@
 #include "platforms/qt/Installation.hpp"
 
+#include <QGuiApplication>
+#include <cstdio>
 #include <memory>
 #include <utility>
 
@@ -8,31 +10,38 @@
 namespace mireth::qt {
 
 Installation& Installation::shared() {
-    static Installation installation;
-    return installation;
+    static auto* const installation = new Installation;
+    return *installation;
 }
 
 bool Installation::install(platform::LinuxPlatformOptions options) noexcept {
     if (platform_ != nullptr) {
         return false;
     }
-    bool isInstalled = false;
+    if (qGuiApp == nullptr) {
+        std::fputs("M-VEX: there is no QGuiApplication to record\n", stderr);
+        return false;
+    }
     platform::guarded("the making of Qt's services", [&] {
         auto made = std::make_unique<QtPlatform>(std::move(options));
-        isInstalled = MirethSR::installPlatformServices(made->services());
-        canBeUsed_ = true;
-        if (isInstalled) {
+        standsOnOthers_ = !MirethSR::installPlatformServices(made->services());
+        if (!standsOnOthers_) {
+            application_ = QCoreApplication::instance();
             platform_ = made.release();
         }
     });
-    return isInstalled;
+    return platform_ != nullptr;
 }
 
 MirethSR* Installation::library() noexcept {
-    if (!canBeUsed_) {
+    if (platform_ == nullptr && !standsOnOthers_) {
         install({});
     }
-    return canBeUsed_ ? &MirethSR::shared() : nullptr;
+    if (platform_ != nullptr && application_ == nullptr) {
+        std::fputs("M-VEX: the QGuiApplication that was to be recorded is gone\n", stderr);
+        return nullptr;
+    }
+    return platform_ != nullptr || standsOnOthers_ ? &MirethSR::shared() : nullptr;
 }
 
 }  // namespace mireth::qt

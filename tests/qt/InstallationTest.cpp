@@ -19,6 +19,19 @@ TEST(EndToEndQtInstallation, WithoutThreadsEveryCallAnswersAndTheAppRunsOn) {
     EXPECT_THAT(ended.errors, testing::StartsWith("M-VEX: the making of Qt's services threw: "));
 }
 
+TEST(EndToEndQtInstallation, RecordsInOneApplicationOfAProcessAndRefusesBeforeItAndAfterIt) {
+    const auto ended = endtoend::runProcess({MIRETH_TWICE_PROGRAM});
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_EQ(ended.out,
+              "before: false cannotGetKeyWindow\n"
+              "first: true success\n"
+              "second: false cannotGetKeyWindow\n");
+    EXPECT_EQ(ended.errors,
+              "M-VEX: there is no QGuiApplication to record\n"
+              "M-VEX: there is no QGuiApplication to record\n"
+              "M-VEX: the QGuiApplication that was to be recorded is gone\n");
+}
+
 }  // namespace
 
 }  // namespace mireth::qttest

@@ -54,7 +54,10 @@ class MIRETH_EXPORT QtPlatform {
 /// Makes Qt's answers those of `MirethSR::shared()`, and QML know the module `MirethVex`. Call it once, after
 /// the QGuiApplication was made and before anything else of the library. False, and the services stay as they
 /// are, when it was called before or the library stands on other services already; false also, with a line on
-/// standard error, when there are no threads to be had. Main thread.
+/// standard error, without a QGuiApplication or when there are no threads to be had. Main thread.
+///
+/// It is for that one QGuiApplication. After it is gone nothing of the library runs on the main thread any
+/// more, and in another one of the same process nothing is recorded.
 MIRETH_EXPORT bool install(platform::LinuxPlatformOptions options = {}) noexcept;
 
 /// `MirethSR::shared().initializeProject` for one of the app's windows; without one for the focused window,
