@@ -37,6 +37,22 @@ TEST_F(EndToEndQtAttach, AProgramsStatusOutputAndChildrenStayItsOwn) {
     EXPECT_EQ(attached.errors, alone.errors);
 }
 
+TEST_F(EndToEndQtAttach, WhatItsEnvironmentHeldBeforeIsThereAgain) {
+    for (const char* const value : {"", "of-the-users-own"}) {
+        for (const char* const variable : {"QT_QPA_GENERIC_PLUGINS", "QT_PLUGIN_PATH", "MIRETHVEX_INFO"}) {
+            setenv(variable, value, 1);
+        }
+        const auto alone = endtoend::runProcess({MIRETH_PLAIN_PROGRAM});
+        const auto attached = attach({MIRETH_PLAIN_PROGRAM});
+        EXPECT_EQ(attached.out, alone.out);
+        EXPECT_EQ(attached.errors, alone.errors);
+        for (const char* const variable : {"QT_QPA_GENERIC_PLUGINS", "QT_PLUGIN_PATH", "MIRETHVEX_INFO"}) {
+            unsetenv(variable);
+        }
+    }
+    EXPECT_EQ(receiver_->sessions().size(), 2U);
+}
+
 TEST_F(EndToEndQtAttach, ItsMainWindowIsRecordedMaskedUntilItsEnd) {
     EXPECT_EQ(attach({MIRETH_PLAIN_PROGRAM}).status, 7);
     const auto sessions = receiver_->sessions();

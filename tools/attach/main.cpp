@@ -48,9 +48,12 @@ void set(const char* variable, const std::string& value) {
     }
 }
 
-/// In front of what is there already.
-void prepend(const char* variable, const std::string& value, char separator) {
+/// In front of what is there already, which is saved.
+void prepend(const char* variable, const std::string& value, char separator, const char* saveAs) {
     const char* const before = ::getenv(variable);
+    if (before != nullptr) {
+        ::setenv(saveAs, before, 1);
+    }
     const bool isEmpty = before == nullptr || *before == '\0';
     ::setenv(variable, isEmpty ? value.c_str() : (value + separator + before).c_str(), 1);
 }
@@ -60,12 +63,9 @@ void setEnvironment(const Options& options) {
     set(variables::project, options.project);
     set(variables::srEndpoint, options.srEndpoint);
     set(variables::keldaEndpoint, options.keldaEndpoint.empty() ? options.srEndpoint : options.keldaEndpoint);
-    set("MIRETHVEX_INFO", options.info);
-    if (const char* const path = ::getenv("QT_PLUGIN_PATH")) {
-        ::setenv(variables::pluginPath, path, 1);
-    }
-    prepend("QT_PLUGIN_PATH", pluginDirectory().native(), ':');
-    prepend("QT_QPA_GENERIC_PLUGINS", "mireth", ',');
+    set(variables::information, options.info);
+    prepend("QT_PLUGIN_PATH", pluginDirectory().native(), ':', variables::pluginPath);
+    prepend("QT_QPA_GENERIC_PLUGINS", "mireth", ',', variables::genericPlugins);
 }
 
 void warn(const std::string& line) {

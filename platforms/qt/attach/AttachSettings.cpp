@@ -22,7 +22,9 @@ std::string take(const char* variable) {
 
 Texts informationFile() {
     Texts texts;
-    QFile file(QFile::decodeName(qgetenv("MIRETHVEX_INFO")));
+    const std::string named = take(attach_variables::information);
+    QFile file(
+        QFile::decodeName(named.empty() ? qgetenv("MIRETHVEX_INFO") : QByteArray::fromStdString(named)));
     if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly)) {
         return texts;
     }
@@ -35,14 +37,13 @@ Texts informationFile() {
     return texts;
 }
 
-void restorePluginVariables() {
-    qunsetenv("QT_QPA_GENERIC_PLUGINS");
-    if (qEnvironmentVariableIsSet(attach_variables::pluginPath)) {
-        qputenv("QT_PLUGIN_PATH", qgetenv(attach_variables::pluginPath));
+void restore(const char* variable, const char* savedAs) {
+    if (qEnvironmentVariableIsSet(savedAs)) {
+        qputenv(variable, qgetenv(savedAs));
     } else {
-        qunsetenv("QT_PLUGIN_PATH");
+        qunsetenv(variable);
     }
-    qunsetenv(attach_variables::pluginPath);
+    qunsetenv(savedAs);
 }
 
 }  // namespace
@@ -62,7 +63,8 @@ std::optional<AttachSettings> takeAttachSettings() {
         }
     }
     settings.options.information = std::move(information);
-    restorePluginVariables();
+    restore("QT_PLUGIN_PATH", attach_variables::pluginPath);
+    restore("QT_QPA_GENERIC_PLUGINS", attach_variables::genericPlugins);
     if (settings.brand.empty() || settings.project.empty()) {
         return std::nullopt;
     }
