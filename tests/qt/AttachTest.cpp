@@ -25,6 +25,22 @@ class EndToEndQtAttach : public endtoend::EndToEnd {
         return endtoend::runProcess(std::move(command));
     }
 
+    void expectFramesOfTheLabel(const Json& session) const {
+        const Json report = receiver_->show(session.at("id"));
+        std::size_t frames = 0;
+        for (const Json& chunk : report.at("chunks")) {
+            for (const auto& frame : endtoend::decodeFrames(chunk.at("path"))) {
+                ++frames;
+                EXPECT_EQ(frame.pixelWidth(), 250U);
+                EXPECT_EQ(
+                    endtoend::findPixel(frame, [](endtoend::Rgb color) { return saturation(color) > 24; }),
+                    std::nullopt);
+                EXPECT_LE(endtoend::distance(endtoend::pixelAt(frame, 125, 250), {188, 188, 188}), 8);
+            }
+        }
+        EXPECT_GE(frames, 2U);
+    }
+
     const std::unique_ptr<endtoend::Receiver> receiver_ = startReceiver();
 };
 
@@ -57,18 +73,22 @@ TEST_F(EndToEndQtAttach, ItsMainWindowIsRecordedMaskedUntilItsEnd) {
     EXPECT_EQ(attach({MIRETH_PLAIN_PROGRAM}).status, 7);
     const auto sessions = receiver_->sessions();
     ASSERT_EQ(sessions.size(), 1U);
-    const Json report = receiver_->show(sessions[0].at("id"));
-    std::size_t frames = 0;
-    for (const Json& chunk : report.at("chunks")) {
-        for (const auto& frame : endtoend::decodeFrames(chunk.at("path"))) {
-            ++frames;
-            EXPECT_EQ(frame.pixelWidth(), 250U);
-            EXPECT_EQ(endtoend::findPixel(frame, [](endtoend::Rgb color) { return saturation(color) > 24; }),
-                      std::nullopt);
-            EXPECT_LE(endtoend::distance(endtoend::pixelAt(frame, 125, 250), {188, 188, 188}), 8);
-        }
+    expectFramesOfTheLabel(sessions[0]);
+}
+
+TEST_F(EndToEndQtAttach, ADialogThatIsAProgramsMainWindowIsRecorded) {
+    EXPECT_EQ(attach({MIRETH_PLAIN_PROGRAM, "dialog"}).status, 7);
+    ASSERT_EQ(receiver_->sessions().size(), 1U);
+    expectFramesOfTheLabel(receiver_->sessions()[0]);
+}
+
+TEST_F(EndToEndQtAttach, TheWindowAfterALogInIsRecordedInASessionOfItsOwn) {
+    EXPECT_EQ(attach({MIRETH_PLAIN_PROGRAM, "log-in"}).status, 7);
+    const auto sessions = receiver_->sessions();
+    ASSERT_EQ(sessions.size(), 2U);
+    for (const Json& session : sessions) {
+        expectFramesOfTheLabel(session);
     }
-    EXPECT_GE(frames, 2U);
 }
 
 TEST_F(EndToEndQtAttach, WithoutAServiceAProgramStaysAsItIs) {

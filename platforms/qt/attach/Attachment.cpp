@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QWindow>
 #include <utility>
 
 #include "MirethVex/MirethVex.hpp"
@@ -17,7 +16,9 @@ namespace {
 constexpr platform::Seconds patience(3);
 
 bool isMainWindow(const QWindow& window) {
-    return window.type() == Qt::Window && window.parent() == nullptr && window.transientParent() == nullptr;
+    const auto type = window.type();
+    const bool isOfItsOwn = window.parent() == nullptr && window.transientParent() == nullptr;
+    return isOfItsOwn && (type == Qt::Window || type == Qt::Dialog || type == Qt::Sheet);
 }
 
 }  // namespace
@@ -30,27 +31,59 @@ Attachment::Attachment(AttachSettings settings) : settings_(std::move(settings))
 Attachment::~Attachment() = default;
 
 bool Attachment::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Expose && !isRecording_ && watched->isWindowType()) {
+    if (event->type() == QEvent::Expose && watched->isWindowType()) {
         auto& window = static_cast<QWindow&>(*watched);
         if (window.isExposed() && isMainWindow(window)) {
-            isRecording_ = true;
-            platform::guarded("the recording of a program", [&] { record(window); });
+            platform::guarded("the recording of a program", [&] { shown(window); });
         }
     }
     return false;
 }
 
-void Attachment::record(QWindow& window) {
-    if (!install(settings_.options)) {
+void Attachment::shown(QWindow& window) {
+    if (!isInstalled_) {
+        isInstalled_ = install(settings_.options);
+        if (*isInstalled_) {
+            recorded_ = &window;
+            record();
+        }
+    } else if (*isInstalled_ && givesWayTo(window)) {
+        recordNext(window);
+    }
+}
+
+bool Attachment::givesWayTo(const QWindow& window) const {
+    if (recorded_ == nullptr || !recorded_->isVisible()) {
+        return true;
+    }
+    return recorded_->type() != Qt::Window && window.type() == Qt::Window;
+}
+
+void Attachment::recordNext(QWindow& window) {
+    recorded_ = &window;
+    if (!start_) {
+        record();
         return;
     }
-    if (initializeProject(settings_.brand, settings_.project, &window) == InitializationResult::success) {
-        MirethSR::shared().startRecording().then([](const SessionStartResult&) {});
+    start_->then([self = QPointer(this)](const SessionStartResult&) {
+        MirethSR::shared().stopRecording().then([self](const SessionCloseResult&) {
+            if (self != nullptr) {
+                self->record();
+            }
+        });
+    });
+}
+
+void Attachment::record() {
+    if (recorded_ != nullptr && initializeProject(settings_.brand, settings_.project, recorded_.data()) ==
+                                    InitializationResult::success) {
+        start_ = MirethSR::shared().startRecording();
+        start_->then([](const SessionStartResult&) {});
     }
 }
 
 void Attachment::finish() {
-    if (isRecording_) {
+    if (isInstalled_) {
         (void)finishRecording(patience);
     }
 }
