@@ -114,6 +114,34 @@ TEST_F(QtScreens, ADialogIsAScreenAndAMenuIsNone) {
     EXPECT_THAT(heard(), ElementsAre("-QDialog"));
 }
 
+TEST_F(QtScreens, AWindowOfItemsIsOneScreenUnderItsName) {
+    QmlScene scene("Mireth.screen: 'Shop'", {}, "import MirethVex");
+    pass(platform_.windowOf(scene.window()));
+    EXPECT_THAT(heard(), ElementsAre("+Shop"));
+}
+
+TEST_F(QtScreens, ADialogOfItemsIsAScreenAndOtherPopUpsAreNone) {
+    QmlScene scene(
+        "Mireth.screen: 'Shop'\n"
+        "Dialog { objectName: 'terms'; title: 'Terms' } Dialog { objectName: 'pay'; Mireth.screen: 'Pay' }"
+        "Menu { objectName: 'menu'; MenuItem { text: 'Copy' } }",
+        {}, "import MirethVex");
+    const auto recorded = platform_.windowOf(scene.window());
+    pass(recorded);
+    EXPECT_THAT(heard(), ElementsAre("+Shop"));
+    for (const char* const popup : {"terms", "pay", "menu"}) {
+        QMetaObject::invokeMethod(&scene.object(popup), "open");
+    }
+    pass(recorded);
+    EXPECT_THAT(heard(), testing::UnorderedElementsAre("+Dialog", "+Pay"));
+    for (const char* const popup : {"terms", "pay", "menu"}) {
+        QMetaObject::invokeMethod(&scene.object(popup), "close");
+    }
+    runUntil([&scene] { return !scene.object("pay").property("visible").toBool(); });
+    pass(recorded);
+    EXPECT_THAT(heard(), testing::UnorderedElementsAre("-Dialog", "-Pay"));
+}
+
 TEST_F(QtScreens, PagesOfAStackViewGoByTheirTypesAndNames) {
     const test::TemporaryDirectory folder;
     test::writeFile(folder / "BasketPage.qml", "import QtQuick\nItem { }");
@@ -122,10 +150,10 @@ TEST_F(QtScreens, PagesOfAStackViewGoByTheirTypesAndNames) {
         " function go() { push(checkout, StackView.Immediate) }"
         " Component { id: checkout; Item { Mireth.screen: 'Checkout' } } }",
         QUrl::fromLocalFile(QString::fromStdString((folder / "Scene.qml").native())), "import MirethVex");
-    scene.window().contentItem()->setProperty("mirethScreen", "Main");
+    scene.window().setProperty("mirethScreen", "Main");
     const auto recorded = platform_.windowOf(scene.window());
     pass(recorded);
-    EXPECT_THAT(heard(), testing::Contains("+BasketPage"));
+    EXPECT_THAT(heard(), ElementsAre("+Main", "+BasketPage"));
     QMetaObject::invokeMethod(&scene.object("pages"), "go");
     runFor(0.02);
     EXPECT_THAT(heard(), ElementsAre("-BasketPage", "+Checkout"));
@@ -139,10 +167,9 @@ TEST_F(QtScreens, OnlyALoaderThatFillsTheWindowHoldsAPage) {
         "Loader { anchors.fill: parent; source: 'Big.qml' }"
         "Loader { width: 20; height: 20; source: 'Small.qml' }",
         QUrl::fromLocalFile(QString::fromStdString((folder / "Scene.qml").native())));
+    scene.window().setProperty("mirethScreen", "Main");
     pass(platform_.windowOf(scene.window()));
-    const auto names = heard();
-    EXPECT_THAT(names, testing::Contains("+Big"));
-    EXPECT_THAT(names, testing::Not(testing::Contains("+Small")));
+    EXPECT_THAT(heard(), ElementsAre("+Main", "+Big"));
 }
 
 }  // namespace

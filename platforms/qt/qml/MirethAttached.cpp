@@ -11,7 +11,7 @@ namespace mireth::qt {
 
 namespace {
 
-/// Where the mirror looks for what is said of `attachee`; null while there is nothing yet.
+/// Where the mirror looks whether `attachee` is masked; null while there is nothing yet.
 QObject* shownBy(QObject& attachee) {
     if (auto* const window = qobject_cast<QQuickWindow*>(&attachee)) {
         return window->contentItem();
@@ -53,10 +53,12 @@ void MirethAttached::setScreen(const QString& screen) {
 }
 
 void MirethAttached::leaveValues() {
-    QObject* const shown = parent() != nullptr ? shownBy(*parent()) : nullptr;
-    if (shown != nullptr) {
+    if (parent() == nullptr) {
+        return;
+    }
+    parent()->setProperty(screenProperty, screen_);
+    if (QObject* const shown = shownBy(*parent())) {
         shown->setProperty(maskedProperty, isMasked_);
-        shown->setProperty(screenProperty, screen_);
     }
 }
 

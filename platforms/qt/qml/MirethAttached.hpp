@@ -7,8 +7,8 @@
 
 namespace mireth::qt {
 
-/// Attached to an item, a window, a pop-up or a dialog. It leaves its values in properties of the item, where
-/// the mirror finds them, so for a pop-up in those of the item that shows it.
+/// Attached to an item, a window, a pop-up or a dialog. It leaves its values in properties where the mirror
+/// finds them: the screen in one of the object, the masking in one of the item that shows it.
 class MirethAttached final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool masked READ isMasked WRITE setMasked NOTIFY maskedChanged)

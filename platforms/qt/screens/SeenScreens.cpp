@@ -46,6 +46,16 @@ bool fillsTheWindow(const QWidget& stack) {
     return stack.width() * stack.height() * 2 > window.width() * window.height();
 }
 
+/// The pop-up that the item shows: there is no other public way to it than that it owns the item. Null for
+/// any other item.
+QObject* popupOf(const QQuickItem& item) {
+    return item.inherits("QQuickPopupItem") ? item.parent() : nullptr;
+}
+
+bool isScreen(const QObject& popup) {
+    return popup.inherits("QQuickDialog") || !markedScreen(popup).isEmpty();
+}
+
 bool isStack(const QQuickItem& item) {
     return item.inherits("QQuickStackView") || item.inherits("QQuickSwipeView");
 }
@@ -83,6 +93,8 @@ void SeenScreens::look(QQuickItem& item) {
     } else if (item.inherits("QQuickLoader") && fillsTheWindow(item)) {
         holders_.push_back(&item);
         add(qtProperty(item, "QQuickLoader", "item").value<QObject*>());
+    } else if (QObject* const popup = popupOf(item); popup != nullptr && isScreen(*popup)) {
+        add(popup);
     }
     if (!markedScreen(item).isEmpty()) {
         add(&item);

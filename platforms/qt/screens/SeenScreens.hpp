@@ -22,7 +22,8 @@ class SeenScreens {
     /// A top-level window or a dialog; menus, tool tips and the like are none.
     void addWindow(QWidget& window);
     void addWindow(QWindow& window);
-    /// Looks for pages: the current one of a stack of pages, and whatever has a name of its own.
+    /// Looks for pages: the current one of a stack of pages, a dialog of items, and whatever has a name of
+    /// its own.
     void look(QWidget& widget);
     void look(QQuickItem& item);
 
