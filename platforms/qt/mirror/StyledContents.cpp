@@ -70,6 +70,10 @@ QStyleOptionSlider optionOf(const QAbstractSlider& slider) {
                             ? slider.invertedAppearance() != (option.direction == Qt::RightToLeft)
                             : !slider.invertedAppearance();
     option.subControls = QStyle::SC_All;
+    if (qobject_cast<const QSlider*>(&slider) != nullptr) {
+        // Its direction is in `upsideDown` already; styles would turn it again.
+        option.direction = Qt::LeftToRight;
+    }
     if (const auto* const ticked = qobject_cast<const QSlider*>(&slider)) {
         option.tickPosition = ticked->tickPosition();
         option.tickInterval = ticked->tickInterval();
@@ -90,6 +94,7 @@ std::vector<std::int64_t> numbersOf(const QStyleOptionSlider& option, const QPal
     return {option.rect.width(),
             option.rect.height(),
             static_cast<std::int64_t>(static_cast<int>(option.state)),
+            static_cast<std::int64_t>(option.direction),
             static_cast<std::int64_t>(option.orientation),
             option.minimum,
             option.maximum,
