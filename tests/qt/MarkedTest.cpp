@@ -72,7 +72,7 @@ TEST_F(QtMarked, AWidgetIsABlockBelowAGraphicsEffectToo) {
     QWidget& secret = addRedPanel(inner, {10, 10, 80, 50});
     addRedPanel(inner, {120, 10, 50, 50}).setPalette(with(QPalette::Window, QColor(16, 16, 16)));
     auto* const effect = new QGraphicsOpacityEffect;
-    effect->setOpacity(0.9);
+    effect->setOpacity(1);
     panel.setGraphicsEffect(effect);
     EXPECT_NE(findCanary(unmasked()), std::nullopt);
     mark(secret);

@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QFrame>
+#include <QGraphicsOpacityEffect>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -195,6 +196,63 @@ TEST_F(QtWidgetMirror, AStyleThatIsNotQtsDrawsNothing) {
     slider.setStyle(&style);
     EXPECT_EQ(findCanary(picture()), std::nullopt);
     slider.setStyle(nullptr);
+}
+
+/// Where the brightness changes most from one column to the next.
+int knobOf(const QImage& slider) {
+    int most = -1;
+    int place = -1;
+    for (int x = 1; x < slider.width(); ++x) {
+        int change = 0;
+        for (int y = 2; y < slider.height() - 2; ++y) {
+            change += std::abs(qGray(slider.pixel(x, y)) - qGray(slider.pixel(x - 1, y)));
+        }
+        if (change > most) {
+            most = change;
+            place = x;
+        }
+    }
+    return place;
+}
+
+TEST_F(QtWidgetMirror, ASliderStandsAsOnTheScreenInEitherDirection) {
+    constexpr int widthOfAKnob = 14;
+    QSlider slider(Qt::Horizontal, &window_);
+    slider.setGeometry(0, 0, 200, 30);
+    slider.setValue(10);
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        for (const bool isInverted : {false, true}) {
+            slider.setLayoutDirection(direction);
+            slider.setInvertedAppearance(isInverted);
+            const int seen = knobOf(picture().copy(slider.geometry()));
+            EXPECT_NEAR(seen, knobOf(slider.grab().toImage()), widthOfAKnob)
+                << direction << ' ' << isInverted;
+        }
+    }
+}
+
+TEST_F(QtWidgetMirror, AnOpacityEffectCountsWhileItIsEnabled) {
+    QWidget panel(&window_);
+    panel.setGeometry(0, 0, 100, 100);
+    panel.setAutoFillBackground(true);
+    panel.setPalette(QPalette(Qt::black));
+    auto* const effect = new QGraphicsOpacityEffect;
+    effect->setOpacity(0.5);
+    panel.setGraphicsEffect(effect);
+    EXPECT_NEAR(qRed(picture().pixel(50, 50)), 120, 5);
+    effect->setOpacity(0);
+    EXPECT_EQ(qRed(picture().pixel(50, 50)), 240);
+    effect->setEnabled(false);
+    EXPECT_EQ(qRed(picture().pixel(50, 50)), 0);
+}
+
+TEST_F(QtWidgetMirror, AMaskedWidgetIsAsFaintAsItsEffectMakesIt) {
+    QLabel label("secret", &window_);
+    label.setGeometry(0, 0, 100, 100);
+    auto* const effect = new QGraphicsOpacityEffect;
+    effect->setOpacity(0);
+    label.setGraphicsEffect(effect);
+    EXPECT_EQ(qRed(picture().pixel(50, 50)), 240);
 }
 
 TEST_F(QtWidgetMirror, AContainerHasTheColourOfItsStyleSheet) {

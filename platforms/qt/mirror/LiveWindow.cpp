@@ -94,6 +94,11 @@ Point LiveWindow::origin() const {
     return {static_cast<double>(origin.x()), static_cast<double>(origin.y())};
 }
 
+double LiveWindow::opacity() const {
+    const QWindow* const live = window();
+    return live != nullptr ? live->opacity() : 1.0;
+}
+
 QColor LiveWindow::backgroundColor() const {
     if (widget_ != nullptr) {
         return widget_->palette().color(widget_->backgroundRole());

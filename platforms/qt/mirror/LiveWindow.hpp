@@ -33,6 +33,8 @@ class LiveWindow {
     double scale() const;
     /// Of the window's upper left corner on the desktop.
     Point origin() const;
+    /// 0 … 1; what lies behind the window shows through it.
+    double opacity() const;
     /// What is behind all that the window holds.
     QColor backgroundColor() const;
 

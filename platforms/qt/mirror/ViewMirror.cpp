@@ -47,6 +47,7 @@ std::vector<std::shared_ptr<View>> ViewMirror::allOf(const LiveWindow& live, See
         if (!background) {
             background = colorOf(above.backgroundColor());
         }
+        content->mutableLayer().appearance.opacity *= above.opacity();
         views.push_back(std::move(content));
     }
     return views;

@@ -1,6 +1,7 @@
 #include "platforms/qt/mirror/WidgetMirror.hpp"
 
 #include <QFrame>
+#include <QGraphicsOpacityEffect>
 #include <QGroupBox>
 #include <QStatusBar>
 #include <QToolBar>
@@ -20,6 +21,11 @@ using platform::View;
 
 namespace {
 
+double opacityOf(const QWidget& widget) {
+    const auto* const effect = qobject_cast<const QGraphicsOpacityEffect*>(widget.graphicsEffect());
+    return effect != nullptr && effect->isEnabled() ? effect->opacity() : 1.0;
+}
+
 /// Back to front. A child that is a window of its own stands elsewhere.
 std::vector<QWidget*> visibleChildren(const QWidget& widget) {
     std::vector<QWidget*> children;
@@ -28,7 +34,8 @@ std::vector<QWidget*> visibleChildren(const QWidget& widget) {
             continue;
         }
         auto* const child = static_cast<QWidget*>(object);
-        if (!child->isWindow() && child->isVisible() && !child->size().isEmpty()) {
+        const bool isSeen = child->isVisible() && !child->size().isEmpty() && opacityOf(*child) > 0;
+        if (!child->isWindow() && isSeen) {
             children.push_back(child);
         }
     }
@@ -109,6 +116,10 @@ std::shared_ptr<View> WidgetMirror::copy(QWidget& widget) {
     auto view = views_.make(mirrored);
     view->setFrame({static_cast<double>(widget.x()), static_cast<double>(widget.y()),
                     static_cast<double>(widget.width()), static_cast<double>(widget.height())});
+    if (pictures_ == nullptr || mirrored.shown != Shown::image) {
+        // A picture of the widget is as faint as the widget already.
+        view->mutableLayer().appearance.opacity = opacityOf(widget);
+    }
     if (pictures_ != nullptr && !(mirrored.shown == Shown::container && hasNoPictureOfItsOwn(widget))) {
         addPicture(widget, mirrored.shown, *view);
     } else {
