@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
-#include <QDialog>
 #include <QFrame>
 #include <QGraphicsOpacityEffect>
 #include <QGroupBox>
@@ -278,30 +277,6 @@ TEST_F(QtWidgetMirror, AGradientOfAStyleSheetIsNotThere) {
     panel.setGeometry(0, 0, 90, 40);
     panel.setStyleSheet("background: qlineargradient(x1:0, y1:0, x2:1, y2:0, stop:0 red, stop:1 lime)");
     EXPECT_EQ(findCanary(picture()), std::nullopt);
-}
-
-TEST_F(QtWidgetMirror, AWindowAboveStandsAtItsPlace) {
-    window_.setGeometry(100, 100, 200, 100);
-    QDialog dialog(&window_);
-    dialog.setPalette(QPalette(QColor(100, 100, 100)));
-    dialog.setGeometry(150, 120, 60, 50);
-    (void)picture();
-    dialog.show();
-    const QImage seen = picture();
-    EXPECT_EQ(seen.pixel(52, 22), qRgb(100, 100, 100));
-    EXPECT_EQ(seen.pixel(108, 68), qRgb(100, 100, 100));
-    EXPECT_EQ(seen.pixel(48, 22), qRgb(240, 240, 240));
-}
-
-TEST_F(QtWidgetMirror, AWindowThatBelongsToAnotherOneIsNotThere) {
-    QWidget other;
-    other.setGeometry(0, 0, 500, 500);
-    QDialog dialog(&other);
-    dialog.setPalette(QPalette(QColor(100, 100, 100)));
-    dialog.setGeometry(0, 0, 500, 500);
-    other.show();
-    dialog.show();
-    EXPECT_EQ(picture().pixel(50, 50), qRgb(240, 240, 240));
 }
 
 TEST_F(QtWidgetMirror, APropertyMasksAWidgetWithAllThatIsInIt) {

@@ -39,7 +39,7 @@ class LiveWindow {
     QColor backgroundColor() const;
 
     /// The visible windows that stand above this one and belong to it: menus, dialogs, tool tips and the
-    /// like. Back to front.
+    /// like. In the order in which they were made.
     std::vector<LiveWindow> windowsAbove() const;
 
     bool operator==(const LiveWindow& other) const;

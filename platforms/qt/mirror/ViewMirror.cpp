@@ -37,7 +37,9 @@ std::vector<std::shared_ptr<View>> ViewMirror::allOf(const LiveWindow& live, See
     catalog_.startPass();
     views.push_back(contentOf(live, screens, pictures));
     const Point origin = live.origin();
-    for (const LiveWindow& above : live.windowsAbove()) {
+    auto windowsAbove = live.windowsAbove();
+    order_.sort(windowsAbove, live.window());
+    for (const LiveWindow& above : windowsAbove) {
         auto content = contentOf(above, screens, pictures);
         const Point place = above.origin();
         const Size size = above.size();

@@ -9,6 +9,7 @@
 #include "platforms/qt/mirror/LiveWindow.hpp"
 #include "platforms/qt/mirror/MirroredViews.hpp"
 #include "platforms/qt/mirror/StyledContents.hpp"
+#include "platforms/qt/mirror/WindowOrder.hpp"
 #include "platforms/qt/pictures/UnmaskedPictures.hpp"
 #include "platforms/qt/screens/SeenScreens.hpp"
 
@@ -38,6 +39,7 @@ class ViewMirror {
                                               UnmaskedPictures* pictures);
 
     ClassCatalog catalog_;
+    WindowOrder order_;
     MirroredViews views_;
     StyledContents contents_;
     std::unique_ptr<UnmaskedPictures> pictures_;

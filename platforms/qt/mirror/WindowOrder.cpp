@@ -1,0 +1,78 @@
+#include "platforms/qt/mirror/WindowOrder.hpp"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QWidget>
+#include <algorithm>
+#include <compare>
+
+namespace mireth::qt {
+
+namespace {
+
+int storeyOf(const QWindow& window) {
+    if (window.type() == Qt::Popup || window.type() == Qt::ToolTip) {
+        return 2;
+    }
+    return window.flags().testFlag(Qt::WindowStaysOnTopHint) ? 1 : 0;
+}
+
+}  // namespace
+
+struct WindowOrder::Place {
+    int storey = 0;
+    /// The latest of the window's own turn and those of the windows that it belongs to, which it comes with.
+    std::uint64_t turn = 0;
+    int depth = 0;
+    std::uint64_t ownTurn = 0;
+
+    auto operator<=>(const Place&) const = default;
+};
+
+WindowOrder::WindowOrder() {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+void WindowOrder::sort(std::vector<LiveWindow>& windows, const QWindow* below) {
+    const auto all = QGuiApplication::topLevelWindows();
+    std::erase_if(turns_,
+                  [&all](const auto& known) { return std::ranges::find(all, known.first) == all.end(); });
+    std::ranges::stable_sort(windows, {}, [this, below](const LiveWindow& live) {
+        const QWindow* const window = live.window();
+        return window != nullptr ? placeOf(*window, below) : Place();
+    });
+}
+
+bool WindowOrder::eventFilter(QObject* watched, QEvent* event) {
+    const bool isShownOrFocused = event->type() == QEvent::Show || event->type() == QEvent::FocusIn;
+    if (isShownOrFocused && watched->isWindowType()) {
+        toFront(static_cast<const QWindow*>(watched));
+    } else if (event->type() == QEvent::ZOrderChange && watched->isWidgetType()) {
+        toFront(static_cast<const QWidget*>(watched)->windowHandle());
+    }
+    return false;
+}
+
+WindowOrder::Place WindowOrder::placeOf(const QWindow& window, const QWindow* below) const {
+    Place place;
+    place.storey = storeyOf(window);
+    place.ownTurn = turnOf(window);
+    for (const QWindow* next = &window; next != nullptr && next != below; next = next->transientParent()) {
+        place.turn = std::max(place.turn, turnOf(*next));
+        ++place.depth;
+    }
+    return place;
+}
+
+void WindowOrder::toFront(const QWindow* window) {
+    if (window != nullptr && window->isTopLevel()) {
+        turns_[window] = ++lastTurn_;
+    }
+}
+
+std::uint64_t WindowOrder::turnOf(const QWindow& window) const {
+    const auto known = turns_.find(&window);
+    return known != turns_.end() ? known->second : 0;
+}
+
+}  // namespace mireth::qt

@@ -1,0 +1,127 @@
+// The windows that stand above the recorded one: where, in which order, and how faint.
+#include <gtest/gtest.h>
+
+#include <QDialog>
+#include <QMenu>
+#include <memory>
+
+#include "MirethVex/Qt/QtPlatform.hpp"
+#include "qt/support/EventLoop.hpp"
+#include "qt/support/Pictures.hpp"
+#include "qt/support/QmlScene.hpp"
+
+namespace mireth::qttest {
+
+namespace {
+
+class QtWindowsAbove : public testing::Test {
+  protected:
+    QtWindowsAbove() {
+        window_.setPalette(QPalette(QColor(240, 240, 240)));
+        window_.setGeometry(100, 100, 200, 100);
+        window_.show();
+        recorded_ = platform_.windowOf(window_);
+    }
+
+    /// Of one grey, over the upper left corner of the window.
+    static std::unique_ptr<QDialog> dialog(QWidget& parent, int grey) {
+        auto made = std::make_unique<QDialog>(&parent);
+        made->setPalette(QPalette(QColor(grey, grey, grey)));
+        made->setGeometry(100, 100, 50, 50);
+        return made;
+    }
+    static void show(QWidget& widget) {
+        widget.show();
+        runFor(0.01);
+    }
+    int greyAtTheCorner() { return qRed(recordedPicture(*recorded_).pixel(20, 20)); }
+
+    const qt::QtPlatform platform_;
+    QWidget window_;
+    std::shared_ptr<platform::Window> recorded_;
+};
+
+TEST_F(QtWindowsAbove, StandAtTheirPlaces) {
+    QDialog dialog(&window_);
+    dialog.setPalette(QPalette(QColor(100, 100, 100)));
+    dialog.setGeometry(150, 120, 60, 50);
+    show(dialog);
+    const QImage seen = recordedPicture(*recorded_);
+    EXPECT_EQ(seen.pixel(52, 22), qRgb(100, 100, 100));
+    EXPECT_EQ(seen.pixel(108, 68), qRgb(100, 100, 100));
+    EXPECT_EQ(seen.pixel(48, 22), qRgb(240, 240, 240));
+}
+
+TEST_F(QtWindowsAbove, ThoseOfAnotherWindowAreNotThere) {
+    QWidget other;
+    other.setGeometry(0, 0, 500, 500);
+    const auto others = dialog(other, 100);
+    other.show();
+    show(*others);
+    EXPECT_EQ(greyAtTheCorner(), 240);
+}
+
+TEST_F(QtWindowsAbove, TheLastShownIsInFrontWhicheverWasMadeFirst) {
+    const auto first = dialog(window_, 10);
+    const auto second = dialog(window_, 100);
+    show(*first);
+    first->hide();
+    show(*second);
+    EXPECT_EQ(greyAtTheCorner(), 100);
+    show(*first);
+    EXPECT_EQ(greyAtTheCorner(), 10);
+}
+
+TEST_F(QtWindowsAbove, TheLastFocusedOrRaisedIsInFront) {
+    const auto first = dialog(window_, 10);
+    const auto second = dialog(window_, 100);
+    show(*first);
+    show(*second);
+    first->activateWindow();
+    runFor(0.01);
+    EXPECT_EQ(greyAtTheCorner(), 10);
+    second->raise();
+    EXPECT_EQ(greyAtTheCorner(), 100);
+}
+
+TEST_F(QtWindowsAbove, ADialogStaysInFrontOfTheOneItBelongsTo) {
+    const auto below = dialog(window_, 10);
+    const auto question = dialog(*below, 100);
+    show(*below);
+    show(*question);
+    below->raise();
+    EXPECT_EQ(greyAtTheCorner(), 100);
+}
+
+TEST_F(QtWindowsAbove, APopUpIsInFrontOfDialogs) {
+    const auto first = dialog(window_, 10);
+    QMenu menu(&window_);
+    menu.addAction("Copy");
+    menu.setFixedSize(50, 50);
+    show(*first);
+    menu.popup(QPoint(100, 100));
+    first->raise();
+    EXPECT_TRUE(isMaskBlock(recordedPicture(*recorded_).pixel(20, 20)));
+}
+
+TEST_F(QtWindowsAbove, AreAsFaintAsTheirOpacityMakesThem) {
+    const auto faint = dialog(window_, 0);
+    faint->setWindowOpacity(0.25);
+    show(*faint);
+    EXPECT_NEAR(greyAtTheCorner(), 180, 3);
+}
+
+TEST_F(QtWindowsAbove, ThoseOfItemsAreAsFaintAsTheirOpacityMakesThem) {
+    QmlScene scene(
+        "Window { objectName: 'above'; visible: true; flags: Qt.Dialog; width: 50; height: 50; color: "
+        "'black';"
+        " opacity: 0.25 }");
+    auto& above = *qobject_cast<QQuickWindow*>(&scene.object("above"));
+    above.setPosition(scene.window().position());
+    runFor(0.01);
+    EXPECT_NEAR(qRed(recordedPicture(*platform_.windowOf(scene.window())).pixel(20, 20)), 180, 3);
+}
+
+}  // namespace
+
+}  // namespace mireth::qttest
