@@ -11,6 +11,8 @@
 #include <QPixmap>
 #include <QProxyStyle>
 #include <QPushButton>
+#include <QQuickWidget>
+#include <QQuickWindow>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSlider>
@@ -81,6 +83,12 @@ TEST_F(QtWidgetMirror, TheSameWindowIsMirroredByOneObject) {
     EXPECT_EQ(platform_.windowOf(*window_.windowHandle()), recorded);
     QLabel inside(&window_);
     EXPECT_EQ(platform_.windowOf(inside), recorded);
+}
+
+TEST_F(QtWidgetMirror, TheUnseenWindowOfItemsInAWidgetStandsForTheWidgetsOwn) {
+    QQuickWidget items(&window_);
+    window_.show();
+    EXPECT_EQ(platform_.windowOf(*items.quickWindow()), platform_.windowOf(window_));
 }
 
 TEST_F(QtWidgetMirror, ABlockStandsWhereTheTextIs) {

@@ -1,9 +1,23 @@
 #include "platforms/qt/mirror/RecordedWindows.hpp"
 
+#include <QQuickRenderControl>
+#include <QQuickWindow>
+
 namespace mireth::qt {
 
+namespace {
+
+/// Items in a widget have a window of their own that is never shown.
+QWindow& shownWindowOf(QWindow& window) {
+    auto* const items = qobject_cast<QQuickWindow*>(&window);
+    QWindow* const shown = items != nullptr ? QQuickRenderControl::renderWindowFor(items) : nullptr;
+    return shown != nullptr ? *shown : window;
+}
+
+}  // namespace
+
 std::shared_ptr<RecordedWindow> RecordedWindows::of(QWindow& window) {
-    return find(LiveWindow(window));
+    return find(LiveWindow(shownWindowOf(window)));
 }
 
 std::shared_ptr<RecordedWindow> RecordedWindows::of(QWidget& widget) {

@@ -17,6 +17,7 @@ class RecordedWindows {
     explicit RecordedWindows(RecordedWindow::Environment environment)
         : environment_(std::move(environment)) {}
 
+    /// For the window of a QQuickWidget's items: the one that the widget is in.
     std::shared_ptr<RecordedWindow> of(QWindow& window);
     /// The top-level window that holds `widget`; it need not be shown yet.
     std::shared_ptr<RecordedWindow> of(QWidget& widget);

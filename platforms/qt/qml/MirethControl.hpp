@@ -19,7 +19,7 @@ class MirethControl final : public QObject {
     using QObject::QObject;
 
     /// Initialises the project and starts a session; `started` tells the result. `window`: a Window, or an
-    /// item in it; else the focused window, or the first that is visible.
+    /// item in it, also of a QQuickWidget's; else the focused window, or the first that is visible.
     Q_INVOKABLE void start(const QString& brandId, const QString& projectId, QObject* window = nullptr);
     /// `stopped` tells the result.
     Q_INVOKABLE void stop();

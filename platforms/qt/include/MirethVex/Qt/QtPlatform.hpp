@@ -34,7 +34,7 @@ class MIRETH_EXPORT QtPlatform {
     platform::PlatformServices services() const;
 
     /// What the library records of an app's window. For a widget: the window that it is in, which need not be
-    /// shown yet.
+    /// shown yet; so also for the window of a QQuickWidget's items, once the widget is shown.
     std::shared_ptr<platform::Window> windowOf(QWindow& window) const;
     std::shared_ptr<platform::Window> windowOf(QWidget& widget) const;
 
