@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QStyleHints>
 #include <QTest>
+#include <QTouchEvent>
 #include <memory>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
@@ -64,6 +65,10 @@ class QtTouchSource : public testing::Test {
     }
 
     QWindow* handle() { return window_.windowHandle(); }
+    static void cancel(QWindow& window, const QPointingDevice& device) {
+        QTouchEvent event(QEvent::TouchCancel, &device);
+        QCoreApplication::sendEvent(&window, &event);
+    }
     /// Later than any double click.
     static void pause() { QTest::qWait(QGuiApplication::styleHints()->mouseDoubleClickInterval() + 50); }
 
@@ -216,6 +221,30 @@ TEST_F(QtTouchSource, APressInAnotherWindowIsNoneOfOurs) {
     runFor(0.01);
     QTest::mouseClick(other.windowHandle(), Qt::LeftButton, {}, QPoint(5, 6));
     EXPECT_TRUE(witness_->seen.empty());
+}
+
+TEST_F(QtTouchSource, WhatIsCancelledInAnotherWindowIsNoneOfOurs) {
+    QWidget other;
+    other.show();
+    runFor(0.01);
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    QTest::touchEvent(handle(), screen.get()).press(0, QPoint(120, 60));
+    cancel(*other.windowHandle(), *screen);
+    QTest::touchEvent(handle(), screen.get()).release(0, QPoint(120, 60));
+    EXPECT_EQ(witness_->phases(), tap);
+}
+
+TEST_F(QtTouchSource, ACancelIsForTheFingersOfItsDevice) {
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    const std::unique_ptr<QPointingDevice> other(QTest::createTouchDevice());
+    QTest::touchEvent(handle(), other.get()).press(1, QPoint(150, 80));
+    QTest::touchEvent(handle(), screen.get()).press(0, QPoint(120, 60));
+    cancel(*handle(), *screen);
+    QTest::touchEvent(handle(), other.get()).release(1, QPoint(150, 80));
+    ASSERT_EQ(witness_->phases(),
+              (std::vector{TouchPhase::began, TouchPhase::began, TouchPhase::cancelled, TouchPhase::ended}));
+    EXPECT_EQ(witness_->seen[2].identity, witness_->seen[1].identity);
+    EXPECT_EQ(witness_->seen[3].identity, witness_->seen[0].identity);
 }
 
 TEST_F(QtTouchSource, ARecordingMayEndInTheMiddleOfATouch) {

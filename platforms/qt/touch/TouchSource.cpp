@@ -74,7 +74,7 @@ void TouchSource::handleMouse(const QWindow& window, const QMouseEvent& event) {
     TouchEvent touches = makeEvent();
     if (isPress) {
         if (event.button() == Qt::LeftButton && location) {
-            begin(touches, mouseKey, *location);
+            begin(touches, mouseKey, event.pointingDevice(), *location);
         }
     } else if (event.type() == QEvent::MouseMove) {
         if (location) {
@@ -87,8 +87,11 @@ void TouchSource::handleMouse(const QWindow& window, const QMouseEvent& event) {
 }
 
 void TouchSource::handleTouch(const QWindow& window, const QTouchEvent& event) {
+    const QPointingDevice* const device = event.pointingDevice();
     if (event.type() == QEvent::TouchCancel) {
-        cancelAll();
+        if (locationOf(window, QPointF())) {
+            cancelAllOf(device);
+        }
         return;
     }
     TouchEvent touches = makeEvent();
@@ -97,7 +100,7 @@ void TouchSource::handleTouch(const QWindow& window, const QTouchEvent& event) {
         if (point.state() == QEventPoint::Released) {
             end(touches, keyOf(point), location);
         } else if (location && point.state() == QEventPoint::Pressed) {
-            begin(touches, keyOf(point), *location);
+            begin(touches, keyOf(point), device, *location);
         } else if (location && point.state() == QEventPoint::Updated) {
             move(touches, keyOf(point), *location);
         }
@@ -111,12 +114,13 @@ TouchEvent TouchSource::makeEvent() const {
     return event;
 }
 
-void TouchSource::begin(TouchEvent& event, std::uint64_t key, Point location) {
+void TouchSource::begin(TouchEvent& event, std::uint64_t key, const QPointingDevice* device, Point location) {
     // By itself: within one event a begin would be heard of first.
     TouchEvent lost = makeEvent();
     cancel(lost, key);
     send(lost);
     Finger finger;
+    finger.device = device;
     finger.touch.identity = ++lastIdentity_;
     finger.touch.phase = TouchPhase::began;
     finger.touch.locationInWindow = location;
@@ -176,10 +180,16 @@ void TouchSource::cancel(TouchEvent& event, std::uint64_t key) {
     event.touches.push_back(std::move(touch));
 }
 
-void TouchSource::cancelAll() {
+void TouchSource::cancelAllOf(const QPointingDevice* device) {
+    std::vector<std::uint64_t> keys;
+    for (const auto& [key, finger] : fingers_) {
+        if (finger.device == device) {
+            keys.push_back(key);
+        }
+    }
     TouchEvent event = makeEvent();
-    while (!fingers_.empty()) {
-        cancel(event, fingers_.begin()->first);
+    for (const auto key : keys) {
+        cancel(event, key);
     }
     send(event);
 }

@@ -15,6 +15,7 @@
 
 class QMouseEvent;
 class QPointF;
+class QPointingDevice;
 class QTouchEvent;
 
 namespace mireth::qt {
@@ -31,6 +32,8 @@ class TouchSource final : public QObject {
 
   private:
     struct Finger {
+        /// Only to be compared: it may be gone.
+        const QPointingDevice* device = nullptr;
         platform::Touch touch;
         bool hasMoved = false;
     };
@@ -39,12 +42,12 @@ class TouchSource final : public QObject {
     void handleTouch(const QWindow& window, const QTouchEvent& event);
 
     platform::TouchEvent makeEvent() const;
-    void begin(platform::TouchEvent& event, std::uint64_t key, Point location);
+    void begin(platform::TouchEvent& event, std::uint64_t key, const QPointingDevice* device, Point location);
     void move(platform::TouchEvent& event, std::uint64_t key, Point location);
     void end(platform::TouchEvent& event, std::uint64_t key, std::optional<Point> location);
     /// Of a finger whose end was never heard of, for one.
     void cancel(platform::TouchEvent& event, std::uint64_t key);
-    void cancelAll();
+    void cancelAllOf(const QPointingDevice* device);
     void send(const platform::TouchEvent& event);
 
     /// Where a point of one of the windows, or of a window in one of them, lies in the recorded one; nothing
