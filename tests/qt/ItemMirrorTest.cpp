@@ -62,6 +62,16 @@ TEST_F(QtItemMirror, ARectangleWithoutABorderHasNone) {
     EXPECT_TRUE(isNear(seen.pixel(20, 40), 0xa0, 0xa0, 0xa0));
 }
 
+TEST_F(QtItemMirror, ABlackBorderOfOnePixelIsThere) {
+    for (const char* const border : {"border.width: 1", "border.color: 'black'"}) {
+        const QImage seen =
+            pictureOf(std::string("Rectangle { x: 20; y: 10; width: 100; height: 60; color: '#a0a0a0'; ") +
+                      border + " }");
+        EXPECT_LT(qRed(seen.pixel(20, 40)), 20) << border;
+        EXPECT_TRUE(isNear(seen.pixel(22, 40), 0xa0, 0xa0, 0xa0)) << border;
+    }
+}
+
 TEST_F(QtItemMirror, AGradientRunsFromItsFirstColourToItsLast) {
     const QImage seen = pictureOf(
         "Rectangle { width: 100; height: 100; gradient: Gradient {"

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QQmlListReference>
 #include <QVariant>
+#include <algorithm>
 #include <optional>
 
 #include "platforms/qt/mirror/LayerValues.hpp"
@@ -78,17 +79,18 @@ void addColorAsContents(const QColor& color, platform::Layer& layer) {
 }
 
 void addBorder(const QQuickItem& item, platform::Layer& layer) {
-    const auto* const border = qtProperty(item, "QQuickRectangle", "border").value<QObject*>();
-    if (border == nullptr) {
+    // To ask for the property would make the border, and one that was never set tells a width and a colour
+    // too.
+    const auto& children = item.children();
+    const auto border =
+        std::ranges::find_if(children, [](const QObject* child) { return child->inherits("QQuickPen"); });
+    if (border == children.end()) {
         return;
     }
-    const double width = border->property("width").toDouble();
-    const auto color = border->property("color").value<QColor>();
-    // A border that was never set has these two values, too, and is not drawn.
-    const bool isUnset = width == 1 && color == QColor(Qt::black);
-    if (!isUnset && width > 0) {
+    const double width = (*border)->property("width").toDouble();
+    if (width > 0) {
         layer.appearance.borderWidth = width;
-        layer.appearance.borderColor = colorOf(color);
+        layer.appearance.borderColor = colorOf((*border)->property("color").value<QColor>());
     }
 }
 
