@@ -85,7 +85,8 @@ class MirethLog {
     /// Sinks of the platform's structured log where there is one, else of its plain log.
     explicit MirethLog(const std::shared_ptr<platform::SystemLog>& systemLog);
 
-    /// The logger of this process.
+    /// The logger of this process. It is made together with the entry point, in PublicSide/Shared.cpp: only
+    /// what stands there may call this.
     static MirethLog& shared();
 
     void info(LogTag logTag, const std::string& message, const AdditionalInfo& additionalInfo = {});
