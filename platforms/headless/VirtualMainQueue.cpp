@@ -3,10 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
-#include <exception>
 #include <utility>
 
+#include "Base/GuardedRun.hpp"
 #include "Schedule.hpp"
 
 namespace mireth::headless {
@@ -26,16 +25,9 @@ Instant toInstant(platform::Seconds seconds) {
     return Instant(std::llround(std::min(count, longestSeconds) * 1e9));
 }
 
-void runGuarded(Work& work) noexcept {
-    if (!work) {
-        return;
-    }
-    try {
-        work();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "M-VEX: work on a queue ended with an error: %s\n", error.what());
-    } catch (...) {
-        std::fprintf(stderr, "M-VEX: work on a queue ended with an unknown error\n");
+void run(Work& work) noexcept {
+    if (work) {
+        runGuarded("work on a queue", work);
     }
 }
 
@@ -159,7 +151,7 @@ bool VirtualMainQueue::runOnePosted() {
         posted_.pop_front();
     }
     runsBackground_ = next.isBackground;
-    runGuarded(next.work);
+    run(next.work);
     // Also what the work owns goes while it still counts as where it ran.
     next.work = nullptr;
     runsBackground_ = false;
@@ -209,14 +201,14 @@ bool VirtualMainQueue::moveOnVirtually(std::uint64_t seen, std::optional<Instant
         return false;
     }
     virtualNow_ = std::max(due->at, now());
-    runGuarded(due->work);
+    run(due->work);
     return true;
 }
 
 bool VirtualMainQueue::moveOnPaced(std::uint64_t seen, std::optional<Instant> limit) {
     const Instant current = now();
     if (auto due = schedule_->takeDue(limit ? std::min(current, *limit) : current, current)) {
-        runGuarded(due->work);
+        run(due->work);
         return true;
     }
     const auto next = schedule_->next();
