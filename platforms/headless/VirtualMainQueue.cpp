@@ -3,9 +3,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <exception>
 #include <utility>
 
-#include "Base/GuardedRun.hpp"
 #include "Schedule.hpp"
 
 namespace mireth::headless {
@@ -25,17 +26,23 @@ Instant toInstant(platform::Seconds seconds) {
     return Instant(std::llround(std::min(count, longestSeconds) * 1e9));
 }
 
-void run(Work& work, const VirtualMainQueue::ErrorHandler& onEscapedError) noexcept {
-    if (work) {
-        runGuarded("work on a queue", work, onEscapedError);
+void runGuarded(Work& work) noexcept {
+    if (!work) {
+        return;
+    }
+    try {
+        work();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "M-VEX: work on a queue ended with an error: %s\n", error.what());
+    } catch (...) {
+        std::fprintf(stderr, "M-VEX: work on a queue ended with an unknown error\n");
     }
 }
 
 }  // namespace
 
-VirtualMainQueue::VirtualMainQueue(std::optional<double> pace, ErrorHandler onEscapedError)
+VirtualMainQueue::VirtualMainQueue(std::optional<double> pace)
     : pace_(pace),
-      onEscapedError_(std::move(onEscapedError)),
       mainThread_(std::this_thread::get_id()),
       wakeUp_(std::make_shared<WakeUp>()),
       inFlight_(std::make_shared<InFlight>(wakeUp_)),
@@ -152,7 +159,7 @@ bool VirtualMainQueue::runOnePosted() {
         posted_.pop_front();
     }
     runsBackground_ = next.isBackground;
-    run(next.work, onEscapedError_);
+    runGuarded(next.work);
     // Also what the work owns goes while it still counts as where it ran.
     next.work = nullptr;
     runsBackground_ = false;
@@ -202,14 +209,14 @@ bool VirtualMainQueue::moveOnVirtually(std::uint64_t seen, std::optional<Instant
         return false;
     }
     virtualNow_ = std::max(due->at, now());
-    run(due->work, onEscapedError_);
+    runGuarded(due->work);
     return true;
 }
 
 bool VirtualMainQueue::moveOnPaced(std::uint64_t seen, std::optional<Instant> limit) {
     const Instant current = now();
     if (auto due = schedule_->takeDue(limit ? std::min(current, *limit) : current, current)) {
-        run(due->work, onEscapedError_);
+        runGuarded(due->work);
         return true;
     }
     const auto next = schedule_->next();

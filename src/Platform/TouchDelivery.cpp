@@ -4,8 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "Base/GuardedRun.hpp"
-#include "Base/ScopedFlag.hpp"
+#include "Platform/Guarded.hpp"
 #include "Platform/TouchCalls.hpp"
 #include "Platform/TouchChecks.hpp"
 
@@ -32,11 +31,23 @@ Touch cancelled(Touch touch) {
 bool allowsBoth(GestureRecognizer& recognizer, GestureRecognizer& other) {
     bool answer = false;
     if (auto* delegate = recognizer.delegate()) {
-        runGuarded("a gesture recogniser's delegate",
-                   [&] { answer = delegate->shouldRecognizeSimultaneouslyWith(recognizer, other); });
+        guarded("a gesture recogniser's delegate",
+                [&] { answer = delegate->shouldRecognizeSimultaneouslyWith(recognizer, other); });
     }
     return answer;
 }
+
+/// True while it lives, also when what it spans is left by an exception.
+class Flag {
+  public:
+    explicit Flag(bool& flag) : flag_(flag) { flag_ = true; }
+    ~Flag() { flag_ = false; }
+    Flag(const Flag&) = delete;
+    Flag& operator=(const Flag&) = delete;
+
+  private:
+    bool& flag_;
+};
 
 }  // namespace
 
@@ -45,7 +56,7 @@ void TouchDelivery::deliver(const TouchEvent& event) {
     if (isDelivering_) {
         return;
     }
-    const ScopedFlag delivering(isDelivering_);
+    const Flag delivering(isDelivering_);
     while (!waiting_.empty()) {
         const TouchEvent next = std::move(waiting_.front());
         waiting_.pop_front();
@@ -165,7 +176,7 @@ void TouchDelivery::tellRecognizer(GestureRecognizer& recognizer, TouchPhase pha
         touches.push_back(touch);
     }
     if (!touches.empty()) {
-        runGuarded("a gesture recogniser", [&] { call(recognizer, phase, touches, event); });
+        guarded("a gesture recogniser", [&] { call(recognizer, phase, touches, event); });
         takeTouchesFromViews(recognizer, touches);
     }
 }
@@ -193,7 +204,7 @@ void TouchDelivery::cancelTouchesOf(GestureRecognizer& recognizer) {
         }
     }
     if (!event.touches.empty()) {
-        runGuarded("a gesture recogniser", [&] { recognizer.touchesCancelled(event.touches, event); });
+        guarded("a gesture recogniser", [&] { recognizer.touchesCancelled(event.touches, event); });
     }
 }
 
@@ -236,7 +247,7 @@ TouchEvent TouchDelivery::forViews(const TouchEvent& event) {
 void TouchDelivery::tellViews(const TouchEvent& event) {
     for (const TouchPhase phase : toldPhases) {
         for (const auto& group : touchesByView(phase, event)) {
-            runGuarded("a view", [&] { call(*group.first, phase, group.second, event); });
+            guarded("a view", [&] { call(*group.first, phase, group.second, event); });
         }
     }
 }

@@ -6,6 +6,7 @@
 #include <QCalendarWidget>
 #include <QCheckBox>
 #include <QColorDialog>
+#include <QColumnView>
 #include <QComboBox>
 #include <QCommandLinkButton>
 #include <QDateTimeEdit>
@@ -49,6 +50,7 @@
 #include <QSplashScreen>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QStringListModel>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTemporaryDir>
@@ -57,7 +59,11 @@
 #include <QToolBox>
 #include <QToolButton>
 #include <QTreeWidget>
+#include <QUndoStack>
+#include <QUndoView>
 #include <QWizard>
+#include <string>
+#include <tuple>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
 #include "qt/support/EventLoop.hpp"
@@ -241,8 +247,8 @@ QWidget* quickWidget() {
 struct Exhibit {
     std::string name;
     std::function<QWidget*()> make;
-    /// False for what shows no canary by itself, only in combination with what the test cannot make.
-    bool showsCanary = true;
+    /// False for what is no block, as its looks are left out but for a plain colour, or drawn anew.
+    bool isBlock = true;
 };
 
 std::ostream& operator<<(std::ostream& out, const Exhibit& exhibit) {
@@ -274,6 +280,68 @@ const std::vector<Exhibit>& gallery() {
              it->setEnabled(false);
              return it;
          }},
+        {"CheckedButton",
+         [] {
+             auto* const it = static_cast<QPushButton*>(button<QPushButton>());
+             it->setCheckable(true);
+             it->setChecked(true);
+             return it;
+         }},
+        {"PressedButton",
+         [] {
+             auto* const it = static_cast<QPushButton*>(button<QPushButton>());
+             it->setDown(true);
+             return it;
+         }},
+        {"FlatDefaultButton",
+         [] {
+             auto* const it = static_cast<QPushButton*>(button<QPushButton>());
+             it->setFlat(true);
+             it->setDefault(true);
+             return it;
+         }},
+        {"HoveredToolButton",
+         [] {
+             auto* const it = static_cast<QToolButton*>(button<QToolButton>());
+             it->setAutoRaise(true);
+             it->setAttribute(Qt::WA_UnderMouse);
+             it->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+             return it;
+         }},
+        {"PartlyCheckedBox",
+         [] {
+             auto* const it = static_cast<QCheckBox*>(button<QCheckBox>());
+             it->setCheckState(Qt::PartiallyChecked);
+             return it;
+         }},
+        {"DisabledLineEdit", of<QLineEdit>([](QLineEdit& it) {
+             it.setText("Secret");
+             it.setEnabled(false);
+         })},
+        {"Password", of<QLineEdit>([](QLineEdit& it) {
+             it.setText("Secret");
+             it.setEchoMode(QLineEdit::Password);
+         })},
+        {"DisabledListWidget", of<QListWidget>([](QListWidget& it) {
+             it.addItem("Secret");
+             it.setEnabled(false);
+         })},
+        {"UndoView",
+         [] {
+             auto* const stack = new QUndoStack;
+             stack->push(new QUndoCommand("Secret"));
+             auto* const view = new QUndoView(stack);
+             stack->setParent(view);
+             return view;
+         }},
+        {"ColumnView",
+         [] {
+             auto* const items = new QStringListModel({"Secret", "Secret"});
+             auto* const view = new QColumnView;
+             view->setModel(items);
+             items->setParent(view);
+             return view;
+         }},
         {"LineEdit", of<QLineEdit>([](QLineEdit& it) {
              it.setText("Secret");
              it.selectAll();
@@ -297,7 +365,7 @@ const std::vector<Exhibit>& gallery() {
              it.display(42);
              it.setSegmentStyle(QLCDNumber::Flat);
          })},
-        {"GroupBox", [] { return withChild(new QGroupBox("Secret")); }},
+        {"GroupBox", [] { return withChild(new QGroupBox("Secret")); }, false},
         {"EmptyGroupBox", [] { return new QGroupBox("Secret"); }},
         {"TabWidget", tabs},
         {"ToolBox", toolBox},
@@ -337,28 +405,30 @@ const std::vector<Exhibit>& gallery() {
          of<QFontDialog>([](QFontDialog& it) { it.setOption(QFontDialog::DontUseNativeDialog); })},
         {"ButtonBox", [] { return new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel); }},
         {"Menu", of<QMenu>([](QMenu& it) { it.addAction(canaryIcon(), "Secret"); })},
-        {"StatusBar", of<QStatusBar>([](QStatusBar& it) { it.showMessage("Secret"); })},
+        {"StatusBar", of<QStatusBar>([](QStatusBar& it) { it.showMessage("Secret"); }), false},
         {"SplashScreen", [] { return new QSplashScreen(canaryPicture().scaled(200, 200)); }},
         {"ScrolledPicture", of<QScrollArea>([](QScrollArea& it) {
              auto* const label = new QLabel;
              label->setPixmap(canaryPicture().scaled(400, 400));
              it.setWidget(label);
          })},
-        {"Painted", [] { return new Painted; }},
-        {"PaintedContainer", [] { return withChild(new Painted); }},
-        {"PaintedByAFilter", [] { return filtered(new QWidget); }},
-        {"FrameByAFilter", [] { return filtered(new QFrame); }},
-        {"SliderByAFilter", [] { return filtered(new QSlider); }},
-        {"ScrollBarByAFilter", [] { return filtered(new QScrollBar); }},
+        {"Painted", [] { return new Painted; }, false},
+        {"PaintedContainer", [] { return withChild(new Painted); }, false},
+        {"PaintedByAFilter", [] { return filtered(new QWidget); }, false},
+        {"FrameByAFilter", [] { return filtered(new QFrame); }, false},
+        {"SliderByAFilter", [] { return filtered(new QSlider); }, false},
+        {"ScrollBarByAFilter", [] { return filtered(new QScrollBar); }, false},
         {"Splitter", of<QSplitter>([](QSplitter& it) {
              it.addWidget(new Painted);
              it.addWidget(new QLabel("Secret"));
          })},
-        {"SheetBackground", [] { return styled(new QFrame, "QFrame { background-image: url(PICTURE) }"); }},
+        {"SheetBackground", [] { return styled(new QFrame, "QFrame { background-image: url(PICTURE) }"); },
+         false},
         {"SheetHandle",
          [] {
              return styled(new QSlider, "QSlider::handle { image: url(PICTURE); height: 32px; width: 32px }");
-         }},
+         },
+         false},
         {"SheetColor", [] { return styled(new QLabel("Secret"), "color: #ff0000"); }},
         {"OpacityEffect", of<QLabel>([](QLabel& it) {
              it.setText("Secret");
@@ -373,49 +443,70 @@ const std::vector<Exhibit>& gallery() {
              widget->setAutoFillBackground(true);
              widget->setPalette(palette);
              return widget;
-         }},
+         },
+         false},
     };
     return exhibits;
 }
 
-class QtWidgetGallery : public testing::TestWithParam<Exhibit> {
+/// In each of Qt's styles.
+class QtWidgetGallery : public testing::TestWithParam<std::tuple<const char*, Exhibit>> {
   protected:
-    void SetUp() override { QApplication::setPalette(canaryPalette()); }
-    void TearDown() override { QApplication::setPalette(QPalette()); }
+    void SetUp() override {
+        QApplication::setStyle(std::get<0>(GetParam()));
+        QApplication::setPalette(canaryPalette());
+    }
+    void TearDown() override {
+        QApplication::setPalette(QPalette());
+        QApplication::setStyle("Fusion");
+    }
+    const Exhibit& exhibit() const { return std::get<1>(GetParam()); }
+
     const qt::QtPlatform platform_;
 };
 
 TEST_P(QtWidgetGallery, ShowsNoCanaryInAWindow) {
     QWidget window;
+    window.setGeometry(0, 0, 780, 700);
     QHBoxLayout layout(&window);
-    const std::unique_ptr<QWidget> widget(GetParam().make());
+    const std::unique_ptr<QWidget> widget(exhibit().make());
     const bool isWindow = widget->isWindow() && widget->windowType() != Qt::Window;
     if (!isWindow) {
         layout.addWidget(widget.get());
     }
-    window.resize(400, 300);
     window.show();
+    if (isWindow) {
+        widget->move(window.mapToGlobal(QPoint(10, 10)));
+    }
     widget->show();
     runFor(0.02);
-    if (GetParam().showsCanary) {
-        EXPECT_TRUE(findCanary(widget->grab().toImage())) << "the exhibit itself is to show it";
-    }
+    const QImage shown = widget->grab().toImage();
+    EXPECT_TRUE(findCanary(shown)) << "the exhibit itself is to show it";
     const PaintCounter counter;
     const auto picture = recordedPicture(*platform_.windowOf(window));
     EXPECT_EQ(findCanary(picture), std::nullopt);
+    const QPoint place = widget->mapToGlobal(QPoint(0, 0)) - window.mapToGlobal(QPoint(0, 0));
+    EXPECT_TRUE(isMaskedAt(picture, shown, place) || !exhibit().isBlock);
     EXPECT_EQ(counter.paintings, 0) << "nothing is painted for it";
 }
 
 TEST_P(QtWidgetGallery, ShowsNoCanaryAsTheWindowItself) {
-    const std::unique_ptr<QWidget> widget(GetParam().make());
+    const std::unique_ptr<QWidget> widget(exhibit().make());
     widget->resize(400, 300);
     widget->show();
     runFor(0.01);
-    EXPECT_EQ(findCanary(recordedPicture(*platform_.windowOf(*widget))), std::nullopt);
+    const QImage shown = widget->grab().toImage();
+    EXPECT_TRUE(findCanary(shown)) << "the exhibit itself is to show it";
+    const auto picture = recordedPicture(*platform_.windowOf(*widget));
+    EXPECT_EQ(findCanary(picture), std::nullopt);
+    EXPECT_TRUE(isMaskedAt(picture, shown) || !exhibit().isBlock);
 }
 
-INSTANTIATE_TEST_SUITE_P(Widgets, QtWidgetGallery, testing::ValuesIn(gallery()),
-                         [](const auto& exhibit) { return exhibit.param.name; });
+INSTANTIATE_TEST_SUITE_P(Widgets, QtWidgetGallery,
+                         testing::Combine(testing::Values("Fusion", "Windows"), testing::ValuesIn(gallery())),
+                         [](const auto& shown) {
+                             return std::get<0>(shown.param) + std::get<1>(shown.param).name;
+                         });
 
 }  // namespace
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Base/GuardedRun.hpp"
+#include "platforms/linux/system/EscapedError.hpp"
 
 namespace mireth::platform {
 
@@ -12,7 +12,7 @@ void PlainApplication::moveToBackground() {
 
 AnyCancellable PlainApplication::observeDidEnterBackground(std::function<void()> observer) {
     return didEnterBackground_.sink([observer = std::move(observer)](const std::monostate&) {
-        runGuarded("an observer of the move to the background", observer);
+        runGuarded(observer, "an observer of the move to the background", {});
     });
 }
 

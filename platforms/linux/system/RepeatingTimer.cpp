@@ -1,15 +1,28 @@
 #include "platforms/linux/system/RepeatingTimer.hpp"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace mireth::platform {
 
+using SteadyClock = std::chrono::steady_clock;
+
+SteadyClock::duration clampedDuration(Seconds seconds) {
+    constexpr double longest = 100.0 * 365 * 24 * 3600;
+    const double count = std::isnan(seconds.count()) ? 0 : std::clamp(seconds.count(), 0.0, longest);
+    return std::chrono::duration_cast<SteadyClock::duration>(Seconds(count));
+}
+
 RepeatingTimer::RepeatingTimer(boost::asio::io_context& context, Seconds interval, Work tick,
                                EscapedErrorHandler onEscapedError)
-    : timer_(context), phase_(interval), onEscapedError_(std::move(onEscapedError)), tick_(std::move(tick)) {}
+    : timer_(context),
+      interval_(std::max<SteadyClock::duration>(clampedDuration(interval), std::chrono::milliseconds(1))),
+      onEscapedError_(std::move(onEscapedError)),
+      tick_(std::move(tick)) {}
 
 void RepeatingTimer::start() {
-    phase_.start(PhaseClock::SteadyClock::now());
+    due_ = SteadyClock::now() + interval_;
     waitForNextTick();
 }
 
@@ -24,7 +37,7 @@ void RepeatingTimer::invalidate() {
 }
 
 void RepeatingTimer::waitForNextTick() {
-    timer_.expires_at(phase_.due());
+    timer_.expires_at(due_);
     timer_.async_wait([self = shared_from_this()](const boost::system::error_code& error) {
         if (!error && self->active_) {
             self->fire();
@@ -35,13 +48,14 @@ void RepeatingTimer::waitForNextTick() {
 void RepeatingTimer::fire() {
     ticking_ = true;
     if (tick_) {
-        runGuarded("a timer on the main queue", tick_, onEscapedError_);
+        runGuarded(tick_, "a timer on the main queue", onEscapedError_);
     }
     ticking_ = false;
     if (!active_) {
         return;
     }
-    phase_.next(PhaseClock::SteadyClock::now());
+    const auto missed = (SteadyClock::now() - due_) / interval_;
+    due_ += (missed + 1) * interval_;
     waitForNextTick();
 }
 

@@ -24,8 +24,4 @@ std::string_view description(ApiError error) noexcept {
     return "";
 }
 
-std::string text(ApiError error) {
-    return std::string(description(error));
-}
-
 }  // namespace mireth

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "Base/CurrentException.hpp"
 #include "PrivateSide/Configuration/RecordingError.hpp"
 #include "PrivateSide/Recording/ScalingMetadataCalculator.hpp"
 

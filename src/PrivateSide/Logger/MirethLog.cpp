@@ -1,8 +1,9 @@
 #include "PrivateSide/Logger/MirethLog.hpp"
 
+#include <cstdio>
+#include <exception>
 #include <utility>
 
-#include "Base/GuardedRun.hpp"
 #include "PrivateSide/Logger/ListenerScope.hpp"
 
 namespace mireth {
@@ -29,7 +30,16 @@ OSLoggers::MakeLogger sinksOf(const std::shared_ptr<platform::SystemLog>& system
 
 /// The system log may be the host's own; what it throws costs neither the listeners nor the remote log the
 /// line.
-constexpr const char* systemLog = "the system log";
+template <class Write>
+void guardSink(const Write& write) {
+    try {
+        write();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "M-VEX: the system log threw: %s\n", error.what());
+    } catch (...) {
+        std::fputs("M-VEX: the system log threw something that is not an exception\n", stderr);
+    }
+}
 
 }  // namespace
 
@@ -81,7 +91,13 @@ void MirethLogListeners::logToAll(LogTag tag, LogLevel level, const std::string&
     }
     const ListenerScope scope;
     for (const auto& listener : *listeners) {
-        runGuarded("a log listener", [&] { listener(tag, level, line); });
+        try {
+            listener(tag, level, line);
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "M-VEX: a log listener threw: %s\n", error.what());
+        } catch (...) {
+            std::fprintf(stderr, "M-VEX: a log listener threw something that is not an exception\n");
+        }
     }
 }
 
@@ -94,7 +110,7 @@ void MirethLog::info(LogTag logTag, const std::string& message, const Additional
         return;
     }
     const std::string line = lineText(message, additionalInfo);
-    runGuarded(systemLog, [&] { osLoggers_.info(logTag, line); });
+    guardSink([&] { osLoggers_.info(logTag, line); });
     logListeners_.logToAll(logTag, LogLevel::info, line);
 }
 
@@ -168,7 +184,7 @@ bool MirethLog::isAllowed(LogTag logTag) const noexcept {
 
 void MirethLog::writeError(LogTag logTag, const std::string& message, const AdditionalInfo& additionalInfo) {
     const std::string line = lineText(message, additionalInfo);
-    runGuarded(systemLog, [&] { osLoggers_.error(logTag, line); });
+    guardSink([&] { osLoggers_.error(logTag, line); });
     logListeners_.logToAll(logTag, LogLevel::error, line);
 }
 

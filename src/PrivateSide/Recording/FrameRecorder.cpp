@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "Base/CurrentException.hpp"
 #include "Platform/Async/Task.hpp"
 #include "PrivateSide/Extensions/CALayerExtensions/LayerOperations.hpp"
 

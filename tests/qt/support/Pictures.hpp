@@ -65,4 +65,20 @@ inline bool isMaskBlock(QRgb pixel) {
     return std::abs(qRed(pixel) - 188) <= 1 && saturation(pixel) <= 1;
 }
 
+/// True when a block stands where `shown` has a canary, in the recorded picture of the window in which what
+/// is shown has its upper left corner at `place`.
+inline bool isMaskedAt(const QImage& recorded, const QImage& shown, QPoint place = {}) {
+    const double scale = shown.devicePixelRatio();
+    for (int y = 0; y < shown.height(); ++y) {
+        for (int x = 0; x < shown.width(); ++x) {
+            const QPoint seen = place + QPoint(static_cast<int>(x / scale), static_cast<int>(y / scale));
+            if (saturation(shown.pixel(x, y)) > 40 && recorded.rect().contains(seen) &&
+                isMaskBlock(recorded.pixel(seen))) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 }  // namespace mireth::qttest

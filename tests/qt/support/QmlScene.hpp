@@ -7,6 +7,7 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <atomic>
 #include <memory>
 #include <string>
 
@@ -17,7 +18,9 @@ namespace mireth::qttest {
 /// The window is grey, 200 × 100 and shown; `body` is what it holds. A warning of QML's fails the test.
 class QmlScene {
   public:
-    explicit QmlScene(const std::string& body, const QUrl& folder = {}, const std::string& imports = {}) {
+    /// `style`: whose controls they are.
+    explicit QmlScene(const std::string& body, const QUrl& folder = {}, const std::string& imports = {},
+                      const std::string& style = "Basic") {
         engine_.setOutputWarningsToStandardError(false);
         QObject::connect(&engine_, &QQmlEngine::warnings, [](const QList<QQmlError>& errors) {
             for (const auto& error : errors) {
@@ -25,20 +28,19 @@ class QmlScene {
             }
         });
         QQmlComponent component(&engine_);
-        const std::string text =
-            "import QtQuick\nimport QtQuick.Window\nimport QtQuick.Controls.Basic\nimport QtQuick.Layouts\n" +
-            imports +
-            "\n"
-            "Window { width: 200; height: 100; visible: true; color: '#f0f0f0'\n" +
-            body + "\n}";
+        const std::string text = "import QtQuick\nimport QtQuick.Window\nimport QtQuick.Controls." + style +
+                                 "\nimport QtQuick.Layouts\n" + imports +
+                                 "\n"
+                                 "Window { width: 200; height: 100; visible: true; color: '#f0f0f0'\n" +
+                                 body + "\n}";
         component.setData(QByteArray::fromStdString(text), folder);
         window_.reset(qobject_cast<QQuickWindow*>(component.create()));
         if (window_ == nullptr) {
             ADD_FAILURE() << component.errorString().toStdString();
             window_ = std::make_unique<QQuickWindow>();
         }
-        runUntil([this] { return window_->isExposed(); }, 5);
-        runFor(0.02);
+        QObject::connect(window_.get(), &QQuickWindow::frameSwapped, [this] { isDrawn_ = true; });
+        runUntil([this] { return isDrawn_.load(); }, 5);
     }
 
     QQuickWindow& window() { return *window_; }
@@ -51,6 +53,7 @@ class QmlScene {
 
   private:
     QQmlEngine engine_;
+    std::atomic_bool isDrawn_ = false;
     std::unique_ptr<QQuickWindow> window_;
 };
 

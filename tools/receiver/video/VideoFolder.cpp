@@ -19,11 +19,6 @@ std::unexpected<std::string> failure(const std::string& what) {
     return std::unexpected(what + ": " + std::generic_category().message(errno));
 }
 
-// Any step may be the one that finds out: some file systems take bytes first and look for room when syncing.
-bool foundNoRoom() {
-    return errno == ENOSPC || errno == EDQUOT;
-}
-
 }  // namespace
 
 class VideoFile::Digest {
@@ -82,7 +77,7 @@ Stored<bool> VideoFile::append(std::string_view bytes) {
         if (written < 0 && errno == EINTR) {
             continue;
         }
-        if (written < 0 && foundNoRoom()) {
+        if (written < 0 && (errno == ENOSPC || errno == EDQUOT)) {
             return false;
         }
         if (written < 0) {
@@ -97,12 +92,12 @@ bool VideoFile::readAt(std::uint64_t offset, std::span<unsigned char> into) {
     return readFully(file_.get(), offset, into);
 }
 
-Stored<bool> VideoFile::sync() {
+Stored<void> VideoFile::sync() {
     // The folder too: without that a crash can leave bytes that no name leads to.
-    if (files_.sync(file_.get()) == 0 && files_.sync(folder_) == 0) {
-        return true;
+    if (files_.sync(file_.get()) != 0 || files_.sync(folder_) != 0) {
+        return failure("cannot make the video " + name_ + " durable");
     }
-    return foundNoRoom() ? Stored<bool>(false) : failure("cannot make the video " + name_ + " durable");
+    return {};
 }
 
 Stored<std::string> VideoFile::digest() const {
@@ -126,9 +121,6 @@ Stored<VideoFolder> VideoFolder::open(const std::string& path, DiskBudget& budge
 Stored<std::unique_ptr<VideoFile>> VideoFolder::create(const std::string& identifier) const {
     std::string name = identifier + ".mp4";
     UniqueFd file(files_->create(folder_.get(), name.c_str()));
-    if (!file && foundNoRoom()) {
-        return nullptr;
-    }
     if (!file) {
         return failure("cannot make the video " + pathOf(name));
     }

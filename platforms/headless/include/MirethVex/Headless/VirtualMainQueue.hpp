@@ -9,7 +9,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <string_view>
 #include <thread>
 
 #include "MirethVex/Headless/InFlight.hpp"
@@ -33,12 +32,9 @@ class Schedule;
 class VirtualMainQueue final : public platform::MainQueue {
   public:
     using Instant = std::chrono::nanoseconds;
-    /// Told, in words, what work has thrown. Main thread.
-    using ErrorHandler = std::function<void(std::string_view description)>;
 
-    /// `pace` > 0: seconds of the script in one real second. Nothing: virtual time. `onEscapedError`:
-    /// standard error when left out.
-    explicit VirtualMainQueue(std::optional<double> pace = std::nullopt, ErrorHandler onEscapedError = {});
+    /// `pace` > 0: seconds of the script in one real second. Nothing: virtual time.
+    explicit VirtualMainQueue(std::optional<double> pace = std::nullopt);
     VirtualMainQueue(const VirtualMainQueue&) = delete;
     VirtualMainQueue& operator=(const VirtualMainQueue&) = delete;
     ~VirtualMainQueue() override;
@@ -93,7 +89,6 @@ class VirtualMainQueue final : public platform::MainQueue {
     std::chrono::steady_clock::time_point steadyTime(Instant at) const;
 
     const std::optional<double> pace_;
-    const ErrorHandler onEscapedError_;
     const std::thread::id mainThread_;
     const std::shared_ptr<WakeUp> wakeUp_;
     const std::shared_ptr<InFlight> inFlight_;
