@@ -70,7 +70,7 @@ std::optional<DueItem> Schedule::takeDue(Instant limit, Instant now) {
     node.key() = repeating->key;
     items_.insert(std::move(node));
     return DueItem{at, [repeating] {
-                       if (repeating->valid) {
+                       if (repeating->valid && repeating->tick) {
                            repeating->tick();
                        }
                    }};

@@ -3,10 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
-#include <exception>
 #include <utility>
 
+#include "Base/GuardedRun.hpp"
 #include "Schedule.hpp"
 
 namespace mireth::headless {
@@ -26,23 +25,17 @@ Instant toInstant(platform::Seconds seconds) {
     return Instant(std::llround(std::min(count, longestSeconds) * 1e9));
 }
 
-void runGuarded(Work& work) noexcept {
-    if (!work) {
-        return;
-    }
-    try {
-        work();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "M-VEX: work on a queue ended with an error: %s\n", error.what());
-    } catch (...) {
-        std::fprintf(stderr, "M-VEX: work on a queue ended with an unknown error\n");
+void run(Work& work, const VirtualMainQueue::ErrorHandler& onEscapedError) noexcept {
+    if (work) {
+        runGuarded("work on a queue", work, onEscapedError);
     }
 }
 
 }  // namespace
 
-VirtualMainQueue::VirtualMainQueue(std::optional<double> pace)
+VirtualMainQueue::VirtualMainQueue(std::optional<double> pace, ErrorHandler onEscapedError)
     : pace_(pace),
+      onEscapedError_(std::move(onEscapedError)),
       mainThread_(std::this_thread::get_id()),
       wakeUp_(std::make_shared<WakeUp>()),
       inFlight_(std::make_shared<InFlight>(wakeUp_)),
@@ -159,7 +152,7 @@ bool VirtualMainQueue::runOnePosted() {
         posted_.pop_front();
     }
     runsBackground_ = next.isBackground;
-    runGuarded(next.work);
+    run(next.work, onEscapedError_);
     // Also what the work owns goes while it still counts as where it ran.
     next.work = nullptr;
     runsBackground_ = false;
@@ -209,14 +202,14 @@ bool VirtualMainQueue::moveOnVirtually(std::uint64_t seen, std::optional<Instant
         return false;
     }
     virtualNow_ = std::max(due->at, now());
-    runGuarded(due->work);
+    run(due->work, onEscapedError_);
     return true;
 }
 
 bool VirtualMainQueue::moveOnPaced(std::uint64_t seen, std::optional<Instant> limit) {
     const Instant current = now();
     if (auto due = schedule_->takeDue(limit ? std::min(current, *limit) : current, current)) {
-        runGuarded(due->work);
+        run(due->work, onEscapedError_);
         return true;
     }
     const auto next = schedule_->next();

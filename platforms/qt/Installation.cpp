@@ -5,7 +5,7 @@
 #include <memory>
 #include <utility>
 
-#include "Platform/Guarded.hpp"
+#include "Base/GuardedRun.hpp"
 
 namespace mireth::qt {
 
@@ -22,7 +22,7 @@ bool Installation::install(platform::LinuxPlatformOptions options) noexcept {
         std::fputs("M-VEX: there is no QGuiApplication to record\n", stderr);
         return false;
     }
-    platform::guarded("the making of Qt's services", [&] {
+    runGuarded("the making of Qt's services", [&] {
         auto made = std::make_unique<QtPlatform>(std::move(options));
         standsOnOthers_ = !MirethSR::installPlatformServices(made->services());
         if (!standsOnOthers_) {

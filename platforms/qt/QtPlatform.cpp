@@ -4,8 +4,8 @@
 #include <QWindow>
 #include <utility>
 
+#include "Base/GuardedRun.hpp"
 #include "MirethVex/PublicSide/MirethSR.hpp"
-#include "Platform/Guarded.hpp"
 #include "platforms/qt/Installation.hpp"
 #include "platforms/qt/mirror/ClassCatalog.hpp"
 #include "platforms/qt/mirror/RecordedWindows.hpp"
@@ -82,7 +82,7 @@ InitializationResult initialize(const std::string& brandId, const std::string& p
         return InitializationResult::cannotGetKeyWindow;
     }
     std::shared_ptr<platform::Window> recorded;
-    platform::guarded("the look for the window to record", [&] {
+    runGuarded("the look for the window to record", [&] {
         if (const QtPlatform* const platform = installation.platform();
             platform != nullptr && window != nullptr) {
             recorded = platform->windowOf(*window);

@@ -3,8 +3,8 @@
 
 #include <utility>
 
+#include "Base/GuardedRun.hpp"
 #include "MirethVex/Platform/ViewController.hpp"
-#include "Platform/Guarded.hpp"
 
 namespace mireth::platform {
 
@@ -14,7 +14,7 @@ constexpr const char* anInterceptor = "an interceptor of appearing screens";
 
 auto containing(AppearanceInterceptor interceptor) {
     return [interceptor = std::move(interceptor)](const std::shared_ptr<ViewController>& controller) {
-        guarded(anInterceptor, [&] { interceptor(*controller); });
+        runGuarded(anInterceptor, [&] { interceptor(*controller); });
     };
 }
 
@@ -28,7 +28,7 @@ std::shared_ptr<ViewController> own(const std::shared_ptr<ViewController>& contr
 
 void AppearanceDelivery::didAppear(const std::shared_ptr<ViewController>& controller, bool animated) const {
     if (const auto receiver = own(controller)) {
-        guarded(anInterceptor, [&] { appeared_.send(receiver); });
+        runGuarded(anInterceptor, [&] { appeared_.send(receiver); });
         receiver->viewDidAppear(animated);
     }
 }
@@ -36,7 +36,7 @@ void AppearanceDelivery::didAppear(const std::shared_ptr<ViewController>& contro
 void AppearanceDelivery::didDisappear(const std::shared_ptr<ViewController>& controller,
                                       bool animated) const {
     if (const auto receiver = own(controller)) {
-        guarded(anInterceptor, [&] { disappeared_.send(receiver); });
+        runGuarded(anInterceptor, [&] { disappeared_.send(receiver); });
         receiver->viewDidDisappear(animated);
     }
 }

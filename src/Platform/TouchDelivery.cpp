@@ -4,7 +4,8 @@
 #include <cstdio>
 #include <utility>
 
-#include "Platform/Guarded.hpp"
+#include "Base/GuardedRun.hpp"
+#include "Base/ScopedFlag.hpp"
 #include "Platform/TouchCalls.hpp"
 #include "Platform/TouchChecks.hpp"
 
@@ -31,23 +32,11 @@ Touch cancelled(Touch touch) {
 bool allowsBoth(GestureRecognizer& recognizer, GestureRecognizer& other) {
     bool answer = false;
     if (auto* delegate = recognizer.delegate()) {
-        guarded("a gesture recogniser's delegate",
-                [&] { answer = delegate->shouldRecognizeSimultaneouslyWith(recognizer, other); });
+        runGuarded("a gesture recogniser's delegate",
+                   [&] { answer = delegate->shouldRecognizeSimultaneouslyWith(recognizer, other); });
     }
     return answer;
 }
-
-/// True while it lives, also when what it spans is left by an exception.
-class Flag {
-  public:
-    explicit Flag(bool& flag) : flag_(flag) { flag_ = true; }
-    ~Flag() { flag_ = false; }
-    Flag(const Flag&) = delete;
-    Flag& operator=(const Flag&) = delete;
-
-  private:
-    bool& flag_;
-};
 
 }  // namespace
 
@@ -56,7 +45,7 @@ void TouchDelivery::deliver(const TouchEvent& event) {
     if (isDelivering_) {
         return;
     }
-    const Flag delivering(isDelivering_);
+    const ScopedFlag delivering(isDelivering_);
     while (!waiting_.empty()) {
         const TouchEvent next = std::move(waiting_.front());
         waiting_.pop_front();
@@ -176,7 +165,7 @@ void TouchDelivery::tellRecognizer(GestureRecognizer& recognizer, TouchPhase pha
         touches.push_back(touch);
     }
     if (!touches.empty()) {
-        guarded("a gesture recogniser", [&] { call(recognizer, phase, touches, event); });
+        runGuarded("a gesture recogniser", [&] { call(recognizer, phase, touches, event); });
         takeTouchesFromViews(recognizer, touches);
     }
 }
@@ -204,7 +193,7 @@ void TouchDelivery::cancelTouchesOf(GestureRecognizer& recognizer) {
         }
     }
     if (!event.touches.empty()) {
-        guarded("a gesture recogniser", [&] { recognizer.touchesCancelled(event.touches, event); });
+        runGuarded("a gesture recogniser", [&] { recognizer.touchesCancelled(event.touches, event); });
     }
 }
 
@@ -247,7 +236,7 @@ TouchEvent TouchDelivery::forViews(const TouchEvent& event) {
 void TouchDelivery::tellViews(const TouchEvent& event) {
     for (const TouchPhase phase : toldPhases) {
         for (const auto& group : touchesByView(phase, event)) {
-            guarded("a view", [&] { call(*group.first, phase, group.second, event); });
+            runGuarded("a view", [&] { call(*group.first, phase, group.second, event); });
         }
     }
 }

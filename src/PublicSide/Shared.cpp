@@ -4,8 +4,8 @@
 #include <string_view>
 #include <utility>
 
+#include "Base/GuardedRun.hpp"
 #include "MirethVex/PublicSide/MirethSR.hpp"
-#include "Platform/Guarded.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 #include "PublicSide/MirethSRAccess.hpp"
 #include "PublicSide/MirethSRCore.hpp"
@@ -48,7 +48,7 @@ std::shared_ptr<platform::SystemLog> askedSystemLog(const platform::PlatformServ
     thread_local bool isAsking = false;
     bool isStructured = false;
     if (!std::exchange(isAsking, true)) {
-        platform::guarded("the system log", [&] { isStructured = services.systemLog->hasStructuredLog(); });
+        runGuarded("the system log", [&] { isStructured = services.systemLog->hasStructuredLog(); });
         isAsking = false;
     }
     return std::make_shared<AnsweredSystemLog>(services.systemLog, isStructured);
@@ -91,8 +91,7 @@ Process& makeProcess(Slot& place, platform::PlatformServices services) {
         place.services.reset();
     }
     // Now that a service that calls the library finds it made.
-    platform::guarded("a service of the platform",
-                      [made] { MirethSRAccess::core(made->entryPoint).askServices(); });
+    runGuarded("a service of the platform", [made] { MirethSRAccess::core(made->entryPoint).askServices(); });
     return *made;
 }
 

@@ -1,9 +1,10 @@
 // The token of a subscription: cancelling it or dropping it ends the subscription.
 #pragma once
 
-#include <cstdio>
 #include <functional>
 #include <utility>
+
+#include "MirethVex/Base/Export.hpp"
 
 namespace mireth {
 
@@ -35,17 +36,7 @@ class [[nodiscard]] AnyCancellable {
 
     /// Ends the subscription. A second call does nothing. What the action throws ends here, with a line on
     /// standard error: tokens are dropped in destructors, where nobody could take it.
-    void cancel() noexcept {
-        auto action = std::exchange(cancelAction_, nullptr);
-        if (!action) {
-            return;
-        }
-        try {
-            action();
-        } catch (...) {
-            std::fputs("M-VEX: the end of a subscription threw\n", stderr);
-        }
-    }
+    MIRETH_EXPORT void cancel() noexcept;
 
     /// True while the token still holds a subscription.
     explicit operator bool() const noexcept { return static_cast<bool>(cancelAction_); }

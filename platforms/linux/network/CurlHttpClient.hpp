@@ -5,8 +5,8 @@
 #include <memory>
 #include <optional>
 
+#include "Base/GuardedRun.hpp"
 #include "MirethVex/Platform/HttpClient.hpp"
-#include "platforms/linux/system/EscapedError.hpp"
 
 namespace mireth::platform {
 

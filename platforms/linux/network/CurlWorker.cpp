@@ -260,7 +260,7 @@ void CurlHttpClient::Worker::finish(Transfers::iterator transfer, HttpResult res
 
 void CurlHttpClient::Worker::complete(PendingCompletion& completion, HttpResult result) const noexcept {
     if (auto function = completion.take()) {
-        runGuarded([&] { function(std::move(result)); }, "an HTTP completion", onEscapedError_);
+        runGuarded("an HTTP completion", [&] { function(std::move(result)); }, onEscapedError_);
     }
 }
 

@@ -111,7 +111,7 @@ class NetlinkPathMonitor::Watcher {
     void watch() {
         threadId_ = std::this_thread::get_id();
         while (!stopping_) {
-            runGuarded([this] { follow(); }, "the path monitor", onEscapedError_);
+            runGuarded("the path monitor", [this] { follow(); }, onEscapedError_);
             // A process may be out of descriptors or memory for a while; nothing is known until it is not.
             report(NetworkPath{});
             if (!stopEvent_) {
@@ -173,7 +173,7 @@ class NetlinkPathMonitor::Watcher {
             return;
         }
         reported_ = path;
-        runGuarded([&] { handler_(path); }, "a handler of the network path", onEscapedError_);
+        runGuarded("a handler of the network path", [&] { handler_(path); }, onEscapedError_);
     }
 
     // Constant after construction.

@@ -3,9 +3,9 @@
 
 #include <memory>
 
+#include "Base/GuardedRun.hpp"
 #include "MirethVex/Platform/PathMonitor.hpp"
 #include "platforms/linux/network/LinkKind.hpp"
-#include "platforms/linux/system/EscapedError.hpp"
 
 namespace mireth::platform {
 

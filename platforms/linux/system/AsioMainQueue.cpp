@@ -29,7 +29,7 @@ struct AsioMainQueue::Loop {
 
     void runWork(Work& work) const noexcept {
         if (work) {
-            runGuarded(work, "work on the main queue", onEscapedError);
+            runGuarded("work on the main queue", work, onEscapedError);
         }
     }
 

@@ -3,8 +3,8 @@
 
 #include <memory>
 
+#include "Base/GuardedRun.hpp"
 #include "MirethVex/Platform/MainQueue.hpp"
-#include "platforms/linux/system/EscapedError.hpp"
 
 namespace mireth::platform {
 

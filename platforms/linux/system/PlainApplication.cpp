@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platforms/linux/system/EscapedError.hpp"
+#include "Base/GuardedRun.hpp"
 
 namespace mireth::platform {
 
@@ -12,7 +12,7 @@ void PlainApplication::moveToBackground() {
 
 AnyCancellable PlainApplication::observeDidEnterBackground(std::function<void()> observer) {
     return didEnterBackground_.sink([observer = std::move(observer)](const std::monostate&) {
-        runGuarded(observer, "an observer of the move to the background", {});
+        runGuarded("an observer of the move to the background", observer);
     });
 }
 

@@ -1,28 +1,15 @@
 #include "platforms/linux/system/RepeatingTimer.hpp"
 
-#include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace mireth::platform {
 
-using SteadyClock = std::chrono::steady_clock;
-
-SteadyClock::duration clampedDuration(Seconds seconds) {
-    constexpr double longest = 100.0 * 365 * 24 * 3600;
-    const double count = std::isnan(seconds.count()) ? 0 : std::clamp(seconds.count(), 0.0, longest);
-    return std::chrono::duration_cast<SteadyClock::duration>(Seconds(count));
-}
-
 RepeatingTimer::RepeatingTimer(boost::asio::io_context& context, Seconds interval, Work tick,
                                EscapedErrorHandler onEscapedError)
-    : timer_(context),
-      interval_(std::max<SteadyClock::duration>(clampedDuration(interval), std::chrono::milliseconds(1))),
-      onEscapedError_(std::move(onEscapedError)),
-      tick_(std::move(tick)) {}
+    : timer_(context), phase_(interval), onEscapedError_(std::move(onEscapedError)), tick_(std::move(tick)) {}
 
 void RepeatingTimer::start() {
-    due_ = SteadyClock::now() + interval_;
+    phase_.start(PhaseClock::SteadyClock::now());
     waitForNextTick();
 }
 
@@ -37,7 +24,7 @@ void RepeatingTimer::invalidate() {
 }
 
 void RepeatingTimer::waitForNextTick() {
-    timer_.expires_at(due_);
+    timer_.expires_at(phase_.due());
     timer_.async_wait([self = shared_from_this()](const boost::system::error_code& error) {
         if (!error && self->active_) {
             self->fire();
@@ -48,14 +35,13 @@ void RepeatingTimer::waitForNextTick() {
 void RepeatingTimer::fire() {
     ticking_ = true;
     if (tick_) {
-        runGuarded(tick_, "a timer on the main queue", onEscapedError_);
+        runGuarded("a timer on the main queue", tick_, onEscapedError_);
     }
     ticking_ = false;
     if (!active_) {
         return;
     }
-    const auto missed = (SteadyClock::now() - due_) / interval_;
-    due_ += (missed + 1) * interval_;
+    phase_.next(PhaseClock::SteadyClock::now());
     waitForNextTick();
 }
 

@@ -3,19 +3,15 @@
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/steady_timer.hpp>
-#include <chrono>
-#include <cstdint>
 #include <memory>
 
+#include "Base/GuardedRun.hpp"
 #include "MirethVex/Platform/MainQueue.hpp"
-#include "platforms/linux/system/EscapedError.hpp"
+#include "Platform/PhaseClock.hpp"
 
 namespace mireth::platform {
 
-/// `seconds` as a duration of the steady clock, cut to 0 … 100 years; no number counts as 0.
-std::chrono::steady_clock::duration clampedDuration(Seconds seconds);
-
-/// One timer that keeps its phase: tick n is due n intervals after the start, however late tick n − 1 ran.
+/// One timer that keeps its phase.
 ///
 /// It is owned by the handler that waits for the next tick, hence by the loop; the loop's end is its end.
 /// The token holds it weakly and may outlive both. Main thread only.
@@ -32,10 +28,9 @@ class RepeatingTimer : public std::enable_shared_from_this<RepeatingTimer> {
     void fire();
 
     boost::asio::steady_timer timer_;
-    const std::chrono::steady_clock::duration interval_;
+    PhaseClock phase_;
     const EscapedErrorHandler onEscapedError_;
     Work tick_;
-    std::chrono::steady_clock::time_point due_;
     bool active_ = true;
     bool ticking_ = false;
 };

@@ -32,7 +32,7 @@ struct ThreadPoolExecutor::Pool {
     void runAll() {
         while (auto work = next()) {
             if (*work) {
-                runGuarded(*work, "background work", onEscapedError);
+                runGuarded("background work", *work, onEscapedError);
             }
         }
     }

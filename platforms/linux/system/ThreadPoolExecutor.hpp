@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <memory>
 
+#include "Base/GuardedRun.hpp"
 #include "MirethVex/Platform/BackgroundExecutor.hpp"
-#include "platforms/linux/system/EscapedError.hpp"
 
 namespace mireth::platform {
 

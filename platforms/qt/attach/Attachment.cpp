@@ -4,9 +4,9 @@
 #include <QEvent>
 #include <utility>
 
+#include "Base/GuardedRun.hpp"
 #include "MirethVex/MirethVex.hpp"
 #include "MirethVex/Qt/QtPlatform.hpp"
-#include "Platform/Guarded.hpp"
 
 namespace mireth::qt {
 
@@ -34,7 +34,7 @@ bool Attachment::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Expose && watched->isWindowType()) {
         auto& window = static_cast<QWindow&>(*watched);
         if (window.isExposed() && isMainWindow(window)) {
-            platform::guarded("the recording of a program", [&] { shown(window); });
+            runGuarded("the recording of a program", [&] { shown(window); });
         }
     }
     return false;

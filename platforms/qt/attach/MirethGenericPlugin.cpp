@@ -3,7 +3,7 @@
 #include <QString>
 #include <utility>
 
-#include "Platform/Guarded.hpp"
+#include "Base/GuardedRun.hpp"
 #include "platforms/qt/attach/Attachment.hpp"
 #include "platforms/qt/qml/QmlModule.hpp"
 
@@ -12,7 +12,7 @@ namespace mireth::qt {
 QObject* MirethGenericPlugin::create(const QString& name, const QString& /*specification*/) {
     QObject* attachment = nullptr;
     if (name.compare(QLatin1String("mireth"), Qt::CaseInsensitive) == 0) {
-        platform::guarded("the attaching to a program", [&attachment] {
+        runGuarded("the attaching to a program", [&attachment] {
             if (auto settings = takeAttachSettings()) {
                 // Before the program loads QML that may import it.
                 registerQmlModule();

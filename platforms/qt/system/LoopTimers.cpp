@@ -2,16 +2,9 @@
 
 #include <QTimerEvent>
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace mireth::qt {
-
-SteadyClock::duration clampedDuration(platform::Seconds seconds) {
-    constexpr double longest = 100.0 * 365 * 24 * 3600;
-    const double count = std::isnan(seconds.count()) ? 0 : std::clamp(seconds.count(), 0.0, longest);
-    return std::chrono::duration_cast<SteadyClock::duration>(platform::Seconds(count));
-}
 
 void DueTimer::waitUntil(SteadyClock::time_point due) {
     using std::chrono::milliseconds;
@@ -44,11 +37,9 @@ void DelayedWork::fire() {
 }
 
 Ticker::Ticker(WorkLoop& loop, platform::Seconds interval, Work tick)
-    : DueTimer(loop),
-      interval_(std::max<SteadyClock::duration>(clampedDuration(interval), std::chrono::milliseconds(1))),
-      tick_(std::move(tick)),
-      due_(SteadyClock::now() + interval_) {
-    waitUntil(due_);
+    : DueTimer(loop), phase_(interval), tick_(std::move(tick)) {
+    phase_.start(SteadyClock::now());
+    waitUntil(phase_.due());
 }
 
 void Ticker::invalidate() {
@@ -68,9 +59,8 @@ void Ticker::fire() {
     if (!active_ || loop_.isRetired()) {
         return;
     }
-    const auto missed = std::max<SteadyClock::rep>((SteadyClock::now() - due_) / interval_, 0);
-    due_ += (missed + 1) * interval_;
-    waitUntil(due_);
+    phase_.next(SteadyClock::now());
+    waitUntil(phase_.due());
 }
 
 void TickerToken::cancel() {

@@ -8,14 +8,12 @@
 
 #include "MirethVex/Base/Work.hpp"
 #include "MirethVex/Platform/MainQueue.hpp"
+#include "Platform/PhaseClock.hpp"
 #include "platforms/qt/system/WorkLoop.hpp"
 
 namespace mireth::qt {
 
 using SteadyClock = std::chrono::steady_clock;
-
-/// `seconds` as a duration of the steady clock, cut to 0 … 100 years; no number counts as 0.
-SteadyClock::duration clampedDuration(platform::Seconds seconds);
 
 /// Waits for times of the steady clock. Main thread only.
 class DueTimer : public QObject {
@@ -48,7 +46,7 @@ class DelayedWork final : public DueTimer {
     Work work_;
 };
 
-/// Ticks in phase: tick n is due n intervals after the start, however late tick n − 1 ran.
+/// Ticks in phase.
 class Ticker final : public DueTimer {
   public:
     Ticker(WorkLoop& loop, platform::Seconds interval, Work tick);
@@ -59,9 +57,8 @@ class Ticker final : public DueTimer {
   private:
     void fire() override;
 
-    const SteadyClock::duration interval_;
+    platform::PhaseClock phase_;
     Work tick_;
-    SteadyClock::time_point due_;
     bool active_ = true;
     bool ticking_ = false;
 };

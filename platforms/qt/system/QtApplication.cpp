@@ -4,7 +4,7 @@
 #include <QWindow>
 #include <utility>
 
-#include "Platform/Guarded.hpp"
+#include "Base/GuardedRun.hpp"
 
 namespace mireth::qt {
 
@@ -29,7 +29,7 @@ std::shared_ptr<platform::Window> QtApplication::keyWindow() const {
 
 AnyCancellable QtApplication::observeDidEnterBackground(std::function<void()> observer) {
     return didEnterBackground_.sink([observer = std::move(observer)](const std::monostate&) {
-        platform::guarded("an observer of the move to the background", observer);
+        runGuarded("an observer of the move to the background", observer);
     });
 }
 

@@ -18,7 +18,7 @@ struct QtMainQueue::Gate {
     WorkLoop* loop = nullptr;  // guarded by mutex; set to null on the main thread only
 };
 
-QtMainQueue::QtMainQueue(ErrorHandler onEscapedError) : gate_(std::make_shared<Gate>()) {
+QtMainQueue::QtMainQueue(EscapedErrorHandler onEscapedError) : gate_(std::make_shared<Gate>()) {
     gate_->loop = new WorkLoop(QCoreApplication::instance(), std::move(onEscapedError), [gate = gate_] {
         const std::lock_guard lock(gate->mutex);
         gate->loop = nullptr;
@@ -50,7 +50,7 @@ void QtMainQueue::postAfter(platform::Seconds delay, Work work) {
         post(std::move(work));
         return;
     }
-    const auto due = SteadyClock::now() + clampedDuration(delay);
+    const auto due = SteadyClock::now() + platform::clampedDuration(delay);
     post([gate = gate_, due, work = std::move(work)]() mutable {
         if (auto* const loop = gate->loop) {
             new DelayedWork(*loop, due, std::move(work));
@@ -70,7 +70,7 @@ bool QtMainQueue::isCurrent() const noexcept {
 
 bool QtMainQueue::runOwnWork(const std::function<bool()>& done, platform::Seconds limit) {
     constexpr std::chrono::milliseconds betweenLooks(1);
-    const auto end = SteadyClock::now() + clampedDuration(limit);
+    const auto end = SteadyClock::now() + platform::clampedDuration(limit);
     while (!done() && SteadyClock::now() < end) {
         if (auto* const loop = gate_->loop) {
             QCoreApplication::sendPostedEvents(loop, WorkEvent::kind());

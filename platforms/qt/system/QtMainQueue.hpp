@@ -3,8 +3,8 @@
 
 #include <functional>
 #include <memory>
-#include <string_view>
 
+#include "Base/GuardedRun.hpp"
 #include "MirethVex/Platform/MainQueue.hpp"
 
 namespace mireth::qt {
@@ -16,12 +16,9 @@ namespace mireth::qt {
 /// May be destroyed by work that it runs, and on any thread.
 class QtMainQueue final : public platform::MainQueue {
   public:
-    /// Told, in words, what work has thrown. Main thread.
-    using ErrorHandler = std::function<void(std::string_view description)>;
-
-    /// On the main thread, after the application object was made. `onEscapedError`: standard error when left
-    /// out.
-    explicit QtMainQueue(ErrorHandler onEscapedError = {});
+    /// On the main thread, after the application object was made. `onEscapedError` is told on the main thread
+    /// what work has thrown; standard error when left out.
+    explicit QtMainQueue(EscapedErrorHandler onEscapedError = {});
     QtMainQueue(const QtMainQueue&) = delete;
     QtMainQueue& operator=(const QtMainQueue&) = delete;
     ~QtMainQueue() override;

@@ -1,9 +1,6 @@
 #include "platforms/qt/system/WorkLoop.hpp"
 
 #include <QCoreApplication>
-#include <cstdio>
-#include <exception>
-#include <string>
 #include <utility>
 
 namespace mireth::qt {
@@ -15,7 +12,7 @@ QEvent::Type WorkEvent::kind() {
     return type;
 }
 
-WorkLoop::WorkLoop(QObject* parent, ErrorHandler onEscapedError, std::function<void()> whenGone)
+WorkLoop::WorkLoop(QObject* parent, EscapedErrorHandler onEscapedError, std::function<void()> whenGone)
     : QObject(parent), onEscapedError_(std::move(onEscapedError)), whenGone_(std::move(whenGone)) {}
 
 WorkLoop::~WorkLoop() {
@@ -27,13 +24,7 @@ void WorkLoop::run(Work& work) noexcept {
         return;
     }
     ++running_;
-    try {
-        work();
-    } catch (const std::exception& error) {
-        report(error.what());
-    } catch (...) {
-        report("not a std::exception");
-    }
+    runGuarded("work on the main queue", work, onEscapedError_);
     --running_;
 }
 
@@ -51,20 +42,6 @@ void WorkLoop::retire() {
 void WorkLoop::customEvent(QEvent* event) {
     if (event->type() == WorkEvent::kind() && !isRetired_) {
         run(static_cast<WorkEvent*>(event)->work);
-    }
-}
-
-void WorkLoop::report(std::string_view description) const noexcept {
-    try {
-        const std::string text = "an error escaped from work on the main queue: " + std::string(description);
-        if (onEscapedError_) {
-            onEscapedError_(text);
-        } else {
-            std::fprintf(stderr, "M-VEX: %s\n", text.c_str());
-        }
-    } catch (...) {
-        // No memory for the report, or a handler that throws: the place alone has to do.
-        std::fputs("M-VEX: an error escaped from work on the main queue\n", stderr);
     }
 }
 

@@ -4,8 +4,8 @@
 #include <QEvent>
 #include <QObject>
 #include <functional>
-#include <string_view>
 
+#include "Base/GuardedRun.hpp"
 #include "MirethVex/Base/Work.hpp"
 
 namespace mireth::qt {
@@ -23,10 +23,8 @@ class WorkEvent final : public QEvent {
 /// all that has not run.
 class WorkLoop final : public QObject {
   public:
-    using ErrorHandler = std::function<void(std::string_view description)>;
-
     /// `whenGone` is called once, before anything is dropped.
-    WorkLoop(QObject* parent, ErrorHandler onEscapedError, std::function<void()> whenGone);
+    WorkLoop(QObject* parent, EscapedErrorHandler onEscapedError, std::function<void()> whenGone);
     ~WorkLoop() override;
 
     /// Runs work and reports what it throws.
@@ -40,9 +38,7 @@ class WorkLoop final : public QObject {
     void customEvent(QEvent* event) override;
 
   private:
-    void report(std::string_view description) const noexcept;
-
-    const ErrorHandler onEscapedError_;
+    const EscapedErrorHandler onEscapedError_;
     const std::function<void()> whenGone_;
     int running_ = 0;
     bool isRetired_ = false;

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/Guarded.hpp"
+#include "Base/GuardedRun.hpp"
 
 namespace mireth::qt {
 
@@ -53,7 +53,7 @@ bool TouchSource::eventFilter(QObject* watched, QEvent* event) {
     const bool isTouch = type == QEvent::TouchBegin || type == QEvent::TouchUpdate ||
                          type == QEvent::TouchEnd || type == QEvent::TouchCancel;
     if ((isMouse || isTouch) && watched->isWindowType() && !window_.gestureRecognizers().empty()) {
-        platform::guarded("the watching of touches", [&] {
+        runGuarded("the watching of touches", [&] {
             const auto& window = static_cast<const QWindow&>(*watched);
             if (isMouse) {
                 handleMouse(window, static_cast<const QMouseEvent&>(*event));

@@ -4,8 +4,8 @@
 #include <boost/asio/async_result.hpp>
 #include <optional>
 
+#include "Base/GuardedRun.hpp"
 #include "Platform/Async/DroppingScope.hpp"
-#include "Platform/Guarded.hpp"
 
 namespace mireth {
 
@@ -32,7 +32,7 @@ Task<void> suspend(Arrange arrange) {
 /// line on standard error, and its coroutine with it.
 void resumeOrDrop(Work& waiter) noexcept {
     const DroppingScope dropping;
-    platform::guarded("an executor", waiter);
+    runGuarded("an executor", waiter);
     waiter = nullptr;
 }
 

@@ -3,15 +3,14 @@
 #include <atomic>
 #include <boost/asio/execution.hpp>
 #include <boost/asio/execution_context.hpp>
-#include <cstdio>
 #include <exception>
 #include <list>
 #include <mutex>
 #include <thread>
 #include <utility>
 
+#include "Base/GuardedRun.hpp"
 #include "Platform/Async/DroppingScope.hpp"
-#include "Platform/Guarded.hpp"
 
 namespace mireth {
 
@@ -23,7 +22,7 @@ namespace execution = boost::asio::execution;
 template <class Post>
 void postOrDrop(const char* service, Post&& post) {
     if (DroppingScope::isOpen()) {
-        platform::guarded(service, post);
+        runGuarded(service, post);
     } else {
         post();
     }
@@ -126,7 +125,7 @@ class SerialTarget final : public Target, public std::enable_shared_from_this<Se
             target_.runner_ = std::thread::id();
             // A turn that is not taken drops what waits: see Turn.
             const DroppingScope dropping;
-            platform::guarded("an executor", [this] { target_.finishTurn(); });
+            runGuarded("an executor", [this] { target_.finishTurn(); });
         }
         Succession(const Succession&) = delete;
         Succession& operator=(const Succession&) = delete;
@@ -226,23 +225,8 @@ Executor makeSerialExecutor(const Executor& executor) {
     return TargetExecutor(std::make_shared<SerialTarget>(executor), true);
 }
 
-std::string describeCurrentException() {
-    try {
-        throw;
-    } catch (const std::exception& error) {
-        return error.what();
-    } catch (...) {
-        return "An error of an unknown kind.";
-    }
-}
-
 void reportEscapedException(const std::exception_ptr& exception) noexcept {
-    try {
-        std::rethrow_exception(exception);
-    } catch (...) {
-        std::fprintf(stderr, "M-VEX: an internal task ended with an error: %s\n",
-                     describeCurrentException().c_str());
-    }
+    runGuarded("an internal task", [&exception] { std::rethrow_exception(exception); });
 }
 
 }  // namespace mireth

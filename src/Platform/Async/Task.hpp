@@ -8,7 +8,6 @@
 #include <boost/asio/post.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <exception>
-#include <string>
 #include <utility>
 
 namespace mireth {
@@ -25,9 +24,6 @@ using Executor = asio::any_io_executor;
 /// Reports an exception that reached the end of a detached task, on standard error. Tasks handle their own
 /// failures; this is the last guard before the host.
 void reportEscapedException(const std::exception_ptr& exception) noexcept;
-
-/// What the exception that is being handled says of itself.
-std::string describeCurrentException();
 
 /// Runs `task` on `executor`, never inline, and forgets it. Whatever it needs, its parameters must own.
 template <class T>

@@ -24,4 +24,8 @@ std::string_view description(ApiError error) noexcept {
     return "";
 }
 
+std::string text(ApiError error) {
+    return std::string(description(error));
+}
+
 }  // namespace mireth

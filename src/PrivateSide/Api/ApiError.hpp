@@ -2,6 +2,7 @@
 #pragma once
 
 #include <expected>
+#include <string>
 #include <string_view>
 
 namespace mireth {
@@ -19,6 +20,7 @@ enum class ApiError {
 
 /// The error in words.
 std::string_view description(ApiError error) noexcept;
+std::string text(ApiError error);
 
 template <class T>
 using ApiResult = std::expected<T, ApiError>;

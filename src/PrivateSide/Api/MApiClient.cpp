@@ -7,6 +7,7 @@
 
 #include "PrivateSide/Api/LogHost.hpp"
 #include "PrivateSide/Api/UrlParser.hpp"
+#include "PrivateSide/Configuration/UnknownValue.hpp"
 
 namespace mireth {
 
@@ -14,16 +15,11 @@ namespace {
 
 namespace keys = platform::information_keys;
 
-constexpr const char* unknownVersion = "Unknown";
 constexpr const char* ingestionPath = "/mobile-sr-ingestion/v1/sessions/";
 
 /// One segment of a path, whatever characters it has.
 std::string pathSegment(const std::string& text) {
     return boost::urls::encode(text, boost::urls::pchars);
-}
-
-std::string text(ApiError error) {
-    return std::string(description(error));
 }
 
 }  // namespace
@@ -186,7 +182,7 @@ std::string MApiClient::information(std::string_view key, std::string otherwise)
 
 void MApiClient::installDefaultParameters() const {
     QueryItems items;
-    items.emplace_back("M_CLIENTVERSION", information(keys::vexVersion, unknownVersion));
+    items.emplace_back("M_CLIENTVERSION", information(keys::vexVersion, unknownValue));
     items.emplace_back("M_DEVICEOS", environment_.systemVersion);
     items.emplace_back("M_CLIENTTYPE", rawValue(environment_.clientDetails->getClientType()));
     items.emplace_back("M_ZoneID", projectId_);

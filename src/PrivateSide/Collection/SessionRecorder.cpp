@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Base/CurrentException.hpp"
 #include "PrivateSide/Configuration/RecordingError.hpp"
 #include "PrivateSide/Recording/ScalingMetadataCalculator.hpp"
 

@@ -1,9 +1,8 @@
 #include "PrivateSide/Logger/MirethLog.hpp"
 
-#include <cstdio>
-#include <exception>
 #include <utility>
 
+#include "Base/GuardedRun.hpp"
 #include "PrivateSide/Logger/ListenerScope.hpp"
 
 namespace mireth {
@@ -30,16 +29,7 @@ OSLoggers::MakeLogger sinksOf(const std::shared_ptr<platform::SystemLog>& system
 
 /// The system log may be the host's own; what it throws costs neither the listeners nor the remote log the
 /// line.
-template <class Write>
-void guardSink(const Write& write) {
-    try {
-        write();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "M-VEX: the system log threw: %s\n", error.what());
-    } catch (...) {
-        std::fputs("M-VEX: the system log threw something that is not an exception\n", stderr);
-    }
-}
+constexpr const char* systemLog = "the system log";
 
 }  // namespace
 
@@ -91,13 +81,7 @@ void MirethLogListeners::logToAll(LogTag tag, LogLevel level, const std::string&
     }
     const ListenerScope scope;
     for (const auto& listener : *listeners) {
-        try {
-            listener(tag, level, line);
-        } catch (const std::exception& error) {
-            std::fprintf(stderr, "M-VEX: a log listener threw: %s\n", error.what());
-        } catch (...) {
-            std::fprintf(stderr, "M-VEX: a log listener threw something that is not an exception\n");
-        }
+        runGuarded("a log listener", [&] { listener(tag, level, line); });
     }
 }
 
@@ -110,7 +94,7 @@ void MirethLog::info(LogTag logTag, const std::string& message, const Additional
         return;
     }
     const std::string line = lineText(message, additionalInfo);
-    guardSink([&] { osLoggers_.info(logTag, line); });
+    runGuarded(systemLog, [&] { osLoggers_.info(logTag, line); });
     logListeners_.logToAll(logTag, LogLevel::info, line);
 }
 
@@ -184,7 +168,7 @@ bool MirethLog::isAllowed(LogTag logTag) const noexcept {
 
 void MirethLog::writeError(LogTag logTag, const std::string& message, const AdditionalInfo& additionalInfo) {
     const std::string line = lineText(message, additionalInfo);
-    guardSink([&] { osLoggers_.error(logTag, line); });
+    runGuarded(systemLog, [&] { osLoggers_.error(logTag, line); });
     logListeners_.logToAll(logTag, LogLevel::error, line);
 }
 

@@ -2,12 +2,13 @@
 
 #include <nlohmann/json.hpp>
 
+#include "PrivateSide/Configuration/UnknownValue.hpp"
+
 namespace mireth {
 
 namespace {
 
 constexpr const char* clientSource = "vex-mobile";
-constexpr const char* unknownVersion = "Unknown";
 
 std::shared_ptr<const LogMessagesSampler> makeSampler(const std::shared_ptr<platform::RandomSource>& random) {
     return std::make_shared<const LogMessagesSampler>(LogMessagesSampler::uniform(random));
@@ -106,7 +107,7 @@ RemoteLog::Entries RemoteLog::buildStaticMetadata(const Environment& environment
     entries.emplace_back("clientType", rawValue(client.getClientType()));
     entries.emplace_back(
         "clientVexVersion",
-        environment.information->string(platform::information_keys::vexVersion).value_or(unknownVersion));
+        environment.information->string(platform::information_keys::vexVersion).value_or(unknownValue));
     entries.emplace_back("deviceOsVersion", environment.device->systemVersion());
     entries.emplace_back("deviceName", environment.device->name());
     entries.emplace_back("deviceCodename", environment.device->machine());

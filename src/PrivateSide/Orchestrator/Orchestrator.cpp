@@ -2,25 +2,11 @@
 
 #include <utility>
 
+#include "Base/CurrentException.hpp"
+#include "Base/ScopedFlag.hpp"
 #include "PrivateSide/Collection/Timeline/SignalData.hpp"
 
 namespace mireth {
-
-namespace {
-
-/// Clears a flag on the way out, however that is taken.
-class FlagReset {
-  public:
-    explicit FlagReset(bool& flag) : flag_(flag) {}
-    ~FlagReset() { flag_ = false; }
-    FlagReset(const FlagReset&) = delete;
-    FlagReset& operator=(const FlagReset&) = delete;
-
-  private:
-    bool& flag_;
-};
-
-}  // namespace
 
 Orchestrator::Orchestrator(MirethLog& log, Collaborators collaborators, Executor mainExecutor,
                            CurrentTimeProvider currentTimeProvider)
@@ -120,8 +106,7 @@ Task<SessionStartResult> Orchestrator::createSession(Self self, VexConfiguration
 }
 
 void Orchestrator::beginSession(const RemoteSessionInfo& info, const VexConfiguration& vexConfiguration) {
-    isBeginning_ = true;
-    const FlagReset beginningEnds(isBeginning_);
+    const ScopedFlag beginning(isBeginning_);
     state_.value = SessionState::Started{info};
     parts_.chunkPusher->startListeningForChunks(stopRecordingTask());
     parts_.sessionRecorder->startRecording(info, vexConfiguration, stopRecordingTask());

@@ -12,10 +12,6 @@ namespace {
 constexpr double lowestDraw = 1.0;
 constexpr double highestDraw = 100.0;
 
-std::string text(ApiError error) {
-    return std::string(description(error));
-}
-
 }  // namespace
 
 RemoteSessionManager::RemoteSessionManager(MirethLog& log, std::shared_ptr<MApiClient> apiClient,

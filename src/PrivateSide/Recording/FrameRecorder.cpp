@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Base/CurrentException.hpp"
 #include "Platform/Async/Task.hpp"
 #include "PrivateSide/Extensions/CALayerExtensions/LayerOperations.hpp"
 

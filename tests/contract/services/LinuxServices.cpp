@@ -140,15 +140,9 @@ class NetlinkHarness final : public PathMonitorHarness {
     std::unique_ptr<PathMonitor> makeMonitor() override { return std::make_unique<NetlinkPathMonitor>(); }
 };
 
-template <class Harness, class Made>
-Implementation<Harness> make(std::string name) {
-    return {std::move(name), [] { return std::make_unique<Made>(); }};
-}
-
 template <class Service, class Made>
 Implementation<ServiceHarness<Service>> makeService(std::string name) {
-    return {std::move(name),
-            [] { return std::make_unique<ServiceHarness<Service>>(std::make_shared<Made>()); }};
+    return serviceImplementation<Service>(std::move(name), [] { return std::make_shared<Made>(); });
 }
 
 Implementation<FileManagerHarness> makeFiles(std::string name, bool unnamedPendingFiles) {
@@ -158,16 +152,18 @@ Implementation<FileManagerHarness> makeFiles(std::string name, bool unnamedPendi
 }  // namespace
 
 INSTANTIATE_TEST_SUITE_P(Linux, MainQueueContract,
-                         testing::Values(make<MainQueueHarness, AsioMainQueueHarness>("Asio")),
+                         testing::Values(implementation<MainQueueHarness, AsioMainQueueHarness>("Asio")),
                          nameOfImplementation);
-INSTANTIATE_TEST_SUITE_P(Linux, BackgroundExecutorContract,
-                         testing::Values(make<BackgroundExecutorHarness, ThreadPoolHarness>("ThreadPool")),
-                         nameOfImplementation);
+INSTANTIATE_TEST_SUITE_P(
+    Linux, BackgroundExecutorContract,
+    testing::Values(implementation<BackgroundExecutorHarness, ThreadPoolHarness>("ThreadPool")),
+    nameOfImplementation);
 INSTANTIATE_TEST_SUITE_P(Linux, FileManagerContract,
                          testing::Values(makeFiles("Posix", true), makeFiles("PosixHiddenFiles", false)),
                          nameOfImplementation);
 INSTANTIATE_TEST_SUITE_P(Linux, HttpClientContract,
-                         testing::Values(make<HttpClientHarness, CurlHarness>("Curl")), nameOfImplementation);
+                         testing::Values(implementation<HttpClientHarness, CurlHarness>("Curl")),
+                         nameOfImplementation);
 INSTANTIATE_TEST_SUITE_P(Linux, ClockContract, testing::Values(makeService<Clock, SystemClock>("System")),
                          nameOfImplementation);
 INSTANTIATE_TEST_SUITE_P(Linux, DeviceContract, testing::Values(makeService<Device, LinuxDevice>("This")),
@@ -179,17 +175,19 @@ INSTANTIATE_TEST_SUITE_P(Linux, SystemLogContract,
                          testing::Values(makeService<SystemLog, JournalSystemLog>("Journal")),
                          nameOfImplementation);
 INSTANTIATE_TEST_SUITE_P(Linux, TextsContract,
-                         testing::Values(make<TextsHarness, InformationHarness>("InformationFile"),
-                                         make<TextsHarness, DefaultsTextsHarness>("DefaultsFile")),
+                         testing::Values(implementation<TextsHarness, InformationHarness>("InformationFile"),
+                                         implementation<TextsHarness, DefaultsTextsHarness>("DefaultsFile")),
                          nameOfImplementation);
-INSTANTIATE_TEST_SUITE_P(Linux, KeyValueStoreContract,
-                         testing::Values(make<KeyValueStoreHarness, DefaultsHarness>("DefaultsFile")),
-                         nameOfImplementation);
-INSTANTIATE_TEST_SUITE_P(Linux, ApplicationContract,
-                         testing::Values(make<ApplicationHarness, PlainApplicationHarness>("Plain")),
-                         nameOfImplementation);
+INSTANTIATE_TEST_SUITE_P(
+    Linux, KeyValueStoreContract,
+    testing::Values(implementation<KeyValueStoreHarness, DefaultsHarness>("DefaultsFile")),
+    nameOfImplementation);
+INSTANTIATE_TEST_SUITE_P(
+    Linux, ApplicationContract,
+    testing::Values(implementation<ApplicationHarness, PlainApplicationHarness>("Plain")),
+    nameOfImplementation);
 INSTANTIATE_TEST_SUITE_P(Linux, PathMonitorContract,
-                         testing::Values(make<PathMonitorHarness, NetlinkHarness>("Netlink")),
+                         testing::Values(implementation<PathMonitorHarness, NetlinkHarness>("Netlink")),
                          nameOfImplementation);
 
 }  // namespace mireth::test

@@ -73,13 +73,15 @@ TEST_P(MainQueueContract, DelayedWorkRunsNotBeforeItsDelay) {
     EXPECT_GE(ranAt - start, 0.1 - 1e-9);
 }
 
-TEST_P(MainQueueContract, ADelayOfZeroOrLessKeepsThePostedOrder) {
+TEST_P(MainQueueContract, ADelayOfZeroOrLessOrOfNoNumberKeepsThePostedOrder) {
     std::vector<int> order;
     harness_->queue().postAfter(Seconds(-1), [&] { order.push_back(1); });
     harness_->queue().post([&] { order.push_back(2); });
     harness_->queue().postAfter(Seconds(0), [&] { order.push_back(3); });
-    ASSERT_TRUE(harness_->runUntil([&] { return order.size() == 3; }, 10));
-    EXPECT_EQ(order, (std::vector{1, 2, 3}));
+    harness_->queue().postAfter(Seconds(std::nan("")), [&] { order.push_back(4); });
+    harness_->queue().post([&] { order.push_back(5); });
+    ASSERT_TRUE(harness_->runUntil([&] { return order.size() == 5; }, 10));
+    EXPECT_EQ(order, (std::vector{1, 2, 3, 4, 5}));
 }
 
 TEST_P(MainQueueContract, TheFirstTickComesAfterOneInterval) {

@@ -80,6 +80,12 @@ std::ostream& operator<<(std::ostream& out, const Implementation<Harness>& imple
     return out << implementation.name;
 }
 
+/// The one whose harness is a `Made`.
+template <class Harness, class Made>
+Implementation<Harness> implementation(std::string name) {
+    return {std::move(name), [] { return std::make_unique<Made>(); }};
+}
+
 inline constexpr auto nameOfImplementation = [](const auto& info) { return info.param.name; };
 
 /// The fixture of a suite: makes the harness before each test.

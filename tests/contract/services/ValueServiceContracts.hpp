@@ -28,6 +28,14 @@ class ServiceHarness {
     std::shared_ptr<Service> service_;
 };
 
+/// The implementation whose service `make` makes.
+template <class Service>
+Implementation<ServiceHarness<Service>> serviceImplementation(
+    std::string name, std::function<std::shared_ptr<Service>()> make) {
+    return {std::move(name),
+            [make = std::move(make)] { return std::make_unique<ServiceHarness<Service>>(make()); }};
+}
+
 using ClockContract = ContractTest<ServiceHarness<platform::Clock>>;
 using DeviceContract = ContractTest<ServiceHarness<platform::Device>>;
 using RandomSourceContract = ContractTest<ServiceHarness<platform::RandomSource>>;

@@ -246,7 +246,7 @@ TEST(CurlHttpClientHostile, WhatACompletionThrowsIsReported) {
          }});
     const auto token =
         client.send(requestTo(server.origin()), [](const HttpResult&) { throw std::runtime_error("oops"); });
-    EXPECT_EQ(reported.get_future().get(), "an error escaped from an HTTP completion: oops");
+    EXPECT_EQ(reported.get_future().get(), "an HTTP completion threw: oops");
     EXPECT_TRUE(sendAndWait(client, requestTo(server.origin()))) << "the client goes on";
 }
 

@@ -38,6 +38,9 @@ class Durability : public testing::Test {
         if (!video) {
             return std::unexpected(video.error());
         }
+        if (!*video) {
+            return PutOutcome::noRoom;
+        }
         const auto written = (*video)->append(bytes);
         if (!written) {
             return std::unexpected(written.error());
@@ -113,14 +116,17 @@ TEST_F(Durability, NothingThatComesAfterAFailedStepIsDone) {
 }
 
 TEST_F(Durability, WithoutRoomAChunkIsRefusedAsSuch) {
-    for (const auto* const step : {"video written", "row written"}) {
-        SCOPED_TRACE(step);
-        disk_.fail(step, ENOSPC);
-        EXPECT_EQ(put(0), PutOutcome::noRoom);
-        disk_.fail("");
-        EXPECT_EQ(store_->finishRemovals(), true);
-        expectNothingLeft();
+    for (const int error : {ENOSPC, EDQUOT}) {
+        for (const auto& step : allSteps) {
+            SCOPED_TRACE(step + " " + std::to_string(error));
+            disk_.fail(step, error);
+            EXPECT_EQ(put(0), PutOutcome::noRoom);
+            disk_.fail("");
+            EXPECT_EQ(store_->finishRemovals(), true);
+            expectNothingLeft();
+        }
     }
+    EXPECT_EQ(put(0), PutOutcome::kept);
 }
 
 TEST_F(Durability, AVideoThatCannotBeRemovedEitherIsSweptAtTheNextStart) {

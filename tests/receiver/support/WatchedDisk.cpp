@@ -89,6 +89,7 @@ int WatchedDisk::openFile(sqlite3_vfs*, const char* name, sqlite3_file* file, in
         disk.watchedLogMethods_ = *file->pMethods;
         disk.watchedLogMethods_.xWrite = &writeLog;
         disk.watchedLogMethods_.xSync = &syncLog;
+        disk.watchedLogMethods_.xFileControl = &controlLog;
         file->pMethods = &disk.watchedLogMethods_;
     }
     return code;
@@ -105,6 +106,14 @@ int WatchedDisk::writeLog(sqlite3_file* file, const void* bytes, int count, sqli
 int WatchedDisk::syncLog(sqlite3_file* file, int flags) {
     return current_->begin("row synced") != 0 ? SQLITE_IOERR_FSYNC
                                               : current_->logMethods_->xSync(file, flags);
+}
+
+int WatchedDisk::controlLog(sqlite3_file* file, int operation, void* argument) {
+    const int code = current_->logMethods_->xFileControl(file, operation, argument);
+    if (operation == SQLITE_FCNTL_LAST_ERRNO) {
+        *static_cast<int*>(argument) = current_->error_;
+    }
+    return code;
 }
 
 }  // namespace mireth::receiver::test

@@ -41,6 +41,7 @@ class WatchedDisk {
     static int openFile(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* outFlags);
     static int writeLog(sqlite3_file* file, const void* bytes, int count, sqlite3_int64 offset);
     static int syncLog(sqlite3_file* file, int flags);
+    static int controlLog(sqlite3_file* file, int operation, void* argument);
 
     static WatchedDisk* current_;
 

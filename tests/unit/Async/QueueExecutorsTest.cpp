@@ -178,7 +178,7 @@ TEST(Spawn, NeverBeginsInlineAndSurvivesWhatTheTaskThrows) {
     testing::internal::CaptureStderr();
     phone.runUntilIdle();
     EXPECT_TRUE(ran);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "M-VEX: an internal task ended with an error: lost\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "M-VEX: an internal task threw: lost\n");
 }
 
 TEST(RunOn, RunsThereAndComesBackWithTheResult) {

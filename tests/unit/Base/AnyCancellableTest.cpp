@@ -63,9 +63,9 @@ TEST(AnyCancellable, WhatTheActionThrowsEndsThereWithALine) {
     AnyCancellable replaced([] { throw 42; });
     replaced = AnyCancellable();
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "M-VEX: the end of a subscription threw\n"
-              "M-VEX: the end of a subscription threw\n"
-              "M-VEX: the end of a subscription threw\n");
+              "M-VEX: the end of a subscription threw: a bug of the phone's\n"
+              "M-VEX: the end of a subscription threw: An error of an unknown kind.\n"
+              "M-VEX: the end of a subscription threw: An error of an unknown kind.\n");
 }
 
 TEST(AnyCancellable, TheActionMayDropTheTokenItself) {

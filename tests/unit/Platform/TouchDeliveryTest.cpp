@@ -234,7 +234,7 @@ TEST_F(TouchDelivery, WhatARecogniserThrowsIsReportedAndKeepsNobodyFromTheTouch)
     send(1, TouchPhase::began);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "M-VEX: a gesture recogniser threw: oops\n"
-              "M-VEX: a gesture recogniser threw something that is not an exception\n");
+              "M-VEX: a gesture recogniser threw: An error of an unknown kind.\n");
     EXPECT_THAT(take(), ElementsAre("R began 1", "S began 1", "V began 1"));
 }
 

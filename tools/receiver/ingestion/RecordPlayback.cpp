@@ -80,7 +80,7 @@ bool RecordPlayback::beginVideo(const PartHead& head) {
         return failed(video.error());
     }
     video_ = std::move(*video);
-    return true;
+    return video_ != nullptr || noRoom();
 }
 
 bool RecordPlayback::collect(std::string& into, std::string_view bytes, std::size_t most, const char* what) {
@@ -109,7 +109,7 @@ bool RecordPlayback::partBytes(std::string_view bytes) {
     if (!written) {
         return failed(written.error());
     }
-    return *written || settle("ERROR", 507, "there is no room left on the disk");
+    return *written || noRoom();
 }
 
 bool RecordPlayback::partEnded() {
@@ -209,7 +209,7 @@ void RecordPlayback::keep() {
             settle("ERROR", 200, "the session was closed meanwhile");
             return;
         case PutOutcome::noRoom:
-            settle("ERROR", 507, "there is no room left on the disk");
+            noRoom();
             return;
         case PutOutcome::tooLarge:
             settle("ERROR", 413, "the session has too many bytes");

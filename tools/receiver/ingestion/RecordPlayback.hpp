@@ -52,6 +52,7 @@ class RecordPlayback final : public Exchange, private PartListener {
     bool settle(const char* status, int httpStatus, const std::string& why);
     bool malformed(const std::string& why) { return settle("ERROR", 400, why); }
     bool failed(const std::string& why) { return settle("ERROR", 500, why); }
+    bool noRoom() { return settle("ERROR", 507, "there is no room left on the disk"); }
 
     const Services services_;
     UploadLimits& shared_;

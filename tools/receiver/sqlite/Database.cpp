@@ -3,11 +3,36 @@
 
 #include <sqlite3.h>
 
+#include <cerrno>
+
 namespace mireth::receiver {
 namespace {
 
+// What the system last refused the write-ahead log. Asked of its file: sqlite3_system_errno() knows nothing
+// of a commit that failed.
+int lastErrorOfLog(sqlite3* connection) {
+    sqlite3_file* log = nullptr;
+    int error = 0;
+    if (sqlite3_file_control(connection, "main", SQLITE_FCNTL_JOURNAL_POINTER, static_cast<void*>(&log)) ==
+            SQLITE_OK &&
+        log != nullptr && log->pMethods != nullptr) {
+        log->pMethods->xFileControl(log, SQLITE_FCNTL_LAST_ERRNO, &error);
+    }
+    return error;
+}
+
+// SQLite says "full" of a write for which there is no room, but not of a sync or of a quota.
+bool foundNoRoom(sqlite3* connection) {
+    const int code = sqlite3_errcode(connection);
+    if (code != SQLITE_IOERR) {
+        return code == SQLITE_FULL;
+    }
+    const int error = lastErrorOfLog(connection);
+    return error == ENOSPC || error == EDQUOT;
+}
+
 [[noreturn]] void fail(sqlite3* connection) {
-    throw DatabaseError(sqlite3_errmsg(connection), sqlite3_errcode(connection) == SQLITE_FULL);
+    throw DatabaseError(sqlite3_errmsg(connection), foundNoRoom(connection));
 }
 
 }  // namespace

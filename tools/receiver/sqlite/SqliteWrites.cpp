@@ -178,8 +178,12 @@ Stored<PutOutcome> SqliteStore::putChunk(const std::string& sessionId, const Chu
         return std::unexpected(digest.error());
     }
     // Outside the lock, so that several uploads can wait for the disk at once.
-    if (auto durable = file.sync(); !durable) {
+    const auto durable = file.sync();
+    if (!durable) {
         return std::unexpected(durable.error());
+    }
+    if (!*durable) {
+        return PutOutcome::noRoom;
     }
     return caught("cannot keep a chunk", [&] {
         auto outcome = PutOutcome::kept;

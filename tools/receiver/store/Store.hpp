@@ -67,6 +67,7 @@ class Store {
     virtual Stored<CloseOutcome> closeSession(const std::string& id, const std::string& brandId,
                                               const std::string& projectId, std::int64_t millis) = 0;
 
+    /// Null when there is no room left.
     virtual Stored<std::unique_ptr<IncomingVideo>> beginVideo() = 0;
     /// Keeps the chunk and its video as one, or neither. `video` must come from this store's beginVideo.
     /// `summary` is of the chunk's timeline. `chunk.video` and `bytes` are not looked at: the store knows

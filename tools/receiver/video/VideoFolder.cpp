@@ -19,6 +19,11 @@ std::unexpected<std::string> failure(const std::string& what) {
     return std::unexpected(what + ": " + std::generic_category().message(errno));
 }
 
+// Any step may be the one that finds out: some file systems take bytes first and look for room when syncing.
+bool foundNoRoom() {
+    return errno == ENOSPC || errno == EDQUOT;
+}
+
 }  // namespace
 
 class VideoFile::Digest {
@@ -77,7 +82,7 @@ Stored<bool> VideoFile::append(std::string_view bytes) {
         if (written < 0 && errno == EINTR) {
             continue;
         }
-        if (written < 0 && (errno == ENOSPC || errno == EDQUOT)) {
+        if (written < 0 && foundNoRoom()) {
             return false;
         }
         if (written < 0) {
@@ -92,12 +97,12 @@ bool VideoFile::readAt(std::uint64_t offset, std::span<unsigned char> into) {
     return readFully(file_.get(), offset, into);
 }
 
-Stored<void> VideoFile::sync() {
+Stored<bool> VideoFile::sync() {
     // The folder too: without that a crash can leave bytes that no name leads to.
-    if (files_.sync(file_.get()) != 0 || files_.sync(folder_) != 0) {
-        return failure("cannot make the video " + name_ + " durable");
+    if (files_.sync(file_.get()) == 0 && files_.sync(folder_) == 0) {
+        return true;
     }
-    return {};
+    return foundNoRoom() ? Stored<bool>(false) : failure("cannot make the video " + name_ + " durable");
 }
 
 Stored<std::string> VideoFile::digest() const {
@@ -121,6 +126,9 @@ Stored<VideoFolder> VideoFolder::open(const std::string& path, DiskBudget& budge
 Stored<std::unique_ptr<VideoFile>> VideoFolder::create(const std::string& identifier) const {
     std::string name = identifier + ".mp4";
     UniqueFd file(files_->create(folder_.get(), name.c_str()));
+    if (!file && foundNoRoom()) {
+        return nullptr;
+    }
     if (!file) {
         return failure("cannot make the video " + pathOf(name));
     }

@@ -29,8 +29,8 @@ class VideoFile final : public IncomingVideo {
     std::uint64_t size() const override { return size_; }
     bool readAt(std::uint64_t offset, std::span<unsigned char> into) override;
 
-    /// Makes the bytes and the name durable.
-    Stored<void> sync();
+    /// Makes the bytes and the name durable; false when there is no room left.
+    Stored<bool> sync();
     /// The file stays when this object goes.
     void keep() { kept_ = true; }
     bool isKept() const { return kept_; }
@@ -57,7 +57,7 @@ class VideoFolder {
     /// Opens `path`, making it (0700) when it is absent. `budget` and `files` outlive the folder.
     static Stored<VideoFolder> open(const std::string& path, DiskBudget& budget, FileSystem& files);
 
-    /// A new, empty file with mode 0600. It must not outlive the folder.
+    /// A new, empty file with mode 0600; null when there is no room left. It must not outlive the folder.
     Stored<std::unique_ptr<VideoFile>> create(const std::string& identifier) const;
     /// A kept file, to be read; it stays readable when it is removed meanwhile.
     Stored<std::unique_ptr<ByteSource>> read(const std::string& name) const;

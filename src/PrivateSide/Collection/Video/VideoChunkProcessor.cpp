@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+#include "Base/CurrentException.hpp"
+
 namespace mireth {
 
 struct VideoChunkProcessor::Collaborators {
@@ -13,7 +15,7 @@ struct VideoChunkProcessor::Collaborators {
     CurrentTimeProvider currentTimeProvider;
     Executor executor;
 
-    void reportFailure(std::int64_t chunkNumber, const char* errorDetails) const {
+    void reportFailure(std::int64_t chunkNumber, const std::string& errorDetails) const {
         log.error(LogTag::playback, "Failed to create chunk",
                   {{"chunkNumber", std::to_string(chunkNumber)}, {"errorDetails", errorDetails}});
     }
@@ -40,11 +42,8 @@ Task<void> VideoChunkProcessor::save(std::shared_ptr<const Collaborators> with, 
     try {
         Task<void> work = encode(with, std::move(frames), std::move(session), chunkNumber, configuration);
         co_await runOn(with->executor, std::move(work));
-    } catch (const std::exception& error) {
-        with->reportFailure(chunkNumber, error.what());
-        throw;
     } catch (...) {
-        with->reportFailure(chunkNumber, "An error of an unknown kind.");
+        with->reportFailure(chunkNumber, describeCurrentException());
         throw;
     }
 }

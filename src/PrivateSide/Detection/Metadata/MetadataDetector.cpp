@@ -2,13 +2,14 @@
 
 #include <utility>
 
+#include "PrivateSide/Configuration/UnknownValue.hpp"
+
 namespace mireth {
 
 namespace {
 
 namespace keys = platform::information_keys;
 
-constexpr const char* unknownValue = "Unknown";
 /// The service knows one platform.
 constexpr const char* platformName = "iOS";
 

@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string_view>
 #include <thread>
 
 #include "MirethVex/Headless/InFlight.hpp"
@@ -32,9 +33,12 @@ class Schedule;
 class VirtualMainQueue final : public platform::MainQueue {
   public:
     using Instant = std::chrono::nanoseconds;
+    /// Told, in words, what work has thrown. Main thread.
+    using ErrorHandler = std::function<void(std::string_view description)>;
 
-    /// `pace` > 0: seconds of the script in one real second. Nothing: virtual time.
-    explicit VirtualMainQueue(std::optional<double> pace = std::nullopt);
+    /// `pace` > 0: seconds of the script in one real second. Nothing: virtual time. `onEscapedError`:
+    /// standard error when left out.
+    explicit VirtualMainQueue(std::optional<double> pace = std::nullopt, ErrorHandler onEscapedError = {});
     VirtualMainQueue(const VirtualMainQueue&) = delete;
     VirtualMainQueue& operator=(const VirtualMainQueue&) = delete;
     ~VirtualMainQueue() override;
@@ -89,6 +93,7 @@ class VirtualMainQueue final : public platform::MainQueue {
     std::chrono::steady_clock::time_point steadyTime(Instant at) const;
 
     const std::optional<double> pace_;
+    const ErrorHandler onEscapedError_;
     const std::thread::id mainThread_;
     const std::shared_ptr<WakeUp> wakeUp_;
     const std::shared_ptr<InFlight> inFlight_;

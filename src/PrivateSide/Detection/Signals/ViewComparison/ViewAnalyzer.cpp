@@ -1,5 +1,6 @@
 #include "PrivateSide/Detection/Signals/ViewComparison/ViewAnalyzer.hpp"
 
+#include "Base/CurrentException.hpp"
 #include "Platform/Async/Task.hpp"
 
 namespace mireth {
