@@ -22,20 +22,21 @@ TEST_F(SessionList, SaysWhatASessionHolds) {
     keep({.id = "S1",
           .startMillis = 1'700'000'000'000,
           .projectId = "shop",
-          .chunks = {{screenEvent("Cart"), metadataEvent("DeviceModel", "Phone"),
-                      metadataEvent("OperatingSystem", "iOS 17.4"), tapEvent(), tapEvent()},
-                     {screenEvent("Cart", "disappear"), screenEvent("Pay"), screenEvent("Cart"),
-                      signalEvent("RageTap"), signalEvent("DeadTap"), signalEvent("DeadTap"),
-                      signalEvent("ErrorTap", "no stock")}}});
+          .chunks = {
+              {screenEvent("Shop", "disappear"), screenEvent("Cart"), metadataEvent("DeviceModel", "Phone"),
+               metadataEvent("OperatingSystem", "iOS 17.4"), tapEvent(), tapEvent()},
+              {screenEvent("Cart", "disappear"), screenEvent("Pay"), screenEvent("Cart"),
+               signalEvent("RageTap"), signalEvent("DeadTap"), signalEvent("DeadTap"),
+               signalEvent("ErrorTap", "no stock")}}});
     EXPECT_EQ(page(), json::parse(R"({"sessions":[{"id":"S1","brandId":"b1","projectId":"shop","state":"open",
         "startMillis":1700000000000,"lastMillis":1700000020000,"durationMillis":20000,
-        "device":{"model":"Phone","system":"iOS 17.4"},"screens":["Cart","Pay"],"screenCount":2,
+        "device":{"model":"Phone","system":"iOS 17.4"},"screens":["Shop","Cart","Pay"],"screenCount":3,
         "counts":{"taps":2,"rageTaps":1,"deadTaps":2,"errorTaps":1},"chunks":2,"missingChunks":0,"bytes":10}],
         "next":null,"total":1})"));
     receiver_.closeSession("S1", "b1", "shop");
     EXPECT_EQ(page().at("sessions").at(0).at("state"), "closed");
     EXPECT_EQ(receiver_.getJson("/api/facets"),
-              json::parse(R"({"projects":["shop"],"screens":["Cart","Pay"],"moreScreens":false})"));
+              json::parse(R"({"projects":["shop"],"screens":["Cart","Pay","Shop"],"moreScreens":false})"));
 }
 
 TEST_F(SessionList, SaysSoWhereThereAreMoreScreensThanItNames) {

@@ -49,10 +49,8 @@ class Summing {
         }
     }
 
+    /// Of a screen that was there when the recording began, only the disappearance is in the timeline.
     void addScreens(const Json& details) {
-        if (details.value("changeType", "") != "appear") {
-            return;
-        }
         for (const auto& screen : details.at("screenHierarchy")) {
             addText(FoundText::Kind::screen, screen.value("screenName", ""));
         }

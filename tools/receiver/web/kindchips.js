@@ -4,7 +4,8 @@ import { el, setText } from './dom.js';
 const groups = [
     ['Taps', ['tap']],
     ['Signals', ['rage', 'dead', 'error']],
-    ['Screens', ['screen', 'note']],
+    ['Screens', ['screen']],
+    ['Notes', ['note']],
     ['Log', ['log']],
 ];
 
