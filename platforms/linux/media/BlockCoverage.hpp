@@ -36,7 +36,7 @@ class BlockCoverage {
     int margin() const noexcept { return margin_; }
     /// A row of the smallest block, which has twice the margin and one pixels a side.
     std::span<const std::uint8_t> row(int number) const {
-        const auto side = static_cast<std::size_t>(2 * margin_ + 1);
+        const auto side = 2 * static_cast<std::size_t>(margin_) + 1;
         return std::span(coverage_).subspan(static_cast<std::size_t>(number) * side, side);
     }
 
