@@ -3,37 +3,28 @@
 
 #include <utility>
 
+#include "MirethVex/Headless/HttpCall.hpp"
+
 namespace mireth::headless {
 
 using platform::HttpResult;
 
-struct OrderedHttpClient::Call {
+struct OrderedHttpClient::Call : HttpCall {
+    Call(Completion completion, InFlight::Operation begun)
+        : HttpCall(std::move(completion)), operation(std::move(begun)) {}
+
     std::mutex mutex;
-    Completion completion;          // guarded by mutex; empty once it was taken or the call has ended
     InFlight::Operation operation;  // guarded by mutex
 
-    /// `finish` and `end` may be called from several threads; an operation may not.
+    /// `finish` and `land` may be called from several threads; an operation may not.
     void finish(Work continuation) {
         const std::lock_guard lock(mutex);
         operation.finish(std::move(continuation));
     }
-
-    void deliver(HttpResult result) {
-        Completion receiver;
-        {
-            const std::lock_guard lock(mutex);
-            receiver = std::exchange(completion, nullptr);
-        }
-        if (receiver) {
-            receiver(std::move(result));
-        }
-    }
-
-    void end() noexcept {
-        Completion dropped;
+    /// In flight no longer.
+    void land() noexcept {
         InFlight::Operation ended;
         const std::lock_guard lock(mutex);
-        dropped = std::exchange(completion, nullptr);
         ended = std::move(operation);
     }
 };
@@ -47,14 +38,13 @@ OrderedHttpClient::~OrderedHttpClient() {
     for (const auto& weak : calls_) {
         if (const auto call = weak.lock()) {
             call->end();
+            call->land();
         }
     }
 }
 
 AnyCancellable OrderedHttpClient::send(platform::HttpRequest request, Completion completion) {
-    const auto call = std::make_shared<Call>();
-    call->completion = std::move(completion);
-    call->operation = inFlight_->begin();
+    const auto call = std::make_shared<Call>(std::move(completion), inFlight_->begin());
     {
         const std::lock_guard lock(mutex_);
         std::erase_if(calls_, [](const auto& weak) { return weak.expired(); });
@@ -65,12 +55,13 @@ AnyCancellable OrderedHttpClient::send(platform::HttpRequest request, Completion
             call->finish([call, result = std::move(result)]() mutable { call->deliver(std::move(result)); });
         } else {
             call->deliver(std::move(result));
-            call->end();
+            call->land();
         }
     };
     auto token = inner_->send(std::move(request), std::move(receive));
     return AnyCancellable([call, token = std::move(token)]() mutable {
-        call->end();
+        call->drop();
+        call->land();
         token.cancel();
     });
 }

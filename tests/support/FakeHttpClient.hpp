@@ -10,19 +10,28 @@
 #include <utility>
 #include <vector>
 
+#include "MirethVex/Headless/HttpCall.hpp"
 #include "MirethVex/Platform/BackgroundExecutor.hpp"
 #include "MirethVex/Platform/HttpClient.hpp"
 
 namespace mireth::test {
 
-/// Answers come on the background executor. Any thread may send.
+/// Answers come on the background executor. Any thread may send. There is no network behind it: any address
+/// is good, and no answer too long.
 class FakeHttpClient final : public platform::HttpClient {
   public:
-    /// Nothing: the request is held until `complete`.
+    /// Called on the background executor. Nothing: the request is held until `complete`.
     using Answer = std::function<std::optional<platform::HttpResult>(const platform::HttpRequest&)>;
 
     explicit FakeHttpClient(std::shared_ptr<platform::BackgroundExecutor> background)
         : background_(std::move(background)) {}
+    FakeHttpClient(const FakeHttpClient&) = delete;
+    FakeHttpClient& operator=(const FakeHttpClient&) = delete;
+    ~FakeHttpClient() override {
+        for (const auto& call : calls()) {
+            call->end();
+        }
+    }
 
     static platform::HttpResult response(int status, std::string body,
                                          platform::HeaderFields headers = bothHeaders()) {
@@ -39,9 +48,10 @@ class FakeHttpClient final : public platform::HttpClient {
         return std::unexpected(platform::TransportError{std::move(description)});
     }
 
+    /// For the requests sent from now on.
     void setAnswer(Answer answer) {
         const std::lock_guard lock(mutex_);
-        answer_ = std::move(answer);
+        std::swap(answer_, answer);
     }
     void answerAll(platform::HttpResult result) {
         setAnswer([result = std::move(result)](const auto&) { return result; });
@@ -49,22 +59,22 @@ class FakeHttpClient final : public platform::HttpClient {
     void holdAll() { setAnswer({}); }
 
     AnyCancellable send(platform::HttpRequest request, Completion completion) override {
-        auto call = std::make_shared<Call>();
-        call->completion = std::move(completion);
-        std::optional<platform::HttpResult> result;
+        auto call = std::make_shared<headless::HttpCall>(std::move(completion));
+        Answer answer;
         {
             const std::lock_guard lock(mutex_);
             calls_.push_back(call);
             requests_.push_back(request);
-            if (answer_) {
-                result = answer_(request);
-            }
+            answer = answer_;
         }
-        if (result) {
-            background_->post(
-                [call, result = std::move(*result)]() mutable { call->finish(std::move(result)); });
+        if (answer) {
+            background_->post([call, answer = std::move(answer), request = std::move(request)] {
+                if (auto result = answer(request)) {
+                    call->deliver(std::move(*result));
+                }
+            });
         }
-        return AnyCancellable([call] { call->cancel(); });
+        return AnyCancellable([call] { call->drop(); });
     }
 
     std::vector<platform::HttpRequest> requests() const {
@@ -74,65 +84,30 @@ class FakeHttpClient final : public platform::HttpClient {
 
     /// Answers the held request number `index`.
     void complete(std::size_t index, platform::HttpResult result) {
-        std::shared_ptr<Call> call;
-        {
-            const std::lock_guard lock(mutex_);
-            call = calls_.at(index);
-        }
-        call->finish(std::move(result));
+        calls().at(index)->deliver(std::move(result));
     }
 
-    bool isCancelled(std::size_t index) const {
-        const std::lock_guard lock(mutex_);
-        return calls_.at(index)->isCancelled();
-    }
+    /// True when request number `index` was ended before its completion was called.
+    bool isCancelled(std::size_t index) const { return calls().at(index)->isDropped(); }
 
     /// Drops every held completion uncalled, as a client does that goes away.
     void dropHeld() {
-        std::vector<std::shared_ptr<Call>> calls;
-        {
-            const std::lock_guard lock(mutex_);
-            calls = calls_;
-        }
-        for (const auto& call : calls) {
+        for (const auto& call : calls()) {
             call->drop();
         }
     }
 
   private:
-    struct Call {
-        std::mutex mutex;
-        Completion completion;   // guarded by mutex
-        bool cancelled = false;  // guarded by mutex
-
-        Completion take() {
-            const std::lock_guard lock(mutex);
-            return std::exchange(completion, nullptr);
-        }
-        void finish(platform::HttpResult result) {
-            if (auto taken = take()) {
-                taken(std::move(result));
-            }
-        }
-        void drop() { const Completion dropped = take(); }
-        void cancel() {
-            {
-                const std::lock_guard lock(mutex);
-                cancelled = completion != nullptr;
-            }
-            drop();
-        }
-        bool isCancelled() {
-            const std::lock_guard lock(mutex);
-            return cancelled;
-        }
-    };
+    std::vector<std::shared_ptr<headless::HttpCall>> calls() const {
+        const std::lock_guard lock(mutex_);
+        return calls_;
+    }
 
     const std::shared_ptr<platform::BackgroundExecutor> background_;
     mutable std::mutex mutex_;
-    Answer answer_;                                // guarded by mutex_
-    std::vector<std::shared_ptr<Call>> calls_;     // guarded by mutex_
-    std::vector<platform::HttpRequest> requests_;  // guarded by mutex_
+    Answer answer_;                                           // guarded by mutex_
+    std::vector<std::shared_ptr<headless::HttpCall>> calls_;  // guarded by mutex_
+    std::vector<platform::HttpRequest> requests_;             // guarded by mutex_
 };
 
 }  // namespace mireth::test

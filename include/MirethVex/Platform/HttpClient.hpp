@@ -62,7 +62,7 @@ class HttpClient {
   public:
     using Completion = std::move_only_function<void(HttpResult)>;
 
-    /// Ends every request still running; their completions are dropped. Waits for a running completion.
+    /// Ends the requests still running and drops their completions. Waits for one that runs, unless from it.
     virtual ~HttpClient() = default;
 
     /// Starts `request` and returns at once. `completion` is called exactly once, on a thread of the client's

@@ -5,6 +5,7 @@
 #include <future>
 #include <memory>
 #include <thread>
+#include <utility>
 
 #include "MirethVex/Headless/VirtualMainQueue.hpp"
 #include "TestSupport.hpp"
@@ -30,8 +31,10 @@ class DrivenLoop {
 
     /// Waits for the work that is running; the queue drops the rest.
     void end() {
-        queue_.reset();
         ended_ = true;
+        if (const auto queue = std::exchange(queue_, nullptr)) {
+            queue->post(nullptr);  // wakes a loop that waits for what is in flight
+        }
         if (thread_.joinable()) {
             thread_.join();
         }

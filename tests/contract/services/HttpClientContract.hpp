@@ -1,6 +1,11 @@
 // The rules of every HttpClient, with a service that the test scripts.
 #pragma once
 
+#include <future>
+#include <memory>
+#include <string>
+#include <utility>
+
 #include "MirethVex/Platform/HttpClient.hpp"
 #include "TestSupport.hpp"
 
@@ -27,6 +32,43 @@ class HttpClientHarness {
     virtual void setService(Service service) = 0;
 };
 
-using HttpClientContract = ContractTest<HttpClientHarness>;
+class HttpClientContract : public ContractTest<HttpClientHarness> {};
+/// What guards against the servers of others. Clients that reach no network have nothing to answer here.
+class HttpClientNetwork : public ContractTest<HttpClientHarness> {};
+
+inline platform::UrlResponse answer(int status, std::string body = {}) {
+    platform::UrlResponse response;
+    response.status = status;
+    response.body = std::move(body);
+    return response;
+}
+
+/// Sends and waits; a completion that never comes is a failure of its own.
+inline platform::HttpResult sendAndWait(platform::HttpClient& client, platform::HttpRequest request) {
+    auto promise = std::make_shared<std::promise<platform::HttpResult>>();
+    auto result = promise->get_future();
+    const AnyCancellable token = client.send(
+        std::move(request), [promise](platform::HttpResult value) { promise->set_value(std::move(value)); });
+    if (result.wait_for(std::chrono::seconds(30)) != std::future_status::ready) {
+        return std::unexpected(platform::TransportError{"TEST: no completion"});
+    }
+    return result.get();
+}
+
+inline platform::HttpRequest requestTo(const std::string& url) {
+    platform::HttpRequest request;
+    request.url = url;
+    return request;
+}
+
+/// What a service sees of a request that no network carries.
+inline HttpClientHarness::Seen seenOf(const platform::HttpRequest& request, const std::string& origin) {
+    HttpClientHarness::Seen seen{
+        request.method, request.url.substr(origin.size()), {}, request.body.value_or("")};
+    for (const auto& [name, value] : request.headers) {
+        seen.headers.insert_or_assign(name, value);
+    }
+    return seen;
+}
 
 }  // namespace mireth::test

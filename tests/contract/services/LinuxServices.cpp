@@ -164,6 +164,9 @@ INSTANTIATE_TEST_SUITE_P(Linux, FileManagerContract,
 INSTANTIATE_TEST_SUITE_P(Linux, HttpClientContract,
                          testing::Values(implementation<HttpClientHarness, CurlHarness>("Curl")),
                          nameOfImplementation);
+INSTANTIATE_TEST_SUITE_P(Linux, HttpClientNetwork,
+                         testing::Values(implementation<HttpClientHarness, CurlHarness>("Curl")),
+                         nameOfImplementation);
 INSTANTIATE_TEST_SUITE_P(Linux, ClockContract, testing::Values(makeService<Clock, SystemClock>("System")),
                          nameOfImplementation);
 INSTANTIATE_TEST_SUITE_P(Linux, DeviceContract, testing::Values(makeService<Device, LinuxDevice>("This")),
