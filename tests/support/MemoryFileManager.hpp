@@ -1,10 +1,12 @@
 // A file manager that keeps files in memory and fails where a test wants it to.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -14,9 +16,11 @@
 
 namespace mireth::tests {
 
-/// One thread at a time. Must outlive the files it hands out.
+/// Must outlive the files it hands out. One thread at a time, other than the contract has it: tests look into
+/// its maps. For the same reason it has no links, modes or owners.
 class MemoryFileManager final : public platform::FileManager {
   public:
+    /// What a test puts here has the directories above it.
     std::map<std::filesystem::path, std::string> files;
     std::set<std::filesystem::path> directories;
     /// Set to have the operation fail with these words.
@@ -28,31 +32,40 @@ class MemoryFileManager final : public platform::FileManager {
         return std::filesystem::path("/caches");
     }
     bool itemExists(const std::filesystem::path& path) override {
-        return files.contains(path) || directories.contains(path);
+        return files.contains(path) || isDirectory(path);
     }
     platform::FileResult<void> createDirectory(const std::filesystem::path& path) override {
-        for (auto directory = path; directory.has_relative_path(); directory = directory.parent_path()) {
-            directories.insert(directory);
+        const auto whole = path.has_filename() ? path : path.parent_path();
+        if (!isUsable(whole)) {
+            return failure("create directory", path, "no usable name");
         }
+        std::set<std::filesystem::path> missing;
+        for (auto directory = whole; !isDirectory(directory); directory = directory.parent_path()) {
+            if (files.contains(directory)) {
+                return failure("create directory", path, "a file is in the way");
+            }
+            missing.insert(directory);
+        }
+        directories.merge(missing);
         return {};
     }
     platform::FileResult<std::vector<std::filesystem::path>> contentsOfDirectory(
         const std::filesystem::path& path) override {
+        if (!isDirectory(path)) {
+            return failure("list", path, "no such directory");
+        }
         std::set<std::filesystem::path> entries;
         for (const auto& [file, content] : files) {
-            if (file.parent_path() == path) {
-                entries.insert(file);
-            }
+            entries.insert(entryOf(path, file).value_or(path));
         }
         for (const auto& directory : directories) {
-            if (directory.parent_path() == path) {
-                entries.insert(directory);
-            }
+            entries.insert(entryOf(path, directory).value_or(path));
         }
+        entries.erase(path);
         return std::vector<std::filesystem::path>(entries.begin(), entries.end());
     }
     platform::FileResult<void> removeItem(const std::filesystem::path& path) override {
-        if (files.erase(path) + directories.erase(path) == 0) {
+        if (files.erase(path) == 0) {
             return failure("remove", path, "no such file");
         }
         return {};
@@ -73,10 +86,37 @@ class MemoryFileManager final : public platform::FileManager {
         if (!createFailure.empty()) {
             return failure("create", path, createFailure);
         }
+        if (!isUsable(path)) {
+            return failure("create", path, "no usable name");
+        }
+        if (!isDirectory(path.parent_path())) {
+            return failure("create", path, "no such directory");
+        }
         return std::make_unique<Pending>(*this, path);
     }
 
   private:
+    bool isDirectory(const std::filesystem::path& path) const {
+        const auto isIn = [&path](const auto& file) { return entryOf(path, file.first).has_value(); };
+        return path == "/" || directories.contains(path) || std::ranges::any_of(files, isIn);
+    }
+    /// The entry of `directory` that is `item`, or has it somewhere below.
+    static std::optional<std::filesystem::path> entryOf(const std::filesystem::path& directory,
+                                                        const std::filesystem::path& item) {
+        for (auto entry = item; entry.has_relative_path(); entry = entry.parent_path()) {
+            if (entry.parent_path() == directory) {
+                return entry;
+            }
+        }
+        return std::nullopt;
+    }
+    /// The last component can name something new.
+    static bool isUsable(const std::filesystem::path& path) {
+        const std::string name = path.filename().string();
+        return path.is_absolute() && !name.empty() && name != "." && name != ".." && name.size() <= 255 &&
+               !name.contains('\0');
+    }
+
     static std::unexpected<platform::FileError> failure(const std::string& operation,
                                                         const std::filesystem::path& path,
                                                         const std::string& reason) {
@@ -88,6 +128,9 @@ class MemoryFileManager final : public platform::FileManager {
         Pending(MemoryFileManager& manager, std::filesystem::path path)
             : manager_(manager), path_(std::move(path)) {}
         platform::FileResult<void> write(std::span<const std::byte> bytes) override {
+            if (isDone_) {
+                return failure("write", path_, "the file is complete");
+            }
             if (!manager_.writeFailure.empty()) {
                 return failure("write", path_, manager_.writeFailure);
             }
@@ -98,9 +141,10 @@ class MemoryFileManager final : public platform::FileManager {
             if (!manager_.commitFailure.empty()) {
                 return failure("commit", path_, manager_.commitFailure);
             }
-            if (manager_.itemExists(path_)) {
+            if (isDone_ || manager_.itemExists(path_)) {
                 return failure("commit", path_, "file exists");
             }
+            isDone_ = true;
             manager_.files[path_] = content_;
             return {};
         }
@@ -109,6 +153,7 @@ class MemoryFileManager final : public platform::FileManager {
         MemoryFileManager& manager_;
         std::filesystem::path path_;
         std::string content_;
+        bool isDone_ = false;
     };
 };
 

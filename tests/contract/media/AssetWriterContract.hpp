@@ -63,6 +63,7 @@ struct AssetWriterAnswer {
 
 class AssetWriterContract : public testing::TestWithParam<AssetWriterAnswer> {
   protected:
+    void SetUp() override { ASSERT_TRUE(files->createDirectory(outputFile.parent_path())); }
     WriterTrack makeTrack(Size size = {250, 500}, std::int32_t timescale = 600, std::int64_t duration = 300) {
         WriterTrack track;
         track.writer = factory->makeWriter(outputFile, FileType::mpeg4, timescale, duration);

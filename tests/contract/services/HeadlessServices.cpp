@@ -64,8 +64,10 @@ class FaultlessFilesHarness final : public FileManagerHarness {
   public:
     platform::FileManager& files() override { return files_; }
     std::filesystem::path expectedCachesDirectory() override { return "/caches"; }
+    std::filesystem::path root() override { return root_.path(); }
 
   private:
+    TemporaryDirectory root_;
     FaultInjectingFileManager files_{std::make_shared<platform::PosixFileManager>(
         platform::PosixFileManagerOptions{.cachesDirectory = "/caches"})};
 };
@@ -108,6 +110,10 @@ INSTANTIATE_TEST_SUITE_P(Headless, KeyValueStoreContract,
                          nameOfImplementation);
 INSTANTIATE_TEST_SUITE_P(
     Headless, FileManagerContract,
+    testing::Values(implementation<FileManagerHarness, FaultlessFilesHarness>("WithoutFaults")),
+    nameOfImplementation);
+INSTANTIATE_TEST_SUITE_P(
+    Headless, FileManagerOnDisk,
     testing::Values(implementation<FileManagerHarness, FaultlessFilesHarness>("WithoutFaults")),
     nameOfImplementation);
 

@@ -70,8 +70,10 @@ class PosixFilesHarness final : public FileManagerHarness {
         : files_({.cachesDirectory = "/caches", .unnamedPendingFiles = unnamedPendingFiles}) {}
     FileManager& files() override { return files_; }
     std::filesystem::path expectedCachesDirectory() override { return "/caches"; }
+    std::filesystem::path root() override { return root_.path(); }
 
   private:
+    TemporaryDirectory root_;
     PosixFileManager files_;
 };
 
@@ -159,6 +161,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(implementation<BackgroundExecutorHarness, ThreadPoolHarness>("ThreadPool")),
     nameOfImplementation);
 INSTANTIATE_TEST_SUITE_P(Linux, FileManagerContract,
+                         testing::Values(makeFiles("Posix", true), makeFiles("PosixHiddenFiles", false)),
+                         nameOfImplementation);
+INSTANTIATE_TEST_SUITE_P(Linux, FileManagerOnDisk,
                          testing::Values(makeFiles("Posix", true), makeFiles("PosixHiddenFiles", false)),
                          nameOfImplementation);
 INSTANTIATE_TEST_SUITE_P(Linux, HttpClientContract,

@@ -1,7 +1,9 @@
 // Holds the doubles of the unit tests to the contracts of what they stand for.
+#include "FileManagerContract.hpp"
 #include "HttpClientContract.hpp"
 #include "platforms/linux/system/ThreadPoolExecutor.hpp"
 #include "support/FakeHttpClient.hpp"
+#include "support/MemoryFileManager.hpp"
 
 namespace mireth::test {
 
@@ -25,10 +27,26 @@ class FakeHttpClientHarness final : public HttpClientHarness {
     std::unique_ptr<FakeHttpClient> client_ = std::make_unique<FakeHttpClient>(threads_);
 };
 
+class MemoryFilesHarness final : public FileManagerHarness {
+  public:
+    MemoryFilesHarness() { files_.directories.insert("/caches"); }
+
+    platform::FileManager& files() override { return files_; }
+    std::filesystem::path expectedCachesDirectory() override { return "/caches"; }
+    std::filesystem::path root() override { return "/caches"; }
+
+  private:
+    tests::MemoryFileManager files_;
+};
+
 }  // namespace
 
 INSTANTIATE_TEST_SUITE_P(Doubles, HttpClientContract,
                          testing::Values(implementation<HttpClientHarness, FakeHttpClientHarness>("Fake")),
+                         nameOfImplementation);
+
+INSTANTIATE_TEST_SUITE_P(Doubles, FileManagerContract,
+                         testing::Values(implementation<FileManagerHarness, MemoryFilesHarness>("Memory")),
                          nameOfImplementation);
 
 }  // namespace mireth::test

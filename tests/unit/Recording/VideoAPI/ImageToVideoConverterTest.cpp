@@ -195,6 +195,7 @@ TEST_F(ImageToVideoConverterTest, RealEncoderWritesAnMp4File) {
 
 TEST_F(ImageToVideoConverterTest, RealEncoderThatCannotStoreFails) {
     const auto files = std::make_shared<tests::MemoryFileManager>();
+    (void)files->createDirectory("/videos");
     files->commitFailure = "disk full";
     const auto factory =
         ImageToVideoConverter::makeFactory(std::make_shared<platform::OpenH264AssetWriterFactory>(files),
