@@ -1,5 +1,6 @@
 // A phone's slow parts without their work: nothing is drawn and nothing is encoded. A session takes as long
-// as its events do.
+// as its events do. No answers to the contracts, on purpose: the rules of the model are not about pictures,
+// which would take most of the time of a check.
 #pragma once
 
 #include <memory>

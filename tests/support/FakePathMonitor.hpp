@@ -15,8 +15,9 @@ struct PathScript {
     int cancels = 0;
 
     void report(const platform::NetworkPath& path) const {
-        if (handler) {
-            handler(path);
+        // A copy, since a handler may cancel.
+        if (const auto current = handler) {
+            current(path);
         }
     }
     void report(bool satisfied, bool wifi = false, bool cellular = false, bool wired = false) const {
@@ -24,6 +25,8 @@ struct PathScript {
     }
 };
 
+/// No answer to the whole contract, on purpose: it has no thread and knows no path, so that a test decides
+/// what is reported, and when.
 class FakePathMonitor final : public platform::PathMonitor {
   public:
     explicit FakePathMonitor(std::shared_ptr<PathScript> script) : script_(std::move(script)) {}

@@ -10,7 +10,8 @@
 
 namespace mireth::test {
 
-/// Any thread.
+/// Any thread. No answer to the whole contract, on purpose: its draws are not spread over the range asked
+/// for, since a test sets them, also to what no range allows.
 class FixedRandomSource final : public platform::RandomSource {
   public:
     std::atomic<double> real{1};

@@ -8,6 +8,8 @@
 
 namespace mireth::test {
 
+/// No answer to the whole contract, on purpose: what listens to screens needs neither a key window nor moves
+/// to the background.
 class HookedApplication final : public platform::Application {
   public:
     bool hasAppearHook = true;

@@ -6,6 +6,8 @@
 #include <mutex>
 #include <utility>
 
+#include "Base/GuardedRun.hpp"
+#include "Base/ScopedFlag.hpp"
 #include "MirethVex/Platform/BackgroundExecutor.hpp"
 
 namespace mireth::test {
@@ -13,6 +15,11 @@ namespace mireth::test {
 /// Work may be posted from any thread.
 class ManualBackgroundExecutor final : public platform::BackgroundExecutor {
   public:
+    /// Without a handler, what work throws comes out of the call that runs it: nothing in a test should throw
+    /// in the background, and so the test fails.
+    explicit ManualBackgroundExecutor(EscapedErrorHandler onEscapedError = {})
+        : onEscapedError_(std::move(onEscapedError)) {}
+
     void post(Work work) override {
         const std::lock_guard lock(mutex_);
         waiting_.push_back(std::move(work));
@@ -29,9 +36,7 @@ class ManualBackgroundExecutor final : public platform::BackgroundExecutor {
             work = std::move(waiting_.front());
             waiting_.pop_front();
         }
-        isRunning_ = true;
-        work();
-        isRunning_ = false;
+        run(std::move(work));
         return true;
     }
 
@@ -48,6 +53,19 @@ class ManualBackgroundExecutor final : public platform::BackgroundExecutor {
     bool isRunning() const { return isRunning_; }
 
   private:
+    void run(Work work) {
+        if (!work) {
+            return;
+        }
+        const ScopedFlag running(isRunning_);
+        if (onEscapedError_) {
+            runGuarded("work", work, onEscapedError_);
+        } else {
+            work();
+        }
+    }
+
+    const EscapedErrorHandler onEscapedError_;
     bool isRunning_ = false;
     std::mutex mutex_;
     std::deque<Work> waiting_;  // guarded by mutex_

@@ -6,10 +6,12 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include "Base/GuardedRun.hpp"
 #include "MirethVex/Platform/MainQueue.hpp"
 
 namespace mireth::test {
@@ -17,13 +19,18 @@ namespace mireth::test {
 /// The thread that makes it is the main thread. Work may be posted from any thread.
 class ManualMainQueue final : public platform::MainQueue {
   public:
+    /// Without a handler, what work throws comes out of the call that runs it: nothing in a test should throw
+    /// on a queue, and so the test fails.
+    explicit ManualMainQueue(EscapedErrorHandler onEscapedError = {})
+        : onEscapedError_(std::move(onEscapedError)) {}
+
     void post(Work work) override {
         const std::lock_guard lock(mutex_);
         ready_.push_back(std::move(work));
     }
 
     void postAfter(platform::Seconds delay, Work work) override {
-        if (delay <= platform::Seconds::zero()) {
+        if (!(delay > platform::Seconds::zero())) {
             return post(std::move(work));
         }
         const std::lock_guard lock(mutex_);
@@ -42,8 +49,7 @@ class ManualMainQueue final : public platform::MainQueue {
     /// Runs what has been posted and what that posts. True when there was anything.
     bool runAll() {
         bool ran = false;
-        while (Work work = next()) {
-            work();
+        while (runOne()) {
             ran = true;
         }
         return ran;
@@ -51,13 +57,15 @@ class ManualMainQueue final : public platform::MainQueue {
 
     /// Runs one piece of work. False when there was none.
     bool runOne() {
-        Work work = next();
-        if (!work) {
-            return false;
+        auto work = next();
+        if (work) {
+            run(*work);
         }
-        work();
-        return true;
+        return work.has_value();
     }
+
+    /// Since the beginning.
+    platform::Seconds now() const { return now_; }
 
     /// Runs everything that is due within `duration`, in the order in which it is due.
     void advance(platform::Seconds duration) {
@@ -101,10 +109,21 @@ class ManualMainQueue final : public platform::MainQueue {
         Work work;
     };
 
-    Work next() {
+    void run(Work& work) {
+        if (!work) {
+            return;
+        }
+        if (onEscapedError_) {
+            runGuarded("work", work, onEscapedError_);
+        } else {
+            work();
+        }
+    }
+
+    std::optional<Work> next() {
         const std::lock_guard lock(mutex_);
         if (ready_.empty()) {
-            return {};
+            return std::nullopt;
         }
         Work work = std::move(ready_.front());
         ready_.pop_front();
@@ -139,16 +158,17 @@ class ManualMainQueue final : public platform::MainQueue {
                     ready_.push_back(std::move(delayed.work));
                 }
             }
-            std::erase_if(delayed_, [](const Delayed& delayed) { return !delayed.work; });
+            std::erase_if(delayed_, [this](const Delayed& delayed) { return delayed.due <= now_; });
         }
         for (const auto& timer : ticking) {
             if (timer->valid) {
                 timer->due += timer->interval;
-                timer->tick();
+                run(timer->tick);
             }
         }
     }
 
+    const EscapedErrorHandler onEscapedError_;
     const std::thread::id mainThread_ = std::this_thread::get_id();
     // Main only
     platform::Seconds now_{0};

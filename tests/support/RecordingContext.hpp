@@ -8,7 +8,8 @@
 
 namespace mireth::tests {
 
-/// One word for each call, in order; saving and restoring are left out.
+/// One word for each call, in order; saving and restoring are left out. No answer to the contract, on
+/// purpose: drawing nothing, it shows whether there was anything to draw.
 class RecordingContext final : public platform::GraphicsContext {
   public:
     std::vector<std::string> calls;

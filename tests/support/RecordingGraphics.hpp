@@ -83,7 +83,8 @@ class RecordingContext final : public platform::GraphicsContext {
     const std::function<void()> onEnd_;
 };
 
-/// Must outlive what it makes.
+/// Must outlive what it makes. No answer to the contract, on purpose: it draws nothing, so that a test can
+/// read what was asked for, in which order, and have any step of it fail.
 class RecordingGraphics final : public platform::Graphics {
   public:
     /// What was drawn, by all contexts.

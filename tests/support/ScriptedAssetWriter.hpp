@@ -165,6 +165,8 @@ class ScriptedWriter final : public platform::AssetWriter {
     std::shared_ptr<WriterScript> script_;
 };
 
+/// No answer to the contract, on purpose: it writes no file and keeps no state, so that a test can have any
+/// step fail, also those that real writers seldom fail at.
 class ScriptedWriterFactory final : public platform::AssetWriterFactory {
   public:
     explicit ScriptedWriterFactory(std::shared_ptr<WriterScript> script) : script_(std::move(script)) {}
