@@ -1,6 +1,6 @@
 // Programs that were never built for it are recorded, and stay as they are.
-#include "endtoend/support/EndToEnd.hpp"
 #include "endtoend/support/Video.hpp"
+#include "qt/support/Attached.hpp"
 
 namespace mireth::qttest {
 
@@ -11,20 +11,8 @@ using endtoend::Json;
 constexpr const char* withoutThreads =
     "M-VEX: the making of Qt's services threw: Resource temporarily unavailable\n";
 
-class EndToEndQtAttach : public endtoend::EndToEnd {
+class EndToEndQtAttach : public Attached {
   protected:
-    EndToEndQtAttach() {
-        setenv("XDG_CACHE_HOME", caches().c_str(), 1);
-        test::writeFile(info(), Json{{"DEVICE_IDIOM", "phone"}, {"VEX_VERSION", "1"}}.dump());
-    }
-
-    std::string info() const { return path("info.json"); }
-    endtoend::Ended attach(std::vector<std::string> command) const {
-        command.insert(command.begin(), {MIRETH_ATTACH_PROGRAM, "--brand", "b1", "--project", "p1",
-                                         "--sr-endpoint", receiver_->origin(), "--info", info()});
-        return endtoend::runProcess(std::move(command));
-    }
-
     void expectFramesOfTheLabel(const Json& session) const {
         const Json report = receiver_->show(session.at("id"));
         std::size_t frames = 0;
@@ -40,8 +28,6 @@ class EndToEndQtAttach : public endtoend::EndToEnd {
         }
         EXPECT_GE(frames, 2U);
     }
-
-    const std::unique_ptr<endtoend::Receiver> receiver_ = startReceiver();
 };
 
 TEST_F(EndToEndQtAttach, AProgramsStatusOutputAndChildrenStayItsOwn) {

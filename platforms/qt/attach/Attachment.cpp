@@ -18,7 +18,10 @@ constexpr platform::Seconds patience(3);
 bool isMainWindow(const QWindow& window) {
     const auto type = window.type();
     const bool isOfItsOwn = window.parent() == nullptr && window.transientParent() == nullptr;
-    return isOfItsOwn && (type == Qt::Window || type == Qt::Dialog || type == Qt::Sheet);
+    // A window of items that asks for no frame, and for nothing else, is of the kind `Qt::Widget`.
+    const bool isOfItsKind =
+        type == Qt::Window || type == Qt::Widget || type == Qt::Dialog || type == Qt::Sheet;
+    return isOfItsOwn && isOfItsKind;
 }
 
 }  // namespace
@@ -56,7 +59,8 @@ bool Attachment::givesWayTo(const QWindow& window) const {
     if (recorded_ == nullptr || !recorded_->isVisible()) {
         return true;
     }
-    return recorded_->type() != Qt::Window && window.type() == Qt::Window;
+    const auto isDialog = [](const QWindow& of) { return of.type() == Qt::Dialog || of.type() == Qt::Sheet; };
+    return isDialog(*recorded_) && !isDialog(window);
 }
 
 void Attachment::recordNext(QWindow& window) {
