@@ -1,4 +1,4 @@
-// Those who have logged in to view sessions, each known by a secret in a cookie. Used by ViewerDoor.
+// Those who have logged in to view sessions, each known by a secret in a cookie. Used by ViewerAuthorization.
 #pragma once
 
 #include <chrono>

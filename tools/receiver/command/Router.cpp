@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 
-#include "access/UploadDoor.hpp"
+#include "access/UploadAuthorization.hpp"
 #include "exchange/Answers.hpp"
 #include "exchange/ErrorAnswer.hpp"
 #include "exchange/RequestTarget.hpp"
@@ -44,14 +44,14 @@ Route Router::route(const RequestHead& head) {
     if (isOnly(*target, "healthz")) {
         return fixedRoute("health", health());
     }
-    if (auto refusal = door_.refuseForeign(head)) {
+    if (auto refusal = viewerAuthorization_.refuseForeign(head)) {
         return fixedRoute("other", std::move(*refusal));
     }
     return routeViewing(head, *target);
 }
 
 Route Router::routeUpload(const RequestHead& head, const RequestTarget& target) {
-    const auto inner = withoutToken(target, rules_);
+    const auto inner = authorizeUpload(target, rules_);
     if (!inner) {
         // The address is not told: it may hold a token that was mistyped, or that of another receiver.
         services_.environment.report("an upload was refused: its address lacks /t/ and the upload token");
@@ -68,11 +68,11 @@ Route Router::routeViewing(const RequestHead& head, const RequestTarget& target)
         return routeLogout(head);
     }
     if (target.segments.size() == 2 && target.segments[0] == "api" && target.segments[1] == "viewer") {
-        return fixedRoute("login", door_.describe(head));
+        return fixedRoute("login", viewerAuthorization_.describe(head));
     }
     const bool isMetrics = isOnly(target, "metrics");
     if (isMetrics || target.segments.front() == "api") {
-        if (auto refusal = door_.refuseStranger(head)) {
+        if (auto refusal = viewerAuthorization_.refuseStranger(head)) {
             return fixedRoute("login", std::move(*refusal));
         }
         return isMetrics ? fixedRoute("metrics", metrics()) : api_.begin(head, target);
@@ -87,11 +87,12 @@ Route Router::routeLogin(const RequestHead& head) {
     if (head.method != "POST") {
         return fixedRoute("login", wrongMethodAnswer("POST"));
     }
-    return {.endpoint = "login", .exchange = door_.beginLogin()};
+    return {.endpoint = "login", .exchange = viewerAuthorization_.beginLogin()};
 }
 
 Route Router::routeLogout(const RequestHead& head) {
-    return fixedRoute("login", head.method == "POST" ? door_.logOut(head) : wrongMethodAnswer("POST"));
+    return fixedRoute("login",
+                      head.method == "POST" ? viewerAuthorization_.logOut(head) : wrongMethodAnswer("POST"));
 }
 
 Answer Router::health() const {

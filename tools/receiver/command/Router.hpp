@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "access/ViewerDoor.hpp"
+#include "access/ViewerAuthorization.hpp"
 #include "exchange/Exchange.hpp"
 #include "exchange/Route.hpp"
 #include "ingestion/Endpoints.hpp"
@@ -22,7 +22,7 @@ class Router final : public RequestHandler {
           rules_(rules),
           endpoints_(services),
           api_(services),
-          door_(rules, services.environment) {}
+          viewerAuthorization_(rules, services.environment) {}
 
     std::unique_ptr<Exchange> begin(const RequestHead& head) override;
     void headTooLong() override { services_.metrics.count({.endpoint = "other", .status = 431}); }
@@ -42,7 +42,7 @@ class Router final : public RequestHandler {
     const AccessRules& rules_;
     Endpoints endpoints_;
     const ViewingApi api_;
-    ViewerDoor door_;
+    ViewerAuthorization viewerAuthorization_;
 };
 
 }  // namespace mireth::receiver

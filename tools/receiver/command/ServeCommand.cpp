@@ -8,7 +8,7 @@
 #include <ostream>
 
 #include "base/JsonText.hpp"
-#include "command/Exposure.hpp"
+#include "command/BindPolicy.hpp"
 #include "command/Router.hpp"
 #include "http/HttpServer.hpp"
 #include "service/Housekeeping.hpp"

@@ -1,5 +1,5 @@
-// The headers that every answer carries, whatever it answers. Included by .cpp files only, as it names the
-// HTTP library's type.
+// The headers that every answer carries, whatever it answers. Included by .cpp files only, as it names
+// httplib's types.
 #pragma once
 
 #include <httplib.h>

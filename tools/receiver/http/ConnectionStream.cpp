@@ -10,7 +10,7 @@ namespace mireth::receiver {
 namespace {
 
 constexpr std::size_t longestHead = std::size_t{16} * 1024;
-// The library matches lines of the head with recursive regular expressions; these lengths keep that within a
+// httplib matches lines of the head with recursive regular expressions; these lengths keep that within a
 // stack.
 constexpr std::size_t longestRequestLine = 2048;
 constexpr std::size_t longestHeaderLine = 4096;

@@ -1,5 +1,5 @@
-// What the HTTP library reads a request from and writes its answer to. It takes in the whole head first,
-// within its bounds, so that nothing oversized reaches the library's parsing. Included by .cpp files only.
+// What httplib reads a request from and writes its answer to. It takes in the whole head first, within its
+// bounds, so that nothing oversized reaches httplib's parsing. Included by .cpp files only.
 #pragma once
 
 #include <httplib.h>

@@ -1,4 +1,4 @@
-// The library's server with its own way of handling a connection: bounded waits, a bounded head, TLS of ours.
+// httplib's server with its own way of handling a connection: bounded waits, a bounded head, TLS of ours.
 #include "http/Listener.hpp"
 
 #include <netinet/in.h>
@@ -15,7 +15,7 @@
 #include "base/UniqueFd.hpp"
 #include "http/AnswerHeaders.hpp"
 #include "http/ConnectionStream.hpp"
-#include "http/LibraryRequest.hpp"
+#include "http/HttplibAdapter.hpp"
 
 namespace mireth::receiver {
 namespace {
@@ -30,7 +30,7 @@ constexpr int backlog = 256;
 Listener::Listener(const Limits& limits, RequestHandler& handler, const Environment& environment,
                    std::shared_ptr<TlsContext> tls)
     : limits_(limits), handler_(handler), environment_(environment), tls_(std::move(tls)) {
-    // Not the library's SO_REUSEPORT: with it a second receiver would share the port silently.
+    // Not httplib's SO_REUSEPORT: with it a second receiver would share the port silently.
     set_socket_options([](socket_t socket) {
         const int yes = 1;
         ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
@@ -48,7 +48,7 @@ bool Listener::bind(const ListenOptions& options) {
     return port_ > 0 && ::listen(svr_sock_, backlog) == 0;
 }
 
-// Not by the library, which closes the socket for good when a connection cannot be accepted.
+// Not by httplib, which closes the socket for good when a connection cannot be accepted.
 void Listener::begin() {
     accepting_ = std::make_unique<Acceptor>(
         svr_sock_,
@@ -62,19 +62,19 @@ void Listener::end() {
         accepting_.reset();
         threads_.shutdown();
     }
-    // Not before: without it the library breaks its answers off.
+    // Not before: without it httplib breaks its answers off.
     const UniqueFd noLongerNeeded(svr_sock_.exchange(INVALID_SOCKET));
 }
 
 void Listener::route() {
     const auto bodyless = [this](const httplib::Request& request, httplib::Response& response) {
-        handOn(handler_, request, nullptr, response);
+        dispatch(handler_, request, nullptr, response);
     };
     const auto bodied = [this](const httplib::Request& request, httplib::Response& response,
                                const httplib::ContentReader& reader) {
-        // Without a length the library would take everything up to the connection's end for the body.
+        // Without a length httplib would take everything up to the connection's end for the body.
         const bool framed = request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
-        handOn(handler_, request, framed ? &reader : nullptr, response);
+        dispatch(handler_, request, framed ? &reader : nullptr, response);
     };
     // Not ".*": a dot matches no line end, and a decoded path may hold one.
     constexpr auto anything = "[\\s\\S]*";
@@ -113,8 +113,8 @@ void Listener::explain(const std::exception_ptr& error) const {
 
 void Listener::take(UniqueFd connection, const sockaddr_storage& peer) {
     const auto shared = std::make_shared<UniqueFd>(std::move(connection));
-    const auto place = places_.take(peer);
-    if (!place || !threads_.enqueue([this, shared, place] { serveSafely(shared->get()); })) {
+    const auto slot = perAddress_.acquire(peer);
+    if (!slot || !threads_.enqueue([this, shared, slot] { serveSafely(shared->get()); })) {
         turnAway(shared->get());
     }
 }
@@ -143,7 +143,7 @@ void Listener::serve(int socket) {
 }
 
 void Listener::answer(Transport& transport, Patience& patience) {
-    // Room for the framing of a chunked body, whose lengths the library reads by itself.
+    // Room for the framing of a chunked body, whose lengths httplib reads by itself.
     constexpr std::uint64_t framing = std::uint64_t{1} << 20U;
     ConnectionStream stream(transport, patience, limits_.requestBytes + framing);
     const auto head = stream.readHead();
@@ -155,7 +155,7 @@ void Listener::answer(Transport& transport, Patience& patience) {
         transport.write(bareResponse("431 Request Header Fields Too Large", environment_));
     } else {
         bool closed = false;
-        process_request(stream, true, closed, keepFromLibrary);
+        process_request(stream, true, closed, hideFromHttplib);
     }
     stream.linger();
 }

@@ -1,5 +1,5 @@
-// Accepts connections and runs the HTTP library on each, with our own bounds, threads and TLS around it. Used
-// by HttpServer. Included by .cpp files only, as it names the HTTP library's types.
+// Accepts connections and runs httplib on each, with our own bounds, threads and TLS around it. Used
+// by HttpServer. Included by .cpp files only, as it names httplib's types.
 #pragma once
 
 #include <httplib.h>
@@ -15,7 +15,7 @@
 #include "http/Crowd.hpp"
 #include "http/ListenOptions.hpp"
 #include "http/Patience.hpp"
-#include "http/PeerPlaces.hpp"
+#include "http/PerAddressLimiter.hpp"
 #include "http/Transport.hpp"
 #include "settings/Limits.hpp"
 
@@ -52,7 +52,7 @@ class Listener final : private httplib::Server {
     int port_ = 0;
     StopSignal stop_;
     Crowd crowd_;
-    PeerPlaces places_{limits_.connectionsPerAddress};
+    PerAddressLimiter perAddress_{limits_.connectionsPerAddress};
     ConnectionThreads threads_{limits_.connections, crowd_};
     std::unique_ptr<Acceptor> accepting_;
 };

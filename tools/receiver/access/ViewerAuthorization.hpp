@@ -1,5 +1,5 @@
-// Lets viewers in: checks what a request for the viewing side must prove, and logs viewers in and out. Used
-// by the router.
+// Authorises viewers: checks what a request for the viewing side must prove, and logs viewers in and out.
+// Used by the router.
 #pragma once
 
 #include <memory>
@@ -15,10 +15,10 @@
 namespace mireth::receiver {
 
 /// Any thread may call.
-class ViewerDoor {
+class ViewerAuthorization {
   public:
-    /// Both outlive the door.
-    ViewerDoor(const AccessRules& rules, const Environment& environment)
+    /// Both outlive this object.
+    ViewerAuthorization(const AccessRules& rules, const Environment& environment)
         : rules_(rules), environment_(environment) {}
 
     /// The answer that turns a request away whose host is not the receiver's, or that would change something

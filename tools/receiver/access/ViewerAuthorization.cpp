@@ -1,5 +1,5 @@
 // Host, origin, cookie or bearer token, in this order.
-#include "access/ViewerDoor.hpp"
+#include "access/ViewerAuthorization.hpp"
 
 #include <nlohmann/json.hpp>
 #include <string_view>
@@ -49,7 +49,7 @@ std::string_view cookieIn(std::string_view header, std::string_view name) {
 
 }  // namespace
 
-std::optional<Answer> ViewerDoor::refuseForeign(const RequestHead& head) const {
+std::optional<Answer> ViewerAuthorization::refuseForeign(const RequestHead& head) const {
     if (!isOwnHost(head.host, rules_.hosts)) {
         return errorAnswer(421, "the receiver is not known by this host name");
     }
@@ -59,7 +59,7 @@ std::optional<Answer> ViewerDoor::refuseForeign(const RequestHead& head) const {
     return std::nullopt;
 }
 
-bool ViewerDoor::isViewer(const RequestHead& head) const {
+bool ViewerAuthorization::isViewer(const RequestHead& head) const {
     constexpr std::string_view bearer = "Bearer ";
     const std::string_view authorization = head.authorization;
     if (authorization.starts_with(bearer)) {
@@ -69,7 +69,7 @@ bool ViewerDoor::isViewer(const RequestHead& head) const {
     return !secret.empty() && viewers_.knows(secret, environment_.steadyNow());
 }
 
-std::optional<Answer> ViewerDoor::refuseStranger(const RequestHead& head) const {
+std::optional<Answer> ViewerAuthorization::refuseStranger(const RequestHead& head) const {
     if (!rules_.viewingToken || isViewer(head)) {
         return std::nullopt;
     }
@@ -78,17 +78,17 @@ std::optional<Answer> ViewerDoor::refuseStranger(const RequestHead& head) const 
     return answer;
 }
 
-std::string ViewerDoor::cookie(const std::string& value, long seconds) const {
+std::string ViewerAuthorization::cookie(const std::string& value, long seconds) const {
     return std::string(cookieName()) + "=" + value + "; Path=/; Max-Age=" + std::to_string(seconds) +
            "; HttpOnly; SameSite=Strict" + (rules_.secure ? "; Secure" : "");
 }
 
-std::unique_ptr<Exchange> ViewerDoor::beginLogin() {
+std::unique_ptr<Exchange> ViewerAuthorization::beginLogin() {
     return std::make_unique<SmallExchange>(longestLogin, errorBody("the request cannot be read"),
                                            [this](const std::string& body) { return logIn(body); });
 }
 
-Answer ViewerDoor::logIn(const std::string& body) {
+Answer ViewerAuthorization::logIn(const std::string& body) {
     const auto json = parseJson(body, {.bytes = longestLogin});
     if (!json) {
         return errorAnswer(400, "the body is not JSON");
@@ -107,7 +107,7 @@ Answer ViewerDoor::logIn(const std::string& body) {
             .headers = {{"Set-Cookie", cookie(secret, std::chrono::seconds(Viewers::lifetime).count())}}};
 }
 
-Answer ViewerDoor::refuseLogin() {
+Answer ViewerAuthorization::refuseLogin() {
     if (!wrongTokens_.take("", "", wrongTokenRate, environment_.steadyNow())) {
         auto answer = errorAnswer(429, "the token is wrong, and too many were lately; wait a moment");
         answer.headers = {{"Retry-After", "5"}};
@@ -117,12 +117,12 @@ Answer ViewerDoor::refuseLogin() {
     return errorAnswer(401, "the token is wrong");
 }
 
-Answer ViewerDoor::logOut(const RequestHead& head) {
+Answer ViewerAuthorization::logOut(const RequestHead& head) {
     viewers_.remove(cookieIn(head.cookie, cookieName()));
     return {.status = 204, .headers = {{"Set-Cookie", cookie("", 0)}}};
 }
 
-Answer ViewerDoor::describe(const RequestHead& head) const {
+Answer ViewerAuthorization::describe(const RequestHead& head) const {
     const char* const login = !rules_.viewingToken ? "none" : isViewer(head) ? "done" : "needed";
     return {.body = R"({"login":")" + std::string(login) + R"("})"};
 }

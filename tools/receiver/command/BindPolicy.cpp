@@ -1,5 +1,5 @@
 // Tokens first, then what lacks.
-#include "command/Exposure.hpp"
+#include "command/BindPolicy.hpp"
 
 #include <algorithm>
 #include <optional>

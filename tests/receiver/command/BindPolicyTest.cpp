@@ -1,5 +1,5 @@
 // What follows from where the receiver listens and who reaches it there.
-#include "command/Exposure.hpp"
+#include "command/BindPolicy.hpp"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ std::optional<std::size_t> perAddress(const std::string& listen, bool behindProx
     return connectionsPerAddress(options, ListenAddress::parse(listen).value());
 }
 
-TEST(Exposure, OneStrangerGetsAFewConnectionsWhereTheyCanBeToldApart) {
+TEST(BindPolicy, OneStrangerGetsAFewConnectionsWhereTheyCanBeToldApart) {
     EXPECT_EQ(perAddress("0.0.0.0:443", false), 64U);
     EXPECT_EQ(perAddress("[::]:443", false), 64U);
     EXPECT_EQ(perAddress("127.0.0.1:8080", false), std::nullopt);

@@ -1,4 +1,5 @@
-// Lets uploads in: those under the prefix that holds the upload token, when there is one. Used by the router.
+// Authorises uploads: those under the prefix that holds the upload token, when there is one. Used by the
+// router.
 #pragma once
 
 #include <optional>
@@ -10,6 +11,6 @@ namespace mireth::receiver {
 
 /// The target without the token's prefix; none when the token is missing or wrong. Without a token in `rules`
 /// every target passes as it is. So do those of log posts: clients build their address from the host alone.
-std::optional<RequestTarget> withoutToken(const RequestTarget& target, const AccessRules& rules);
+std::optional<RequestTarget> authorizeUpload(const RequestTarget& target, const AccessRules& rules);
 
 }  // namespace mireth::receiver

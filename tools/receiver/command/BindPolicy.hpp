@@ -1,5 +1,5 @@
-// Decides whether the receiver may listen where it was told to: what strangers can reach needs tokens and
-// TLS. Used by the serve command before anything is opened.
+// The bind policy: whether the receiver may listen where it was told to. What strangers can reach needs
+// tokens and TLS. Used by the serve command before anything is opened.
 #pragma once
 
 #include <cstddef>

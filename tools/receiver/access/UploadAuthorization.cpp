@@ -1,11 +1,11 @@
 // "/t/TOKEN/…" becomes "/…".
-#include "access/UploadDoor.hpp"
+#include "access/UploadAuthorization.hpp"
 
 #include "access/Secrets.hpp"
 
 namespace mireth::receiver {
 
-std::optional<RequestTarget> withoutToken(const RequestTarget& target, const AccessRules& rules) {
+std::optional<RequestTarget> authorizeUpload(const RequestTarget& target, const AccessRules& rules) {
     const auto& segments = target.segments;
     if (!rules.uploadToken || segments.front() == "WRTarrowEngine") {
         return target;

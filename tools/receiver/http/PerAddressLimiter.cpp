@@ -1,5 +1,5 @@
 // A count for each address that has a connection.
-#include "http/PeerPlaces.hpp"
+#include "http/PerAddressLimiter.hpp"
 
 #include <netinet/in.h>
 
@@ -24,34 +24,34 @@ std::string keyOf(const sockaddr_storage& peer) {
 
 }  // namespace
 
-class PeerPlaces::Place {
+class PerAddressLimiter::Slot {
   public:
-    Place(PeerPlaces& places, std::string key) : places_(places), key_(std::move(key)) {}
-    Place(const Place&) = delete;
-    Place& operator=(const Place&) = delete;
-    ~Place() {
-        const std::lock_guard lock(places_.mutex_);
-        const auto found = places_.taken_.find(key_);
+    Slot(PerAddressLimiter& limiter, std::string key) : limiter_(limiter), key_(std::move(key)) {}
+    Slot(const Slot&) = delete;
+    Slot& operator=(const Slot&) = delete;
+    ~Slot() {
+        const std::lock_guard lock(limiter_.mutex_);
+        const auto found = limiter_.connections_.find(key_);
         if (--found->second == 0) {
-            places_.taken_.erase(found);
+            limiter_.connections_.erase(found);
         }
     }
 
   private:
-    PeerPlaces& places_;
+    PerAddressLimiter& limiter_;
     const std::string key_;
 };
 
-std::shared_ptr<const void> PeerPlaces::take(const sockaddr_storage& peer) {
+std::shared_ptr<const void> PerAddressLimiter::acquire(const sockaddr_storage& peer) {
     auto key = keyOf(peer);
     const std::lock_guard lock(mutex_);
-    auto& taken = taken_[key];
-    if (most_ && taken >= *most_) {
+    auto& count = connections_[key];
+    if (most_ && count >= *most_) {
         return nullptr;
     }
-    auto place = std::make_shared<const Place>(*this, std::move(key));
-    ++taken;
-    return place;
+    auto slot = std::make_shared<const Slot>(*this, std::move(key));
+    ++count;
+    return slot;
 }
 
 }  // namespace mireth::receiver

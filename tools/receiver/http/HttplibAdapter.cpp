@@ -1,5 +1,5 @@
 // Pieces of files go out as they are read; bodies come in as they arrive, within the exchange's limit.
-#include "http/LibraryRequest.hpp"
+#include "http/HttplibAdapter.hpp"
 
 #include <algorithm>
 #include <cstddef>
@@ -10,7 +10,7 @@
 namespace mireth::receiver {
 namespace {
 
-// Carries the multipart type past the library, which would otherwise parse the body itself.
+// Carries the multipart type past httplib, which would otherwise parse the body itself.
 constexpr auto contentTypeAside = "X-Mireth-Content-Type";
 constexpr std::size_t pieceBuffer = std::size_t{64} * 1024;
 
@@ -20,7 +20,7 @@ bool write(const FilePiece& piece, std::uint64_t at, std::uint64_t left, httplib
            sink.write(reinterpret_cast<const char*>(buffer.data()), buffer.size());
 }
 
-// The library compresses what it sends in chunks.
+// httplib compresses what it sends in chunks.
 void sendCompressed(const FilePiece& piece, const std::string& contentType, httplib::Response& response) {
     response.set_chunked_content_provider(contentType, [piece](std::size_t at, httplib::DataSink& sink) {
         if (at == piece.size) {
@@ -80,12 +80,12 @@ Answer answerTo(const httplib::Request& request, Exchange& work, const httplib::
 
 }  // namespace
 
-void keepFromLibrary(httplib::Request& request) {
+void hideFromHttplib(httplib::Request& request) {
     const auto type = request.get_header_value("Content-Type");
     request.headers.erase(contentTypeAside);
     request.headers.erase("Content-Type");
     request.set_header(contentTypeAside, type);
-    // The library prefers Brotli, at its slowest: half a second for a replay of half an hour.
+    // httplib prefers Brotli, at its slowest: half a second for a replay of half an hour.
     const auto encodings = request.get_header_value("Accept-Encoding");
     request.headers.erase("Accept-Encoding");
     if (encodings.find("gzip") != std::string::npos) {
@@ -95,8 +95,8 @@ void keepFromLibrary(httplib::Request& request) {
     request.ranges.clear();
 }
 
-void handOn(RequestHandler& handler, const httplib::Request& request, const httplib::ContentReader* reader,
-            httplib::Response& response) {
+void dispatch(RequestHandler& handler, const httplib::Request& request, const httplib::ContentReader* reader,
+              httplib::Response& response) {
     const auto work = handler.begin({.method = request.method,
                                      .target = request.target,
                                      .contentType = request.get_header_value(contentTypeAside),
