@@ -82,7 +82,7 @@ TEST(HttpBounds, SlowClientsDoNotHinderTheOthers) {
     slow.clear();
 }
 
-TEST(HttpBounds, SlowClientsGiveWayToThoseThatWaitAndOnlyToThose) {
+TEST(HttpBounds, SlowClientsAreShedForThoseThatWaitAndOnlyForThose) {
     RunningReceiver receiver(R"({"default":{},"limits":{"connections":3}})");
     std::list<RawConnection> slow;
     for (int i = 0; i < 3; ++i) {

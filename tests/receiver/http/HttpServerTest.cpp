@@ -117,7 +117,7 @@ TEST(HttpServer, AnOccupiedPortIsNamed) {
         std::unique_ptr<Exchange> begin(const RequestHead&) override { return nullptr; }
         void headTooLong() override {}
         void turnedAway() override {}
-        void gaveWay() override {}
+        void slowClientShed() override {}
     } nobody;
     const Limits limits;
     const auto second =

@@ -1,4 +1,4 @@
-// A crowd of clients that take their time, beside those that work: the program itself, as an operator runs
+// Many clients that take their time, beside those that work: the program itself, as an operator runs
 // it.
 #include <gtest/gtest.h>
 

@@ -27,7 +27,7 @@ class Router final : public RequestHandler {
     std::unique_ptr<Exchange> begin(const RequestHead& head) override;
     void headTooLong() override { services_.metrics.count({.endpoint = "other", .status = 431}); }
     void turnedAway() override { services_.metrics.countTurnedAway(); }
-    void gaveWay() override { services_.metrics.countGaveWay(); }
+    void slowClientShed() override { services_.metrics.countShed(); }
 
   private:
     Route route(const RequestHead& head);

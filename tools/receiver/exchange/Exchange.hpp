@@ -77,8 +77,8 @@ class RequestHandler {
     virtual void headTooLong() = 0;
     /// A connection was turned away because all were taken.
     virtual void turnedAway() = 0;
-    /// A slow connection was ended because others waited.
-    virtual void gaveWay() = 0;
+    /// A connection was dropped because its client was slow and others waited.
+    virtual void slowClientShed() = 0;
 };
 
 }  // namespace mireth::receiver

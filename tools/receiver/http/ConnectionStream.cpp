@@ -37,7 +37,7 @@ ConnectionStream::Head ConnectionStream::readHead() {
         if (got <= 0) {
             return Head::absent;
         }
-        patience_.moved(static_cast<std::uint64_t>(got));
+        timer_.moved(static_cast<std::uint64_t>(got));
         const std::size_t seen = ahead_.size() < 3 ? 0 : ahead_.size() - 3;
         ahead_.append(buffer.data(), static_cast<std::size_t>(got));
         const auto end = ahead_.find("\r\n\r\n", seen);
@@ -46,7 +46,7 @@ ConnectionStream::Head ConnectionStream::readHead() {
             return Head::oversized;
         }
         if (end != std::string::npos) {
-            patience_.headCompleted();
+            timer_.headCompleted();
             return Head::complete;
         }
     }
@@ -54,7 +54,7 @@ ConnectionStream::Head ConnectionStream::readHead() {
 
 void ConnectionStream::linger() {
     transport_.endWriting();
-    patience_.shorten(std::chrono::seconds(2));
+    timer_.lingerBegins();
     std::array<char, 16384> buffer{};
     while (transport_.read(buffer.data(), buffer.size()) > 0) {
     }
@@ -81,17 +81,17 @@ ssize_t ConnectionStream::read(char* into, std::size_t size) {
         transport_.read(into, static_cast<std::size_t>(std::min<std::uint64_t>(size, allowance_)));
     if (got > 0) {
         allowance_ -= static_cast<std::uint64_t>(got);
-        patience_.moved(static_cast<std::uint64_t>(got));
+        timer_.moved(static_cast<std::uint64_t>(got));
     }
     return got;
 }
 
 ssize_t ConnectionStream::write(const char* bytes, std::size_t size) {
-    patience_.answerBegins();
+    timer_.answerBegins();
     if (!transport_.write({bytes, size})) {
         return -1;
     }
-    patience_.moved(size);
+    timer_.moved(size);
     return static_cast<ssize_t>(size);
 }
 

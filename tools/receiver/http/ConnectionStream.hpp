@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <string>
 
-#include "http/Patience.hpp"
+#include "http/ConnectionTimer.hpp"
 #include "http/Transport.hpp"
 
 namespace mireth::receiver {
@@ -20,8 +20,8 @@ class ConnectionStream final : public httplib::Stream {
 
     /// `mostBytes` bounds what is read after the head, however the body is framed. Both references outlive
     /// the stream.
-    ConnectionStream(Transport& transport, Patience& patience, std::uint64_t mostBytes)
-        : transport_(transport), patience_(patience), allowance_(mostBytes) {}
+    ConnectionStream(Transport& transport, ConnectionTimer& timer, std::uint64_t mostBytes)
+        : transport_(transport), timer_(timer), allowance_(mostBytes) {}
 
     /// Reads until the head is complete; `absent` when the client stays silent, is slow or goes away.
     Head readHead();
@@ -39,7 +39,7 @@ class ConnectionStream final : public httplib::Stream {
 
   private:
     Transport& transport_;
-    Patience& patience_;
+    ConnectionTimer& timer_;
     std::uint64_t allowance_;
     std::string ahead_;  ///< read from the transport and not yet handed on
     std::size_t at_ = 0;

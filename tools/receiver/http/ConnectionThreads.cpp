@@ -12,7 +12,7 @@ bool ConnectionThreads::enqueue(std::function<void()> job) {
         if (jobs_.size() - idle_ >= most_) {
             return false;
         }
-        crowd_.joined(Crowd::Clock::now());
+        shedder_.enqueued(SlowClientShedder::Clock::now());
     }
     jobs_.push_back(std::move(job));
     changed_.notify_one();

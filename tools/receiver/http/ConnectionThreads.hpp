@@ -10,14 +10,14 @@
 #include <thread>
 #include <vector>
 
-#include "http/Crowd.hpp"
+#include "http/SlowClientShedder.hpp"
 
 namespace mireth::receiver {
 
 class ConnectionThreads {
   public:
-    /// `crowd` must outlive it; it is told of every job that waits for a thread.
-    ConnectionThreads(std::size_t most, Crowd& crowd) : most_(most), crowd_(crowd) {}
+    /// `shedder` must outlive it; it is told of every job that waits for a thread.
+    ConnectionThreads(std::size_t most, SlowClientShedder& shedder) : most_(most), shedder_(shedder) {}
 
     /// Runs `job` on a thread of its own, when all are busy as soon as one is free. False when too many wait
     /// already. One thread may call, also for `shutdown`.
@@ -30,7 +30,7 @@ class ConnectionThreads {
     bool startThread();
 
     const std::size_t most_;
-    Crowd& crowd_;
+    SlowClientShedder& shedder_;
     std::vector<std::thread> threads_;  // touched by the thread that accepts only
 
     std::mutex mutex_;

@@ -130,22 +130,22 @@ void Listener::serveSafely(int socket) {
 void Listener::serve(int socket) {
     const int yes = 1;
     ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
-    Patience patience(limits_, stop_, crowd_);
-    const auto transport = tls_ ? tls_->accept(socket, patience) : plainTransport(socket, patience);
+    ConnectionTimer timer(limits_, stop_, shedder_);
+    const auto transport = tls_ ? tls_->accept(socket, timer) : plainTransport(socket, timer);
     if (transport) {
-        answer(*transport, patience);
+        answer(*transport, timer);
     }
-    if (patience.gaveWay()) {
-        handler_.gaveWay();
+    if (timer.wasShed()) {
+        handler_.slowClientShed();
     } else {
-        crowd_.serveOne();
+        shedder_.dequeued();
     }
 }
 
-void Listener::answer(Transport& transport, Patience& patience) {
+void Listener::answer(Transport& transport, ConnectionTimer& timer) {
     // Room for the framing of a chunked body, whose lengths httplib reads by itself.
     constexpr std::uint64_t framing = std::uint64_t{1} << 20U;
-    ConnectionStream stream(transport, patience, limits_.requestBytes + framing);
+    ConnectionStream stream(transport, timer, limits_.requestBytes + framing);
     const auto head = stream.readHead();
     if (head == ConnectionStream::Head::absent) {
         return;

@@ -12,10 +12,10 @@
 #include "exchange/Exchange.hpp"
 #include "http/Acceptor.hpp"
 #include "http/ConnectionThreads.hpp"
-#include "http/Crowd.hpp"
+#include "http/ConnectionTimer.hpp"
 #include "http/ListenOptions.hpp"
-#include "http/Patience.hpp"
 #include "http/PerAddressLimiter.hpp"
+#include "http/SlowClientShedder.hpp"
 #include "http/Transport.hpp"
 #include "settings/Limits.hpp"
 
@@ -42,7 +42,7 @@ class Listener final : private httplib::Server {
     void take(UniqueFd connection, const sockaddr_storage& peer);
     void serveSafely(int socket);
     void serve(int socket);
-    void answer(Transport& transport, Patience& patience);
+    void answer(Transport& transport, ConnectionTimer& timer);
     void turnAway(int socket) const;
 
     const Limits& limits_;
@@ -51,9 +51,9 @@ class Listener final : private httplib::Server {
     const std::shared_ptr<TlsContext> tls_;
     int port_ = 0;
     StopSignal stop_;
-    Crowd crowd_;
+    SlowClientShedder shedder_;
     PerAddressLimiter perAddress_{limits_.connectionsPerAddress};
-    ConnectionThreads threads_{limits_.connections, crowd_};
+    ConnectionThreads threads_{limits_.connections, shedder_};
     std::unique_ptr<Acceptor> accepting_;
 };
 

@@ -11,7 +11,7 @@ namespace {
 
 class PlainTransport final : public Transport {
   public:
-    PlainTransport(int fd, Patience& patience) : fd_(fd), patience_(patience) {}
+    PlainTransport(int fd, ConnectionTimer& timer) : fd_(fd), timer_(timer) {}
 
     std::ptrdiff_t read(char* into, std::size_t size) override {
         for (;;) {
@@ -41,17 +41,17 @@ class PlainTransport final : public Transport {
         if (errno == EINTR) {
             return true;
         }
-        return (errno == EAGAIN || errno == EWOULDBLOCK) && patience_.wait(fd_, events);
+        return (errno == EAGAIN || errno == EWOULDBLOCK) && timer_.wait(fd_, events);
     }
 
     const int fd_;
-    Patience& patience_;
+    ConnectionTimer& timer_;
 };
 
 }  // namespace
 
-std::unique_ptr<Transport> plainTransport(int fd, Patience& patience) {
-    return std::make_unique<PlainTransport>(fd, patience);
+std::unique_ptr<Transport> plainTransport(int fd, ConnectionTimer& timer) {
+    return std::make_unique<PlainTransport>(fd, timer);
 }
 
 }  // namespace mireth::receiver

@@ -23,8 +23,8 @@ struct Free {
 
 class TlsTransport final : public Transport {
   public:
-    TlsTransport(std::unique_ptr<SSL, Free> ssl, int fd, Patience& patience)
-        : ssl_(std::move(ssl)), fd_(fd), patience_(patience) {}
+    TlsTransport(std::unique_ptr<SSL, Free> ssl, int fd, ConnectionTimer& timer)
+        : ssl_(std::move(ssl)), fd_(fd), timer_(timer) {}
 
     bool shakeHands() {
         return repeat([this] { return SSL_accept(ssl_.get()); }) > 0;
@@ -71,7 +71,7 @@ class TlsTransport final : public Transport {
             }
             const bool again = why == SSL_ERROR_WANT_READ || why == SSL_ERROR_WANT_WRITE;
             const short events = why == SSL_ERROR_WANT_READ ? POLLIN : POLLOUT;
-            if (!again || !patience_.wait(fd_, events)) {
+            if (!again || !timer_.wait(fd_, events)) {
                 broken_ = broken_ || !again;
                 ERR_clear_error();
                 return -1;
@@ -81,7 +81,7 @@ class TlsTransport final : public Transport {
 
     const std::unique_ptr<SSL, Free> ssl_;
     const int fd_;
-    Patience& patience_;
+    ConnectionTimer& timer_;
     bool broken_ = false;
 };
 
@@ -89,12 +89,12 @@ class OpenSslContext final : public TlsContext {
   public:
     explicit OpenSslContext(std::unique_ptr<SSL_CTX, Free> context) : context_(std::move(context)) {}
 
-    std::unique_ptr<Transport> accept(int fd, Patience& patience) override {
+    std::unique_ptr<Transport> accept(int fd, ConnectionTimer& timer) override {
         std::unique_ptr<SSL, Free> ssl(SSL_new(context_.get()));
         if (!ssl || SSL_set_fd(ssl.get(), fd) != 1) {
             return nullptr;
         }
-        auto transport = std::make_unique<TlsTransport>(std::move(ssl), fd, patience);
+        auto transport = std::make_unique<TlsTransport>(std::move(ssl), fd, timer);
         return transport->shakeHands() ? std::move(transport) : nullptr;
     }
 

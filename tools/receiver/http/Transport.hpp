@@ -1,4 +1,4 @@
-// Bytes in and out of one accepted connection, plain or through TLS, within the connection's patience.
+// Bytes in and out of one accepted connection, plain or through TLS, within the connection's time.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "http/Patience.hpp"
+#include "http/ConnectionTimer.hpp"
 
 namespace mireth::receiver {
 
@@ -19,7 +19,7 @@ class Transport {
     Transport& operator=(const Transport&) = delete;
     virtual ~Transport() = default;
 
-    /// At least one byte, 0 at the end, -1 when it failed or patience ended.
+    /// At least one byte, 0 at the end, -1 when it failed or the time was over.
     virtual std::ptrdiff_t read(char* into, std::size_t size) = 0;
     /// True when all of it went out.
     virtual bool write(std::string_view bytes) = 0;
@@ -38,10 +38,10 @@ class TlsContext {
 
     /// Shakes hands on the connected, non-blocking socket `fd`; null when that fails. The context must
     /// outlive the result.
-    virtual std::unique_ptr<Transport> accept(int fd, Patience& patience) = 0;
+    virtual std::unique_ptr<Transport> accept(int fd, ConnectionTimer& timer) = 0;
 };
 
-/// `fd` must be non-blocking; it and `patience` must outlive the result.
-std::unique_ptr<Transport> plainTransport(int fd, Patience& patience);
+/// `fd` must be non-blocking; it and `timer` must outlive the result.
+std::unique_ptr<Transport> plainTransport(int fd, ConnectionTimer& timer);
 
 }  // namespace mireth::receiver

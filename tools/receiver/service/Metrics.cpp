@@ -47,9 +47,9 @@ void Metrics::countTurnedAway() {
     ++turnedAway_;
 }
 
-void Metrics::countGaveWay() {
+void Metrics::countShed() {
     const std::lock_guard lock(mutex_);
-    ++gaveWay_;
+    ++shed_;
 }
 
 void Metrics::countExpired(std::int64_t sessions) {
@@ -92,8 +92,7 @@ std::string Metrics::text(const StoreStats& store) const {
     single(out, "errors_total", "counter", "Requests that the receiver failed to serve.", errors_);
     single(out, "connections_refused_total", "counter", "Connections turned away as all were taken.",
            turnedAway_);
-    single(out, "connections_dropped_total", "counter", "Slow connections that gave way to others.",
-           gaveWay_);
+    single(out, "connections_dropped_total", "counter", "Slow connections that gave way to others.", shed_);
     single(out, "sessions_expired_total", "counter", "Sessions removed by the rules of retention.", expired_);
     single(out, "sessions", "gauge", "Sessions kept.", store.sessions);
     single(out, "chunks", "gauge", "Chunks kept.", store.chunks);

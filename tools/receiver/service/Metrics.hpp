@@ -30,9 +30,9 @@ class Metrics {
     void count(const Answered& request);
     /// What became of a chunk upload: one of a few fixed words.
     void countChunk(std::string_view outcome);
-    /// A connection was turned away because all were taken, or gave way to another.
+    /// A connection was turned away because all were taken, or shed because its client was slow.
     void countTurnedAway();
-    void countGaveWay();
+    void countShed();
     /// A session was removed because it was too old, or too much was kept.
     void countExpired(std::int64_t sessions);
 
@@ -59,7 +59,7 @@ class Metrics {
     std::uint64_t sent_ = 0;
     std::uint64_t errors_ = 0;
     std::uint64_t turnedAway_ = 0;
-    std::uint64_t gaveWay_ = 0;
+    std::uint64_t shed_ = 0;
     std::uint64_t expired_ = 0;
 };
 
