@@ -1,10 +1,8 @@
-// Accepts connections and runs httplib on each, with our own bounds, threads and TLS around it. Used
-// by HttpServer. Included by .cpp files only, as it names httplib's types.
+// Accepts connections and gives each a thread, with our own bounds and TLS around them. Used by HttpServer.
 #pragma once
 
-#include <httplib.h>
+#include <sys/socket.h>
 
-#include <exception>
 #include <memory>
 
 #include "base/Environment.hpp"
@@ -12,21 +10,26 @@
 #include "exchange/Exchange.hpp"
 #include "http/Acceptor.hpp"
 #include "http/ConnectionThreads.hpp"
-#include "http/ConnectionTimer.hpp"
 #include "http/ListenOptions.hpp"
 #include "http/PerAddressLimiter.hpp"
 #include "http/SlowClientShedder.hpp"
+#include "http/StopSignal.hpp"
 #include "http/Transport.hpp"
 #include "settings/Limits.hpp"
 
 namespace mireth::receiver {
 
+class RequestProcessor;
+
 /// One thread at a time, but for what the connections' own threads run.
-class Listener final : private httplib::Server {
+class Listener {
   public:
     /// All but `tls` outlive the listener; `tls` is null for plain connections.
     Listener(const Limits& limits, RequestHandler& handler, const Environment& environment,
              std::shared_ptr<TlsContext> tls);
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+    ~Listener();
 
     /// False when the address cannot be had; errno may tell why.
     bool bind(const ListenOptions& options);
@@ -34,22 +37,19 @@ class Listener final : private httplib::Server {
     void begin();
     /// Accepts nothing more, and returns when what is under way has ended or its time is over.
     void end();
-    int port() const { return port_; }
+    int port() const;
 
   private:
-    void route();
-    void explain(const std::exception_ptr& error) const;
     void take(UniqueFd connection, const sockaddr_storage& peer);
     void serveSafely(int socket);
     void serve(int socket);
-    void answer(Transport& transport, ConnectionTimer& timer);
     void turnAway(int socket) const;
 
     const Limits& limits_;
     RequestHandler& handler_;
     const Environment& environment_;
     const std::shared_ptr<TlsContext> tls_;
-    int port_ = 0;
+    const std::unique_ptr<RequestProcessor> requests_;
     StopSignal stop_;
     SlowClientShedder shedder_;
     PerAddressLimiter perAddress_{limits_.connectionsPerAddress};
