@@ -35,6 +35,30 @@ TEST_F(QtAttachedWindows, AFramelessWindowOfItemsIsOne) {
     EXPECT_THAT(widthsAfter({"frameless-items"}), ElementsAre(250));
 }
 
+TEST_F(QtAttachedWindows, ASplashGivesWayToTheFirstWindowWithAFrame) {
+    EXPECT_THAT(widthsAfter({"show:splash", "show:main"}), ElementsAre(100, 300));
+}
+
+TEST_F(QtAttachedWindows, OneThatMakesItsFrameItselfStaysItBesideSmallerOnes) {
+    EXPECT_THAT(widthsAfter({"show:own-frame", "show:helper"}), ElementsAre(350));
+}
+
+TEST_F(QtAttachedWindows, WhatTheDesktopDoesNotManageOrTheUserCannotReachIsNone) {
+    EXPECT_THAT(widthsAfter({"show:tray-icon+show:overlay", "show:main"}), ElementsAre(300));
+}
+
+TEST_F(QtAttachedWindows, WhatFillsTheScreenNeedsNoDesktopToManageIt) {
+    EXPECT_THAT(widthsAfter({"show:kiosk"}), ElementsAre(800));
+}
+
+TEST_F(QtAttachedWindows, AfterALogInThatClosesLateTheLargestIsTheOne) {
+    EXPECT_THAT(widthsAfter({"show:log-in", "show:helper+show:main", "hide:log-in"}), ElementsAre(200, 300));
+}
+
+TEST_F(QtAttachedWindows, OneThatIsHiddenAndShownAgainAtOnceStaysIt) {
+    EXPECT_THAT(widthsAfter({"show:main+show:helper", "show-again:main"}), ElementsAre(300));
+}
+
 }  // namespace
 
 }  // namespace mireth::qttest

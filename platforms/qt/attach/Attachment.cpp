@@ -7,6 +7,7 @@
 #include "Base/GuardedRun.hpp"
 #include "MirethVex/MirethVex.hpp"
 #include "MirethVex/Qt/QtPlatform.hpp"
+#include "platforms/qt/attach/MainWindows.hpp"
 
 namespace mireth::qt {
 
@@ -14,15 +15,6 @@ namespace {
 
 /// Who quits a program does not want to wait longer for it.
 constexpr platform::Seconds patience(3);
-
-bool isMainWindow(const QWindow& window) {
-    const auto type = window.type();
-    const bool isOfItsOwn = window.parent() == nullptr && window.transientParent() == nullptr;
-    // A window of items that asks for no frame, and for nothing else, is of the kind `Qt::Widget`.
-    const bool isOfItsKind =
-        type == Qt::Window || type == Qt::Widget || type == Qt::Dialog || type == Qt::Sheet;
-    return isOfItsOwn && isOfItsKind;
-}
 
 }  // namespace
 
@@ -39,6 +31,11 @@ bool Attachment::eventFilter(QObject* watched, QEvent* event) {
         if (window.isExposed() && isMainWindow(window)) {
             runGuarded("the recording of a program", [&] { shown(window); });
         }
+    } else if (event->type() == QEvent::Hide && watched == recorded_) {
+        // A turn later: what is made anew is hidden and shown again at once.
+        QMetaObject::invokeMethod(
+            this, [this] { runGuarded("the recording of a program", [this] { lookForAnother(); }); },
+            Qt::QueuedConnection);
     }
     return false;
 }
@@ -50,28 +47,38 @@ void Attachment::shown(QWindow& window) {
             recorded_ = &window;
             record();
         }
-    } else if (*isInstalled_ && givesWayTo(window)) {
+    } else if (*isInstalled_ && (!isRecordedThere() || givesWay(*recorded_, window))) {
         recordNext(window);
     }
 }
 
-bool Attachment::givesWayTo(const QWindow& window) const {
-    if (recorded_ == nullptr || !recorded_->isVisible()) {
-        return true;
+void Attachment::lookForAnother() {
+    if (isRecordedThere()) {
+        return;
     }
-    const auto isDialog = [](const QWindow& of) { return of.type() == Qt::Dialog || of.type() == Qt::Sheet; };
-    return isDialog(*recorded_) && !isDialog(window);
+    if (QWindow* const window = largestMainWindow()) {
+        recordNext(*window);
+    }
+}
+
+bool Attachment::isRecordedThere() const {
+    return recorded_ != nullptr && recorded_->isVisible();
 }
 
 void Attachment::recordNext(QWindow& window) {
     recorded_ = &window;
+    if (isChanging_) {
+        return;
+    }
     if (!start_) {
         record();
         return;
     }
+    isChanging_ = true;
     start_->then([self = QPointer(this)](const SessionStartResult&) {
         MirethSR::shared().stopRecording().then([self](const SessionCloseResult&) {
             if (self != nullptr) {
+                self->isChanging_ = false;
                 self->record();
             }
         });
@@ -87,6 +94,8 @@ void Attachment::record() {
 }
 
 void Attachment::finish() {
+    // What is waiting for the last session to end is not begun any more.
+    recorded_ = nullptr;
     if (isInstalled_) {
         (void)finishRecording(patience);
     }

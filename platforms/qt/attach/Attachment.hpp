@@ -11,10 +11,9 @@
 
 namespace mireth::qt {
 
-/// Lives as long as the application. Waits for the first window that is shown and belongs to no other, and is
-/// neither a pop-up, a tool nor a splash screen, and records it until the program quits. When that window is
-/// gone, or was a dialog, the next such window is recorded instead, in a session of its own. Main thread
-/// only.
+/// Lives as long as the application. Waits for the first window that can be the main window, and records it
+/// until the program quits. When that window is gone, or gives way to another one, the other one is recorded
+/// instead, in a session of its own. Main thread only.
 class Attachment final : public QObject {
   public:
     explicit Attachment(AttachSettings settings);
@@ -24,7 +23,9 @@ class Attachment final : public QObject {
 
   private:
     void shown(QWindow& window);
-    bool givesWayTo(const QWindow& window) const;
+    /// When the recorded window is gone.
+    void lookForAnother();
+    bool isRecordedThere() const;
     /// After the session that was started last.
     void recordNext(QWindow& window);
     void record();
@@ -36,6 +37,8 @@ class Attachment final : public QObject {
     std::optional<bool> isInstalled_;
     QPointer<QWindow> recorded_;
     std::optional<Async<SessionStartResult>> start_;
+    /// Whether that session is being ended, for what is then `recorded_`.
+    bool isChanging_ = false;
 };
 
 }  // namespace mireth::qt

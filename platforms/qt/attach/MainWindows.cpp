@@ -1,0 +1,64 @@
+#include "platforms/qt/attach/MainWindows.hpp"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <compare>
+
+namespace mireth::qt {
+
+namespace {
+
+int areaOf(const QWindow& window) {
+    return window.width() * window.height();
+}
+
+bool isDialog(const QWindow& window) {
+    return window.type() == Qt::Dialog || window.type() == Qt::Sheet;
+}
+
+/// A window of items that asks for no frame, and for nothing else, is of the kind `Qt::Widget`.
+bool isOfAMainKind(const QWindow& window) {
+    return window.type() == Qt::Window || window.type() == Qt::Widget || isDialog(window);
+}
+
+bool isFrameless(const QWindow& window) {
+    return window.flags().testFlag(Qt::FramelessWindowHint);
+}
+
+bool fillsItsScreen(const QWindow& window) {
+    const QScreen* const screen = window.screen();
+    return screen != nullptr && window.width() >= screen->size().width() &&
+           window.height() >= screen->size().height();
+}
+
+}  // namespace
+
+bool isMainWindow(const QWindow& window) {
+    const bool isOfItsOwn = window.parent() == nullptr && window.transientParent() == nullptr;
+    const bool isWithinReach = !window.flags().testFlag(Qt::WindowTransparentForInput);
+    const bool isManaged = !window.flags().testFlag(Qt::BypassWindowManagerHint) || fillsItsScreen(window);
+    return isOfItsOwn && isWithinReach && isManaged && isOfAMainKind(window);
+}
+
+bool givesWay(const QWindow& recorded, const QWindow& window) {
+    if (isDialog(recorded) || isDialog(window)) {
+        return !isDialog(window);
+    }
+    return isFrameless(recorded) && !isFrameless(window) && areaOf(window) >= areaOf(recorded);
+}
+
+QWindow* largestMainWindow() {
+    const auto isSmaller = [](const QWindow& one, const QWindow& other) {
+        return isDialog(one) != isDialog(other) ? isDialog(one) : areaOf(one) < areaOf(other);
+    };
+    QWindow* largest = nullptr;
+    for (QWindow* const window : QGuiApplication::topLevelWindows()) {
+        const bool isThere = window->isExposed() && isMainWindow(*window);
+        if (isThere && (largest == nullptr || isSmaller(*largest, *window))) {
+            largest = window;
+        }
+    }
+    return largest;
+}
+
+}  // namespace mireth::qt
