@@ -1,4 +1,4 @@
-// What is marked as masked is hidden with all that it opens, without masking, too.
+// Widgets that are marked as masked are hidden with all that it opens, without masking, too.
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
@@ -16,9 +16,8 @@
 #include <QToolTip>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
-#include "platforms/qt/qml/QmlModule.hpp"
+#include "qt/support/EventLoop.hpp"
 #include "qt/support/Pictures.hpp"
-#include "qt/support/QmlScene.hpp"
 
 namespace mireth::qttest {
 
@@ -60,8 +59,8 @@ class QtMarked : public testing::Test {
     }
 };
 
-void mark(QObject& object, bool isMarked = true) {
-    object.setProperty("mirethMasked", isMarked);
+void mark(QObject& object) {
+    object.setProperty("mirethMasked", true);
 }
 
 TEST_F(QtMarked, AWidgetIsABlockBelowAGraphicsEffectToo) {
@@ -173,60 +172,6 @@ TEST_F(QtMarked, ADialogOfAMarkedWidgetIsABlock) {
     EXPECT_EQ(findCanary(masked()), std::nullopt);
     EXPECT_EQ(findCanary(unmasked()), std::nullopt);
     EXPECT_TRUE(isMaskBlock(unmasked().pixel(50, 50)));
-}
-
-class QtMarkedItems : public testing::Test {
-  protected:
-    QtMarkedItems() { qt::registerQmlModule(); }
-    QImage picture(QmlScene& scene, bool withEnabledMasking) {
-        runFor(0.3);
-        return recordedPicture(*platform_.windowOf(scene.window()), {}, withEnabledMasking);
-    }
-
-    const qt::QtPlatform platform_;
-};
-
-TEST_F(QtMarkedItems, WhatAControlOpensIsABlock) {
-    QmlScene scene(
-        "ComboBox { objectName: 'box'; model: ['4111', '4222'];"
-        " popup.background: Rectangle { color: 'red' } Component.onCompleted: popup.open() }");
-    EXPECT_NE(findCanary(picture(scene, false)), std::nullopt);
-    mark(scene.object("box"));
-    EXPECT_EQ(findCanary(picture(scene, false)), std::nullopt);
-    EXPECT_EQ(findCanary(picture(scene, true)), std::nullopt);
-}
-
-TEST_F(QtMarkedItems, APopUpAndAWindowOfAMarkedItemAreBlocks) {
-    QmlScene scene(
-        "Item { anchors.fill: parent; Item { id: card; objectName: 'card'\n"
-        "Popup { visible: true; x: 10; y: 10; width: 60; height: 60; background: Rectangle { color: 'red' } "
-        "}\n"
-        "Window { objectName: 'window'; visible: true; flags: Qt.Dialog; width: 60; height: 60\n"
-        " Rectangle { anchors.fill: parent; color: 'lime' } } } }",
-        {}, "import MirethVex");
-    dynamic_cast<QWindow&>(scene.object("window")).setPosition(scene.window().position() + QPoint(100, 10));
-    const QImage open = picture(scene, true);
-    EXPECT_GT(saturation(open.pixel(40, 40)), 100);
-    EXPECT_GT(saturation(open.pixel(130, 40)), 100);
-    mark(scene.object("card"));
-    for (const bool withEnabledMasking : {true, false}) {
-        const QImage seen = picture(scene, withEnabledMasking);
-        EXPECT_TRUE(isMaskBlock(seen.pixel(40, 40)));
-        EXPECT_TRUE(isMaskBlock(seen.pixel(130, 40)));
-    }
-}
-
-TEST_F(QtMarkedItems, AWindowAndAPopUpMayBeMarkedByTheirProperty) {
-    QmlScene scene(
-        "Popup { objectName: 'popup'; visible: true; x: 10; y: 10; width: 60; height: 60;"
-        " background: Rectangle { color: 'red' } }");
-    EXPECT_NE(findCanary(picture(scene, true)), std::nullopt);
-    mark(scene.object("popup"));
-    EXPECT_EQ(findCanary(picture(scene, true)), std::nullopt);
-    mark(scene.object("popup"), false);
-    EXPECT_NE(findCanary(picture(scene, true)), std::nullopt);
-    mark(scene.window());
-    EXPECT_TRUE(isMaskBlock(picture(scene, true).pixel(150, 50)));
 }
 
 }  // namespace

@@ -96,9 +96,11 @@ MirroredClass ItemMirror::classOf(const QQuickItem& item, bool isInThePlane) {
         // It draws nothing itself.
         mirrored.shown = Shown::container;
     }
+    // What it lies in is not marked, or nobody would look at it.
+    const bool isMarked = isMarkedAsMasked(item) || (owner != nullptr && belongsToMarked(*owner)) ||
+                          (liesElsewhereThanItWasMade(item) && belongsToMarked(item));
     // Turned out of the plane, its place is known, but not how it looks.
-    if (depth_ >= maximumMirrorDepth || !isInThePlane || isMarkedAsMasked(item) ||
-        (owner != nullptr && belongsToMarked(*owner))) {
+    if (depth_ >= maximumMirrorDepth || !isInThePlane || isMarked) {
         mirrored.shown = pictures_ != nullptr ? Shown::hosted : Shown::label;
     }
     return mirrored;

@@ -54,6 +54,7 @@ Objects ownersOf(const QObject& object) {
     } else if (const auto* const item = qobject_cast<const QQuickItem*>(&object)) {
         owners.push_back(item->parentItem());
         owners.push_back(ownerOf(*item));
+        owners.push_back(makerOf(*item));
     } else {
         owners.push_back(qtProperty(object, "QQuickPopup", "parent").value<QQuickItem*>());
     }
