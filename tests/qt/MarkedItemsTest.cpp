@@ -132,6 +132,51 @@ TEST_F(QtMarkedItems, ARowThatIsDraggedOutOfAMarkedListIsABlock) {
     }
 }
 
+TEST_F(QtMarkedItems, AMarkOfTheAppsOwnStaysWhenQmlNamesAScreen) {
+    QmlScene scene(
+        "Rectangle { objectName: 'page'; property string name: 'One'; anchors.fill: parent; color: 'red'\n"
+        " Mireth.screen: name }",
+        {}, "import MirethVex");
+    QObject& page = scene.object("page");
+    mark(page);
+    expectHidden(scene);
+    page.setProperty("name", "Two");
+    EXPECT_EQ(page.property("mirethScreen"), "Two");
+    expectHidden(scene);
+}
+
+TEST_F(QtMarkedItems, AMarkOfTheAppsOwnStaysWhenAPopUpOpens) {
+    QmlScene scene(
+        "Popup { objectName: 'popup'; width: 60; height: 60; Mireth.screen: 'Card'\n"
+        " background: Rectangle { color: 'red' } }",
+        {}, "import MirethVex");
+    QObject& popup = scene.object("popup");
+    QMetaObject::invokeMethod(&popup, "open");
+    EXPECT_NE(findCanary(picture(scene, true)), std::nullopt);
+    QMetaObject::invokeMethod(&popup, "close");
+    mark(*popup.property("contentItem").value<QQuickItem*>()->parentItem());
+    QMetaObject::invokeMethod(&popup, "open");
+    expectHidden(scene);
+}
+
+TEST_F(QtMarkedItems, QmlTakesBackNoMarkButItsOwn) {
+    QmlScene scene(
+        "Rectangle { objectName: 'card'; property bool isSecret: true; width: 50; height: 50; color: 'red'\n"
+        " Mireth.masked: isSecret }",
+        {}, "import MirethVex");
+    QObject& card = scene.object("card");
+    card.setProperty("mirethScreen", "Card");
+    expectHidden(scene);
+    card.setProperty("isSecret", false);
+    EXPECT_NE(findCanary(picture(scene, true)), std::nullopt);
+    card.setProperty("isSecret", true);
+    expectHidden(scene);
+    mark(card);
+    card.setProperty("isSecret", false);
+    expectHidden(scene);
+    EXPECT_EQ(card.property("mirethScreen"), "Card");
+}
+
 }  // namespace
 
 }  // namespace mireth::qttest

@@ -11,6 +11,9 @@ namespace mireth::qt {
 
 namespace {
 
+/// Counts as true, and is told from the true of an app's C++ code, which is not to be taken back.
+constexpr int markOfQml = 2;
+
 /// Where the mirror looks whether `attachee` is masked; null while there is nothing yet.
 QObject* shownBy(QObject& attachee) {
     if (auto* const window = qobject_cast<QQuickWindow*>(&attachee)) {
@@ -32,34 +35,45 @@ MirethAttached::MirethAttached(QObject* attachee) : QObject(attachee) {
     // A pop-up makes what it shows late, and may change it.
     constexpr std::array later{"2contentItemChanged()", "2aboutToShow()", "2opened()"};
     for (const char* const signal : later) {
-        connect(attachee, signal, this, SLOT(leaveValues()));
+        connect(attachee, signal, this, SLOT(leaveMark()));
     }
 }
 
 void MirethAttached::setMasked(bool masked) {
     if (isMasked_ != masked) {
         isMasked_ = masked;
-        leaveValues();
+        leaveMark();
         Q_EMIT maskedChanged();
     }
 }
 
 void MirethAttached::setScreen(const QString& screen) {
-    if (screen_ != screen) {
-        screen_ = screen;
-        leaveValues();
-        Q_EMIT screenChanged();
+    if (screen_ == screen) {
+        return;
+    }
+    screen_ = screen;
+    if (parent() != nullptr) {
+        parent()->setProperty(screenProperty, screen_);
+    }
+    Q_EMIT screenChanged();
+}
+
+void MirethAttached::leaveMark() {
+    QObject* const shown = isMasked_ && parent() != nullptr ? shownBy(*parent()) : nullptr;
+    if (marked_ != shown) {
+        takeMarkBack();
+    }
+    if (shown != nullptr && !isMarkedAsMasked(*shown)) {
+        shown->setProperty(maskedProperty, markOfQml);
+        marked_ = shown;
     }
 }
 
-void MirethAttached::leaveValues() {
-    if (parent() == nullptr) {
-        return;
+void MirethAttached::takeMarkBack() {
+    if (marked_ != nullptr && marked_->property(maskedProperty) == QVariant(markOfQml)) {
+        marked_->setProperty(maskedProperty, QVariant());
     }
-    parent()->setProperty(screenProperty, screen_);
-    if (QObject* const shown = shownBy(*parent())) {
-        shown->setProperty(maskedProperty, isMasked_);
-    }
+    marked_ = nullptr;
 }
 
 }  // namespace mireth::qt

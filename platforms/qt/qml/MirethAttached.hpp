@@ -2,13 +2,15 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QQmlEngine>
 #include <QString>
 
 namespace mireth::qt {
 
 /// Attached to an item, a window, a pop-up or a dialog. It leaves its values in properties where the mirror
-/// finds them: the screen in one of the object, the masking in one of the item that shows it.
+/// finds them: the screen in one of the object, the masking in one of the item that shows it. What the app's
+/// C++ code has put there is left alone as long as QML says nothing.
 class MirethAttached final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool masked READ isMasked WRITE setMasked NOTIFY maskedChanged)
@@ -30,11 +32,15 @@ class MirethAttached final : public QObject {
     void screenChanged();
 
   private Q_SLOTS:
-    void leaveValues();
+    void leaveMark();
 
   private:
+    void takeMarkBack();
+
     bool isMasked_ = false;
     QString screen_;
+    /// Where the mark was left; null when it was not, or that is gone.
+    QPointer<QObject> marked_;
 };
 
 }  // namespace mireth::qt
