@@ -177,6 +177,37 @@ TEST_F(QtMarkedItems, QmlTakesBackNoMarkButItsOwn) {
     EXPECT_EQ(card.property("mirethScreen"), "Card");
 }
 
+TEST_F(QtMarkedItems, WhatAMarkedRepeaterMakesIsABlock) {
+    QmlScene scene(
+        "Column { id: column; objectName: 'column'; property bool isSecret: true; property int rows: 1\n"
+        " Repeater { Mireth.masked: column.isSecret; model: column.rows\n"
+        "  Repeater { model: 2; Rectangle { width: 50; height: 20; color: 'red' } } } }",
+        {}, "import MirethVex");
+    QObject& column = scene.object("column");
+    expectHidden(scene);
+    column.setProperty("rows", 2);
+    expectHidden(scene);
+    column.setProperty("isSecret", false);
+    EXPECT_NE(findCanary(picture(scene, true)), std::nullopt);
+    column.setProperty("isSecret", true);
+    expectHidden(scene);
+}
+
+TEST_F(QtMarkedItems, WhatARepeaterMakesKeepsAMarkOfItsOwn) {
+    QmlScene scene(
+        "Column { id: column; objectName: 'column'; property bool isSecret: true; property bool areSecret: "
+        "true\n"
+        " Repeater { Mireth.masked: column.areSecret; model: 2\n"
+        "  Rectangle { width: 50; height: 20; color: 'red'; Mireth.masked: column.isSecret } } }",
+        {}, "import MirethVex");
+    QObject& column = scene.object("column");
+    column.setProperty("areSecret", false);
+    expectHidden(scene);
+    column.setProperty("areSecret", true);
+    column.setProperty("isSecret", false);
+    expectHidden(scene);
+}
+
 }  // namespace
 
 }  // namespace mireth::qttest

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "platforms/qt/mirror/MarkingProperties.hpp"
+#include "platforms/qt/mirror/QtProperty.hpp"
 
 namespace mireth::qt {
 
@@ -13,6 +14,8 @@ namespace {
 
 /// Counts as true, and is told from the true of an app's C++ code, which is not to be taken back.
 constexpr int markOfQml = 2;
+
+constexpr const char* repeater = "QQuickRepeater";
 
 /// Where the mirror looks whether `attachee` is masked; null while there is nothing yet.
 QObject* shownBy(QObject& attachee) {
@@ -29,7 +32,13 @@ QObject* shownBy(QObject& attachee) {
 }  // namespace
 
 MirethAttached::MirethAttached(QObject* attachee) : QObject(attachee) {
-    if (attachee == nullptr || !attachee->inherits("QQuickPopup")) {
+    if (attachee == nullptr) {
+        return;
+    }
+    if (attachee->inherits(repeater)) {
+        connect(attachee, SIGNAL(itemAdded(int, QQuickItem*)), this, SLOT(leaveMarkOn(int, QQuickItem*)));
+    }
+    if (!attachee->inherits("QQuickPopup")) {
         return;
     }
     // A pop-up makes what it shows late, and may change it.
@@ -43,6 +52,7 @@ void MirethAttached::setMasked(bool masked) {
     if (isMasked_ != masked) {
         isMasked_ = masked;
         leaveMark();
+        leaveMarksOnMade();
         Q_EMIT maskedChanged();
     }
 }
@@ -59,13 +69,35 @@ void MirethAttached::setScreen(const QString& screen) {
 }
 
 void MirethAttached::leaveMark() {
-    QObject* const shown = isMasked_ && parent() != nullptr ? shownBy(*parent()) : nullptr;
+    QObject* const shown = isMarked() && parent() != nullptr ? shownBy(*parent()) : nullptr;
     if (marked_ != shown) {
         takeMarkBack();
     }
     if (shown != nullptr && !isMarkedAsMasked(*shown)) {
         shown->setProperty(maskedProperty, markOfQml);
         marked_ = shown;
+    }
+}
+
+void MirethAttached::leaveMarksOnMade() {
+    const int count = parent() != nullptr ? qtProperty(*parent(), repeater, "count").toInt() : 0;
+    for (int index = 0; index < count; ++index) {
+        QQuickItem* made = nullptr;
+        QMetaObject::invokeMethod(parent(), "itemAt", Q_RETURN_ARG(QQuickItem*, made), Q_ARG(int, index));
+        leaveMarkOn(index, made);
+    }
+}
+
+void MirethAttached::leaveMarkOn(int /*index*/, QQuickItem* made) {
+    if (made == nullptr) {
+        return;
+    }
+    auto* const attached =
+        qobject_cast<MirethAttached*>(qmlAttachedPropertiesObject<MirethAttached>(made, isMarked()));
+    if (attached != nullptr && attached->isMadeByMasked_ != isMarked()) {
+        attached->isMadeByMasked_ = isMarked();
+        attached->leaveMark();
+        attached->leaveMarksOnMade();
     }
 }
 

@@ -4,13 +4,15 @@
 #include <QObject>
 #include <QPointer>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QString>
 
 namespace mireth::qt {
 
 /// Attached to an item, a window, a pop-up or a dialog. It leaves its values in properties where the mirror
 /// finds them: the screen in one of the object, the masking in one of the item that shows it. What the app's
-/// C++ code has put there is left alone as long as QML says nothing.
+/// C++ code has put there is left alone as long as QML says nothing. What a Repeater makes lies beside it,
+/// and is masked with it.
 class MirethAttached final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool masked READ isMasked WRITE setMasked NOTIFY maskedChanged)
@@ -33,11 +35,17 @@ class MirethAttached final : public QObject {
 
   private Q_SLOTS:
     void leaveMark();
+    /// Of a Repeater.
+    void leaveMarkOn(int index, QQuickItem* made);
 
   private:
+    bool isMarked() const { return isMasked_ || isMadeByMasked_; }
+    void leaveMarksOnMade();
     void takeMarkBack();
 
     bool isMasked_ = false;
+    /// Made by a Repeater that is masked.
+    bool isMadeByMasked_ = false;
     QString screen_;
     /// Where the mark was left; null when it was not, or that is gone.
     QPointer<QObject> marked_;
