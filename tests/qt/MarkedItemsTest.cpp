@@ -1,6 +1,8 @@
 // Items that are marked as masked are hidden with all that they open, without masking, too.
 #include <gtest/gtest.h>
 
+#include <QDialog>
+#include <QPalette>
 #include <string>
 #include <vector>
 
@@ -175,6 +177,19 @@ TEST_F(QtMarkedItems, QmlTakesBackNoMarkButItsOwn) {
     card.setProperty("isSecret", false);
     expectHidden(scene);
     EXPECT_EQ(card.property("mirethScreen"), "Card");
+}
+
+TEST_F(QtMarkedItems, ADialogOfWidgetsIsABlockAboveAMarkedWindow) {
+    QmlScene scene("");
+    QDialog dialog;
+    dialog.winId();
+    dialog.windowHandle()->setTransientParent(&scene.window());
+    dialog.setPalette(QPalette(Qt::red));
+    dialog.setGeometry({scene.window().position(), QSize(50, 50)});
+    dialog.show();
+    EXPECT_NE(findCanary(picture(scene, false)), std::nullopt);
+    mark(scene.window());
+    expectHidden(scene);
 }
 
 TEST_F(QtMarkedItems, WhatAMarkedRepeaterMakesIsABlock) {

@@ -26,6 +26,8 @@ void addOwners(const QWidget& widget, Objects& owners) {
     if (!widget.isWindow()) {
         return;
     }
+    // QML's dialogs made of widgets belong to their windows by that alone.
+    owners.push_back(widget.windowHandle());
     // A completer's list has no parent.
     owners.push_back(widget.focusProxy());
     if (const auto* const menu = qobject_cast<const QMenu*>(&widget)) {
