@@ -1,4 +1,4 @@
-// Parses with CLI11 and runs serve, list or show.
+// Parses with CLI11 and runs serve, list, show or export.
 #include "command/CommandLine.hpp"
 
 #include <CLI/CLI.hpp>
@@ -87,7 +87,7 @@ CLI::Validator hostName() {
             ""};
 }
 
-void declareServing(CLI::App& app, ServeOptions& serving, TlsFiles& tls) {
+void addServeOptions(CLI::App& app, ServeOptions& serving, TlsFiles& tls) {
     const auto file = [&app](const std::string& name, auto& into, const std::string& text) {
         return app.add_option(name, into, text)->type_name("FILE")->check(notEmpty());
     };
@@ -128,7 +128,7 @@ struct Commands {
     CLI::App* exporting;
 };
 
-Commands declareCommands(CLI::App& app, std::string& data, Reading& reading, ExportOptions& exported) {
+Commands addCommands(CLI::App& app, std::string& data, Reading& reading, ExportOptions& exported) {
     const Commands commands{
         .list = app.add_subcommand("list", "Print the sessions that came in"),
         .show = app.add_subcommand("show", "Print one session: chunks, events, timeline, log lines"),
@@ -189,10 +189,10 @@ int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     ServeOptions serving;
     serving.data = defaultDataDirectory();
     TlsFiles tls;
-    declareServing(app, serving, tls);
+    addServeOptions(app, serving, tls);
     Reading reading;
     ExportOptions exported;
-    const auto commands = declareCommands(app, serving.data, reading, exported);
+    const auto commands = addCommands(app, serving.data, reading, exported);
     app.require_subcommand(0, 1);
     app.set_version_flag("--version", "mireth-receiver " MIRETH_VERSION);
     try {

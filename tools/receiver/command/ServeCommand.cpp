@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 
 #include <csignal>
+#include <expected>
 #include <nlohmann/json.hpp>
 #include <ostream>
 
@@ -63,6 +64,22 @@ void allowManyDescriptors() {
     }
 }
 
+// The operator's, with what follows from where the receiver listens; warnings are reported.
+std::expected<Config, std::string> configFor(const ServeOptions& options, const ListenAddress& address,
+                                             const Environment& environment) {
+    auto config = options.config ? Config::read(*options.config) : Config{};
+    if (!config) {
+        return config;
+    }
+    for (const auto& warning : config->warnings) {
+        environment.report("in " + *options.config + ": " + warning);
+    }
+    if (!config->limits.connectionsPerAddress) {
+        config->limits.connectionsPerAddress = connectionsPerAddress(options, address);
+    }
+    return config;
+}
+
 void awaitSignal() {
     sigset_t wanted;
     sigemptyset(&wanted);
@@ -89,15 +106,9 @@ int serve(const ServeOptions& options, std::ostream& out, std::ostream& errors) 
     if (!rules) {
         return fail(environment, rules.error());
     }
-    auto config = options.config ? Config::read(*options.config) : Config{};
+    const auto config = configFor(options, *address, environment);
     if (!config) {
         return fail(environment, config.error());
-    }
-    for (const auto& warning : config->warnings) {
-        environment.report("in " + *options.config + ": " + warning);
-    }
-    if (!config->limits.connectionsPerAddress) {
-        config->limits.connectionsPerAddress = connectionsPerAddress(options, *address);
     }
     const auto store =
         SqliteStore::open(options.data, environment.newIdentifier,
