@@ -19,11 +19,12 @@
 #include "PrivateSide/Ingestion/ChunkPusher.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 #include "PrivateSide/Orchestrator/RemoteSessionManager.hpp"
-#include "PrivateSide/Orchestrator/SessionState.hpp"
+#include "PrivateSide/Orchestrator/SessionLife.hpp"
 
 namespace mireth {
 
-/// The session state machine. Main thread; the asynchronous operations suspend and come back to it.
+/// The session state machine, whose steps are those of SessionLife. Main thread; the asynchronous operations
+/// suspend and come back to it.
 class Orchestrator : public std::enable_shared_from_this<Orchestrator> {
   public:
     /// None is null.
@@ -45,7 +46,7 @@ class Orchestrator : public std::enable_shared_from_this<Orchestrator> {
 
     /// The owner lets go of this object: a start that is still in progress creates nothing and begins nothing
     /// any more. A session that runs is not closed.
-    void abandon() noexcept { isAbandoned_ = true; }
+    void abandon() noexcept { life_.abandon(); }
 
     virtual Task<SessionStartResult> startRecording(VexConfiguration vexConfiguration);
     /// While a stop is in progress a further one waits for it and gets its result.
@@ -59,34 +60,31 @@ class Orchestrator : public std::enable_shared_from_this<Orchestrator> {
     /// Injects a signal without a gesture, at the current time. For diagnosis.
     void backdoorRecordSignal(SessionSignalType signalType, Target target);
 
-    const SessionState& state() const noexcept { return state_; }
-    void setState(SessionState state) { state_ = std::move(state); }
+    const SessionState& state() const noexcept { return life_.state(); }
+    void setState(SessionState state) { life_.setState(std::move(state)); }
 
   private:
     using Self = std::shared_ptr<Orchestrator>;
 
-    /// A stop in progress, and what came of it.
-    struct Closing {
-        AsyncEvent done;
-        SessionCloseResult result;
-    };
-
+    // OrchestratorStart.cpp
     static Task<SessionStartResult> start(Self self, VexConfiguration vexConfiguration);
     static Task<SessionStartResult> startFromStopped(Self self, VexConfiguration vexConfiguration);
-    SessionStartResult abandonedStart();
-    SessionStartResult failedStart(const std::string& reason);
     static Task<SessionStartResult> createSession(Self self, VexConfiguration vexConfiguration,
                                                   SrConfigurationResponse srConfiguration);
+    void beginSession(const RemoteSessionInfo& info, const VexConfiguration& vexConfiguration);
+    SessionStartResult abandonedStart();
+    SessionStartResult failedStart(const std::string& reason);
+    void subscribeToBackground();
+
+    // OrchestratorStop.cpp
     static Task<SessionCloseResult> stop(Self self);
-    static Task<void> stopCollecting(Self self);
     static Task<SessionCloseResult> closeSession(Self self, RemoteSessionInfo info);
+    static Task<void> stopCollecting(Self self);
+    /// Stops in a task of its own. Any thread.
+    std::function<void()> stopRecordingTask();
     static Task<void> stopIfAlive(std::weak_ptr<Orchestrator> weak);
 
     void takeWaitingLogErrors() const;
-    void subscribeToBackground();
-    void beginSession(const RemoteSessionInfo& info, const VexConfiguration& vexConfiguration);
-    /// Stops in a task of its own. Any thread.
-    std::function<void()> stopRecordingTask();
     void enableAutomaticScreenChangeTracking();
     void disableAutomaticScreenChangeTracking();
 
@@ -95,12 +93,8 @@ class Orchestrator : public std::enable_shared_from_this<Orchestrator> {
     const Executor mainExecutor_;
     const CurrentTimeProvider currentTimeProvider_;
 
-    SessionState state_;
+    SessionLife life_;
     AnyCancellable appMovedToBackgroundSubscription_;
-    std::shared_ptr<Closing> closing_;
-    /// True while the parts of a session are being started: a log listener may call in between.
-    bool isBeginning_ = false;
-    bool isAbandoned_ = false;
     const MemoryUseLines memoryUse_;
 };
 
