@@ -17,7 +17,7 @@ using Token = asio::use_awaitable_t<Executor>;
 /// run on any thread, also before `arrange` returns.
 template <class Arrange>
 Task<void> suspend(Arrange arrange) {
-    // Named, not a temporary of the co_await: GCC 12 destroys such a temporary twice.
+    // Named: see Task.hpp.
     auto initiate = [arrange = std::move(arrange)](auto handler) mutable {
         auto executor = asio::get_associated_executor(handler);
         arrange(Work([executor, handler = std::move(handler)]() mutable {

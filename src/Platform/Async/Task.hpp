@@ -16,6 +16,12 @@ namespace asio = boost::asio;
 
 /// An asynchronous operation. It begins when it is awaited, runs on the executor of whoever awaits it, and
 /// is dropped without further effect when that executor's queue is destroyed.
+///
+/// `co_await` stands before the call: `co_await client->closeSession(id)`. Parameters are taken by value,
+/// since the arguments may be gone when the operation goes on. What an argument is made of is named before
+/// the `co_await` when it is a lambda, a value in braces or one of the two sides of `?:`: GCC 12 destroys
+/// these twice, as it does not know that they have moved into the operation. Names, moved names and what
+/// functions and constructors return are safe.
 template <class T = void>
 using Task = asio::awaitable<T, asio::any_io_executor>;
 

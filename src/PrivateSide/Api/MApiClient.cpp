@@ -79,9 +79,8 @@ MApiClient::Result<SrSessionResponse> MApiClient::sendCreateSession(Self self) {
         body.brandDc = *brandDc;
         body.projectId = self->projectId_;
         const Json json = toJson(body);
-        auto sending = self->environment_.network->post<SrSessionResponse>(
+        result = co_await self->environment_.network->post<SrSessionResponse>(
             self->srApiBasedUrl_ + ingestionPath + "create", &json);
-        result = co_await std::move(sending);
     }
     if (!result) {
         self->log_.error(LogTag::network, "Unexpected error during session creation",
@@ -95,9 +94,8 @@ MApiClient::Result<SrCloseSessionResponse> MApiClient::sendCloseSession(Self sel
     body.brandId = self->brandId_;
     body.projectId = self->projectId_;
     const Json json = toJson(body);
-    auto sending = self->environment_.network->post<SrCloseSessionResponse>(
+    auto result = co_await self->environment_.network->post<SrCloseSessionResponse>(
         self->srApiBasedUrl_ + ingestionPath + pathSegment(sessionId) + "/close-session", &json);
-    auto result = co_await std::move(sending);
     if (!result) {
         self->log_.error(LogTag::network, "Unexpected error during session closure",
                          {{"sessionId", sessionId}, {"error", text(result.error())}});
@@ -118,9 +116,8 @@ MApiClient::Result<SrRecordPlaybackResponse> MApiClient::sendPlayback(
         parts.emplace_back("timeline", std::make_shared<const Json>(toJson(timelineEvents)));
         parts.emplace_back("info", std::make_shared<const Json>(toJson(info)));
         parts.emplace_back("playback", std::move(video));
-        auto sending = self->environment_.network->putWithFormData<SrRecordPlaybackResponse>(
+        result = co_await self->environment_.network->putWithFormData<SrRecordPlaybackResponse>(
             self->srApiBasedUrl_ + ingestionPath + "record-playback", parts, "chunk");
-        result = co_await std::move(sending);
     }
     if (result) {
         // Asked for only where the line is written: it is as long as the upload without the video.
@@ -136,10 +133,9 @@ MApiClient::Result<SrRecordPlaybackResponse> MApiClient::sendPlayback(
 }
 
 MApiClient::Result<SrConfigurationResponse> MApiClient::fetchSrConfiguration(Self self) {
-    auto sending = self->environment_.network->get<SrConfigurationResponse>(
+    auto result = co_await self->environment_.network->get<SrConfigurationResponse>(
         self->keldaApiBasedUrl_ + "/app-insights/v1/" + pathSegment(self->brandId_) + "/" +
         pathSegment(self->projectId_) + "/sessionReplayConfig");
-    auto result = co_await std::move(sending);
     if (!result) {
         self->log_.error(
             LogTag::network, "Unexpected error while getting SR configuration",
@@ -162,9 +158,8 @@ MApiClient::Result<PostLogResponse> MApiClient::sendLog(Self self, PostLogReques
             fields.emplace_back("LevelName", std::move(body.levelName));
             QueryItems query;
             query.emplace_back("action", "ClientLog");
-            auto sending = self->environment_.network->postWithUrlEncodedBody<PostLogResponse>(
+            result = co_await self->environment_.network->postWithUrlEncodedBody<PostLogResponse>(
                 *url, fields, query, ErrorPosting::off);
-            result = co_await std::move(sending);
         } else {
             result = std::unexpected(ApiError::invalidURL);
         }

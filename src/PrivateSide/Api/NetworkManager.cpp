@@ -38,8 +38,7 @@ NetworkManager::NetworkManager(MirethLog& log, std::shared_ptr<platform::HttpCli
 Task<ApiResult<platform::UrlResponse>> NetworkManager::performRequest(std::shared_ptr<NetworkManager> self,
                                                                       platform::HttpRequest request,
                                                                       ErrorPosting posting) {
-    auto sending = sendRequest(self->session_, request);
-    auto response = co_await std::move(sending);
+    auto response = co_await sendRequest(self->session_, request);
     if (!response) {
         self->log_.error(LogTag::network, "Network request failed",
                          {{"error", response.error().description},

@@ -71,8 +71,7 @@ class NetworkManager : public std::enable_shared_from_this<NetworkManager> {
         if (!request) {
             co_return std::unexpected(request.error());
         }
-        auto performed = performRequest(self, std::move(*request), posting);
-        auto response = co_await std::move(performed);
+        auto response = co_await performRequest(self, std::move(*request), posting);
         if (!response) {
             co_return std::unexpected(response.error());
         }

@@ -69,16 +69,14 @@ Task<void> SessionRecorder::stop(Self self) {
     // must be announced before the pusher stops listening.
     co_await self->framesInFlight_.idle();
     if (!self->parts_.videoChunkManager->isFrameBufferEmpty() && self->session_) {
-        auto saving = saveLastChunk(self, *self->session_);
-        co_await std::move(saving);
+        co_await saveLastChunk(self, *self->session_);
     }
     self->session_.reset();
 }
 
 Task<void> SessionRecorder::saveLastChunk(Self self, RemoteSessionInfo session) {
     try {
-        auto saving = self->parts_.videoChunkManager->saveVideoChunk(std::move(session));
-        co_await std::move(saving);
+        co_await self->parts_.videoChunkManager->saveVideoChunk(std::move(session));
     } catch (...) {
         self->log_.error(LogTag::playback, "Failed to save video chunk",
                          {{"errorDetails", describeCurrentException()}});
@@ -195,9 +193,7 @@ void SessionRecorder::pushFrameToBuffer(const platform::Image& viewImage, TaskGr
 Task<void> SessionRecorder::recordFrame(Handover handover, RemoteSessionInfo session,
                                         platform::Image viewImage, ScalingMetadata scaling) {
     try {
-        auto recording =
-            handover.videoChunkManager->recordFrame(std::move(session), std::move(viewImage), scaling);
-        co_await std::move(recording);
+        co_await handover.videoChunkManager->recordFrame(std::move(session), std::move(viewImage), scaling);
     } catch (...) {
         handover.log.error(LogTag::playback, "Failed to save video chunk");
     }

@@ -90,10 +90,9 @@ void ChunkPusher::bufferChunkPush(const ChunkData& chunkData) {
 
 Task<void> ChunkPusher::push(std::shared_ptr<ChunkPusher> self, Upload upload) {
     const ChunkData& chunk = upload.chunkData;
-    auto uploading =
-        self->api_->recordPlayback(chunk.session.sessionId, chunk.chunkNumber, timelineToUpload(chunk),
-                                   chunk.playbackURL, chunk.chunkEndTimestampMillis);
-    const auto response = co_await std::move(uploading);
+    const auto response = co_await self->api_->recordPlayback(chunk.session.sessionId, chunk.chunkNumber,
+                                                              timelineToUpload(chunk), chunk.playbackURL,
+                                                              chunk.chunkEndTimestampMillis);
     self->handleRecordPlayback(response, upload);
 }
 

@@ -137,8 +137,7 @@ RemoteLog::Entries RemoteLog::buildMetadata() const {
 }
 
 Task<void> RemoteLog::send(std::shared_ptr<MApiClient> apiClient, std::string text, std::string level) {
-    auto posting = apiClient->postLog(std::move(text), std::move(level));
-    (void)co_await std::move(posting);
+    (void)co_await apiClient->postLog(std::move(text), std::move(level));
 }
 
 }  // namespace mireth

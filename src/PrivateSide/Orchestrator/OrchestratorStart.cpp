@@ -20,8 +20,7 @@ Task<SessionStartResult> Orchestrator::start(Self self, VexConfiguration vexConf
     }
     std::string reason;
     try {
-        auto starting = startFromStopped(self, std::move(vexConfiguration));
-        co_return co_await std::move(starting);
+        co_return co_await startFromStopped(self, std::move(vexConfiguration));
     } catch (...) {
         reason = describeCurrentException();
     }
@@ -29,8 +28,7 @@ Task<SessionStartResult> Orchestrator::start(Self self, VexConfiguration vexConf
     self->appMovedToBackgroundSubscription_.cancel();
     if (self->life_.state().session() != nullptr) {
         // Leaves the machine stopped, or in the next session when one was started while this one was closed.
-        auto stopping = stop(self);
-        (void)co_await std::move(stopping);
+        (void)co_await stop(self);
     } else {
         self->life_.giveUp();
     }
@@ -46,8 +44,7 @@ Task<SessionStartResult> Orchestrator::startFromStopped(Self self, VexConfigurat
         }
     }
     self->life_.prepare();
-    auto initializing = self->parts_.remoteSessionManager->initialize();
-    const auto configuration = co_await std::move(initializing);
+    const auto configuration = co_await self->parts_.remoteSessionManager->initialize();
     if (!configuration) {
         self->life_.giveUp();
         co_return self->failedStart(std::string(description(configuration.error())));
@@ -56,14 +53,12 @@ Task<SessionStartResult> Orchestrator::startFromStopped(Self self, VexConfigurat
         co_return self->abandonedStart();
     }
     self->subscribeToBackground();
-    auto creating = createSession(self, std::move(vexConfiguration), *configuration);
-    co_return co_await std::move(creating);
+    co_return co_await createSession(self, std::move(vexConfiguration), *configuration);
 }
 
 Task<SessionStartResult> Orchestrator::createSession(Self self, VexConfiguration vexConfiguration,
                                                      SrConfigurationResponse srConfiguration) {
-    auto creating = self->parts_.remoteSessionManager->createSession(std::move(srConfiguration));
-    const auto result = co_await std::move(creating);
+    const auto result = co_await self->parts_.remoteSessionManager->createSession(std::move(srConfiguration));
     // What was logged before the session does not belong to it. A log listener that hears of the refusals may
     // reset the library.
     self->takeWaitingLogErrors();

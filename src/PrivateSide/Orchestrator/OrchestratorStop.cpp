@@ -33,8 +33,7 @@ Task<SessionCloseResult> Orchestrator::stop(Self self) {
         self->takeWaitingLogErrors();
         self->disableAutomaticScreenChangeTracking();
         self->appMovedToBackgroundSubscription_.cancel();
-        auto closingSession = closeSession(self, info);
-        closing->result = co_await std::move(closingSession);
+        closing->result = co_await closeSession(self, info);
     } catch (...) {
         closing->result = SessionCloseResult::fail(describeCurrentException());
         // Unless this session is over already and another one may run.
@@ -46,21 +45,17 @@ Task<SessionCloseResult> Orchestrator::stop(Self self) {
 }
 
 Task<SessionCloseResult> Orchestrator::closeSession(Self self, RemoteSessionInfo info) {
-    auto stoppingRecorder = stopCollecting(self);
-    co_await std::move(stoppingRecorder);
-    auto stoppingPusher = self->parts_.chunkPusher->stopListeningForChunks();
-    co_await std::move(stoppingPusher);
+    co_await stopCollecting(self);
+    co_await self->parts_.chunkPusher->stopListeningForChunks();
     // From here on a new session may start while the service is still being told of the end of this one.
     self->life_.end();
-    auto closingRemote = self->parts_.remoteSessionManager->closeSession(std::move(info));
-    const auto result = co_await std::move(closingRemote);
+    const auto result = co_await self->parts_.remoteSessionManager->closeSession(std::move(info));
     co_return result.asSessionCloseResult();
 }
 
 Task<void> Orchestrator::stopCollecting(Self self) {
     try {
-        auto stopping = self->parts_.sessionRecorder->stopRecording();
-        co_await std::move(stopping);
+        co_await self->parts_.sessionRecorder->stopRecording();
     } catch (...) {
         // The pusher is stopped and the service told all the same.
         self->log_.error(LogTag::lifecycle, "Failed to stop recording.",
@@ -74,8 +69,7 @@ std::function<void()> Orchestrator::stopRecordingTask() {
 
 Task<void> Orchestrator::stopIfAlive(std::weak_ptr<Orchestrator> weak) {
     if (const auto self = weak.lock()) {
-        auto stopping = self->stopRecording();
-        (void)co_await std::move(stopping);
+        (void)co_await self->stopRecording();
     }
 }
 

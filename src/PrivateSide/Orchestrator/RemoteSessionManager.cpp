@@ -36,8 +36,7 @@ Task<RemoteCloseResult> RemoteSessionManager::closeSession(RemoteSessionInfo inf
 
 Task<RemoteInitResult> RemoteSessionManager::fetchConfiguration(Self self) {
     self->log_.info(LogTag::network, "Initializing RemoteSessionManager");
-    auto fetching = self->apiClient_->getSrConfiguration();
-    auto configuration = co_await std::move(fetching);
+    auto configuration = co_await self->apiClient_->getSrConfiguration();
     if (!configuration) {
         self->log_.error(LogTag::network, "Failed to initialize a session.",
                          {{"reason", text(configuration.error())}});
@@ -58,8 +57,7 @@ Task<RemoteCreateResult> RemoteSessionManager::create(Self self, SrConfiguration
         self->log_.info(LogTag::network, "Session creation rejected due to sampling");
         co_return RemoteCreateResult::of(RemoteCreateResult::Kind::samplingRejected);
     }
-    auto creating = self->apiClient_->createSession();
-    const auto response = co_await std::move(creating);
+    const auto response = co_await self->apiClient_->createSession();
     if (!response) {
         self->log_.error(LogTag::network, "API request for creating session failed.",
                          {{"reason", text(response.error())}});
@@ -93,8 +91,7 @@ RemoteCreateResult RemoteSessionManager::accept(const SrSessionInfo& sessionInfo
 }
 
 Task<RemoteCloseResult> RemoteSessionManager::close(Self self, RemoteSessionInfo info) {
-    auto closing = self->apiClient_->closeSession(info.sessionId);
-    const auto response = co_await std::move(closing);
+    const auto response = co_await self->apiClient_->closeSession(info.sessionId);
     RemoteCloseResult result;
     if (response) {
         self->log_.info(LogTag::network, "Successfully closed session.");

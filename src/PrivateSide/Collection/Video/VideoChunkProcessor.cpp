@@ -40,8 +40,8 @@ Task<void> VideoChunkProcessor::save(std::shared_ptr<const Collaborators> with, 
                                      RemoteSessionInfo session, std::int64_t chunkNumber,
                                      PlaybackConfiguration configuration) {
     try {
-        Task<void> work = encode(with, std::move(frames), std::move(session), chunkNumber, configuration);
-        co_await runOn(with->executor, std::move(work));
+        co_await runOn(with->executor,
+                       encode(with, std::move(frames), std::move(session), chunkNumber, configuration));
     } catch (...) {
         with->reportFailure(chunkNumber, describeCurrentException());
         throw;
