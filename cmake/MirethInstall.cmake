@@ -2,7 +2,7 @@
 include(CMakePackageConfigHelpers)
 
 set(_areas
-  mireth_base mireth_platform mireth_async mireth_logger mireth_configuration mireth_timeline mireth_storage
+  mireth_base mireth_platform mireth_data_models mireth_async mireth_logger mireth_configuration mireth_timeline mireth_storage
   mireth_api mireth_remote_log mireth_extensions mireth_recording mireth_video mireth_detection mireth_collection
   mireth_ingestion mireth_orchestrator mireth_public mireth_linux mireth_linux_media mireth_linux_network
   mireth_linux_system)

@@ -13,6 +13,7 @@
 #include "MirethVex/Platform/Window.hpp"
 #include "MirethVex/PublicSide/DataModels/Enums/InitializationResult.hpp"
 #include "PrivateSide/Api/NetworkManager.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/RemoteLog.hpp"
 #include "PrivateSide/Orchestrator/Orchestrator.hpp"
 #include "PublicSide/LogErrorInbox.hpp"

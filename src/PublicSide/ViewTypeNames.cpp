@@ -1,7 +1,5 @@
 #include "PublicSide/ViewTypeNames.hpp"
 
-#include "MirethVex/PublicSide/DataModels/VexConfiguration.hpp"
-
 namespace mireth {
 
 std::expected<std::vector<const platform::ViewClass*>, MError> convertToViewTypes(
@@ -17,20 +15,6 @@ std::expected<std::vector<const platform::ViewClass*>, MError> convertToViewType
         classes.push_back(viewClass);
     }
     return classes;
-}
-
-VexConfiguration::VexConfiguration(bool disableMaskingFlag, bool automaticNavigationTrackingFlag)
-    : disableMasking(disableMaskingFlag), automaticNavigationTracking(automaticNavigationTrackingFlag) {}
-
-std::expected<VexConfiguration, MError> VexConfiguration::create(
-    const std::vector<std::string>& viewTypeNamesToMask, bool automaticNavigationTracking) {
-    auto classes = convertToViewTypes(MirethLog::shared(), viewTypeNamesToMask);
-    if (!classes) {
-        return std::unexpected(std::move(classes.error()));
-    }
-    VexConfiguration configuration(false, automaticNavigationTracking);
-    configuration.additionalViewTypesToMask = std::move(*classes);
-    return configuration;
 }
 
 }  // namespace mireth

@@ -17,6 +17,7 @@
 #include "PrivateSide/Api/Models/SrTimelineEvent.hpp"
 #include "PrivateSide/Api/NetworkManager.hpp"
 #include "PrivateSide/Configuration/ClientDetailsProvider.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 
 namespace mireth {
 

@@ -11,6 +11,7 @@
 #include "PrivateSide/Api/ApiResponse.hpp"
 #include "PrivateSide/Api/HeaderNames.hpp"
 #include "PrivateSide/Api/RequestFactory.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 
 namespace mireth {
 

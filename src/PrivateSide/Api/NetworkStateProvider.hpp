@@ -9,6 +9,7 @@
 
 #include "MirethVex/Base/Work.hpp"
 #include "MirethVex/Platform/PathMonitor.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {

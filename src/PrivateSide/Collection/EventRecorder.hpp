@@ -6,6 +6,7 @@
 #include "PrivateSide/Collection/Timeline/TimelineTransformer.hpp"
 #include "PrivateSide/Configuration/CurrentTimeProvider.hpp"
 #include "PrivateSide/Configuration/RemoteSessionInfo.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 #include "PrivateSide/Storage/SessionDataDao.hpp"
 

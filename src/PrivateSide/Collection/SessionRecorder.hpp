@@ -9,8 +9,8 @@
 
 #include "MirethVex/PublicSide/DataModels/ScreenReport.hpp"
 #include "MirethVex/PublicSide/DataModels/VexConfiguration.hpp"
-#include "Platform/Async/AsyncEvent.hpp"
 #include "Platform/Async/Task.hpp"
+#include "Platform/Async/TaskGroup.hpp"
 #include "PrivateSide/Collection/EventRecorder.hpp"
 #include "PrivateSide/Collection/Video/VideoChunkManager.hpp"
 #include "PrivateSide/Configuration/CurrentTimeProvider.hpp"
@@ -20,6 +20,7 @@
 #include "PrivateSide/Detection/Navigation/NavigationTracker.hpp"
 #include "PrivateSide/Detection/TimelineEventDetector.hpp"
 #include "PrivateSide/Detection/WindowDimentions/WindowDimensionsDetector.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 #include "PrivateSide/Recording/FrameRecorder.hpp"
 

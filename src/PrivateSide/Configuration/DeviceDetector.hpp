@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "MirethVex/Platform/Device.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {

@@ -8,6 +8,7 @@
 #include "MirethVex/Base/Published.hpp"
 #include "MirethVex/Platform/Application.hpp"
 #include "PrivateSide/Configuration/CurrentTimeProvider.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {

@@ -20,6 +20,7 @@
 #include "PrivateSide/Detection/Signals/SignalListeners/ErrorTapSignalListener.hpp"
 #include "PrivateSide/Detection/Signals/SignalListeners/RageTapSignalListener.hpp"
 #include "PrivateSide/Detection/Signals/SignalPublishers/ErrorSignalPublisher.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 #include "PrivateSide/Recording/DevicePerformanceEvaluator.hpp"
 

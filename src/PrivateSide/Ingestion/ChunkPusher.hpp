@@ -9,9 +9,11 @@
 
 #include "MirethVex/Base/AnyCancellable.hpp"
 #include "Platform/Async/AsyncEvent.hpp"
+#include "Platform/Async/SetOnExit.hpp"
 #include "Platform/Async/Task.hpp"
 #include "PrivateSide/Api/MApiClient.hpp"
 #include "PrivateSide/Api/NetworkStateProvider.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 #include "PrivateSide/Storage/SessionDataDao.hpp"
 

@@ -37,54 +37,6 @@ std::string_view debugInfo(MemoryUseStatus status) noexcept {
     return status == MemoryUseStatus::initialized ? "Succesfully initialized" : "Succesfully deinitialized";
 }
 
-OSLoggers::OSLoggers(const MakeLogger& makeLogger) {
-    for (const LogTag logTag : allLogTags) {
-        loggers_[logTag] = makeLogger(MirethLog::tag, key(logTag));
-    }
-}
-
-LoggerType* OSLoggers::get(LogTag tag) const {
-    const auto found = loggers_.find(tag);
-    return found == loggers_.end() ? nullptr : found->second.get();
-}
-
-void OSLoggers::info(LogTag tag, std::string_view line) const {
-    if (auto* logger = get(tag)) {
-        logger->info(line);
-    }
-}
-
-void OSLoggers::error(LogTag tag, std::string_view line) const {
-    if (auto* logger = get(tag)) {
-        logger->error(line);
-    }
-}
-
-void MirethLogListeners::add(Listener listener) {
-    if (!listener) {
-        return;
-    }
-    const std::lock_guard lock(mutex_);
-    auto next = std::make_shared<List>(*listeners_);
-    next->push_back(std::move(listener));
-    listeners_ = std::move(next);
-}
-
-void MirethLogListeners::logToAll(LogTag tag, LogLevel level, const std::string& line) const {
-    if (ListenerScope::isInside()) {
-        return;
-    }
-    std::shared_ptr<const List> listeners;
-    {
-        const std::lock_guard lock(mutex_);
-        listeners = listeners_;
-    }
-    const ListenerScope scope;
-    for (const auto& listener : *listeners) {
-        runGuarded("a log listener", [&] { listener(tag, level, line); });
-    }
-}
-
 MirethLog::MirethLog(const OSLoggers::MakeLogger& makeLogger) : osLoggers_(makeLogger) {}
 
 MirethLog::MirethLog(const std::shared_ptr<platform::SystemLog>& systemLog) : MirethLog(sinksOf(systemLog)) {}
@@ -170,14 +122,6 @@ void MirethLog::writeError(LogTag logTag, const std::string& message, const Addi
     const std::string line = lineText(message, additionalInfo);
     runGuarded(systemLog, [&] { osLoggers_.error(logTag, line); });
     logListeners_.logToAll(logTag, LogLevel::error, line);
-}
-
-MemoryUseLines::MemoryUseLines(MirethLog& log, std::string_view file) : log_(log), file_(file) {
-    log_.objectInit(MemoryUseStatus::initialized, file_);
-}
-
-MemoryUseLines::~MemoryUseLines() {
-    log_.objectInit(MemoryUseStatus::deinitialized, file_);
 }
 
 }  // namespace mireth

@@ -3,73 +3,26 @@
 
 #include <atomic>
 #include <concepts>
-#include <functional>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <set>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "MirethVex/Platform/SystemLog.hpp"
-#include "MirethVex/PublicSide/DataModels/Enums/LogLevel.hpp"
 #include "MirethVex/PublicSide/DataModels/Enums/LogTag.hpp"
 #include "PrivateSide/Logger/AdditionalInfo.hpp"
-#include "PrivateSide/Logger/LoggerType.hpp"
+#include "PrivateSide/Logger/MirethLogListeners.hpp"
+#include "PrivateSide/Logger/OSLoggers.hpp"
+#include "PrivateSide/Logger/RemoteLogPoster.hpp"
 
 namespace mireth {
-
-/// Where error lines go that ask to be posted. The remote log fills it in; the logger stands below it.
-class RemoteLogPoster {
-  public:
-    virtual ~RemoteLogPoster() = default;
-    /// Returns at once. Any thread.
-    virtual void post(LogLevel level, LogTag tag, const std::string& message,
-                      const AdditionalInfo& additionalInfo, bool ignoreSampling) = 0;
-};
 
 enum class MemoryUseStatus { initialized, deinitialized };
 
 /// "Succesfully initialized" or "Succesfully deinitialized".
 std::string_view debugInfo(MemoryUseStatus status) noexcept;
-
-/// The system-log sinks, one for each tag.
-class OSLoggers {
-  public:
-    using MakeLogger =
-        std::function<std::unique_ptr<LoggerType>(std::string_view subsystem, std::string_view category)>;
-
-    /// Makes a sink for every tag, in the tags' order.
-    explicit OSLoggers(const MakeLogger& makeLogger);
-
-    /// The sink of the tag, or null.
-    LoggerType* get(LogTag tag) const;
-    void info(LogTag tag, std::string_view line) const;
-    void error(LogTag tag, std::string_view line) const;
-
-  private:
-    std::map<LogTag, std::unique_ptr<LoggerType>> loggers_;  // constant after construction
-};
-
-/// The host's listeners, called in the order in which they were added.
-class MirethLogListeners {
-  public:
-    using Listener = std::function<void(LogTag, LogLevel, const std::string&)>;
-
-    /// Null is ignored.
-    void add(Listener listener);
-    /// Calls every listener on the calling thread, with no lock held. What a listener throws goes to
-    /// standard error and no further; the others are still called.
-    void logToAll(LogTag tag, LogLevel level, const std::string& line) const;
-
-  private:
-    using List = std::vector<Listener>;
-    mutable std::mutex mutex_;
-    std::shared_ptr<const List> listeners_ =
-        std::make_shared<List>();  // guarded by mutex_, replaced wholesale
-};
 
 /// Writes a line to the system log, to the host's listeners and, for errors that ask for it, to the remote
 /// log. Info lines are written only for allowed tags; error lines always. Any thread; nothing blocks.
@@ -128,20 +81,6 @@ class MirethLog {
 
     mutable std::mutex posterMutex_;
     std::weak_ptr<RemoteLogPoster> remotePoster_;  // guarded by posterMutex_
-};
-
-/// Writes the memory-use lines of the object it is a member of.
-class MemoryUseLines {
-  public:
-    /// `file` must be a literal.
-    MemoryUseLines(MirethLog& log, std::string_view file);
-    ~MemoryUseLines();
-    MemoryUseLines(const MemoryUseLines&) = delete;
-    MemoryUseLines& operator=(const MemoryUseLines&) = delete;
-
-  private:
-    MirethLog& log_;
-    std::string_view file_;
 };
 
 }  // namespace mireth

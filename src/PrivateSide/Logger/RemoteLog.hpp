@@ -16,6 +16,7 @@
 #include "PrivateSide/Api/NetworkStateProvider.hpp"
 #include "PrivateSide/Configuration/ClientDetailsProvider.hpp"
 #include "PrivateSide/Logger/LogMessagesSampler.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {

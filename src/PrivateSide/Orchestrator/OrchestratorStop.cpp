@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Base/CurrentException.hpp"
+#include "Platform/Async/SetOnExit.hpp"
 #include "PrivateSide/Orchestrator/Orchestrator.hpp"
 
 namespace mireth {

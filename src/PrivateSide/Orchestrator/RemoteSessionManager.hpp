@@ -7,6 +7,7 @@
 
 #include "Platform/Async/Task.hpp"
 #include "PrivateSide/Api/MApiClient.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 #include "PrivateSide/Logger/RemoteLog.hpp"
 #include "PrivateSide/Orchestrator/RemoteResults.hpp"

@@ -16,6 +16,7 @@
 #include "MirethVex/PublicSide/DataModels/VexConfiguration.hpp"
 #include "PrivateSide/Configuration/PlaybackConfiguration.hpp"
 #include "PrivateSide/Extensions/CALayerExtensions/LayerReplicator.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 #include "PrivateSide/Recording/OptimizedImageRenderer.hpp"
 

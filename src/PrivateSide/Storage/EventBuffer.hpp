@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "PrivateSide/Collection/Timeline/TimelineEvent.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {

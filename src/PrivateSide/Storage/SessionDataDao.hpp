@@ -10,6 +10,7 @@
 #include "MirethVex/Base/PassthroughSubject.hpp"
 #include "MirethVex/Base/Work.hpp"
 #include "PrivateSide/Configuration/PlaybackConfiguration.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 #include "PrivateSide/Storage/ChunkData.hpp"
 #include "PrivateSide/Storage/EventBuffer.hpp"

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Platform/Async/AsyncEvent.hpp"
+#include "Platform/Async/AsyncMutex.hpp"
 #include "support/AsyncPhone.hpp"
 
 namespace mireth {

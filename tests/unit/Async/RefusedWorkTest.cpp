@@ -8,7 +8,10 @@
 #include <vector>
 
 #include "Platform/Async/AsyncEvent.hpp"
+#include "Platform/Async/AsyncMutex.hpp"
 #include "Platform/Async/QueueExecutors.hpp"
+#include "Platform/Async/SetOnExit.hpp"
+#include "Platform/Async/TaskGroup.hpp"
 #include "support/AsyncPhone.hpp"
 
 namespace mireth {

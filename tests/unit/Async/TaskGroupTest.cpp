@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "Platform/Async/AsyncEvent.hpp"
+#include "Platform/Async/TaskGroup.hpp"
 #include "support/AsyncPhone.hpp"
 
 namespace mireth {

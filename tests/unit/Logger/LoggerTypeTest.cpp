@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "MirethVex/Headless/CapturedSystemLog.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {

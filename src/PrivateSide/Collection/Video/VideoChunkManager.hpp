@@ -7,11 +7,12 @@
 #include <vector>
 
 #include "MirethVex/Platform/Image.hpp"
-#include "Platform/Async/AsyncEvent.hpp"
+#include "Platform/Async/AsyncMutex.hpp"
 #include "Platform/Async/Task.hpp"
 #include "PrivateSide/Collection/Video/VideoChunkProcessor.hpp"
 #include "PrivateSide/Configuration/PlaybackConfiguration.hpp"
 #include "PrivateSide/Configuration/RemoteSessionInfo.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 #include "PrivateSide/Recording/Frame.hpp"
 

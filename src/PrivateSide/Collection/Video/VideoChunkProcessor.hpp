@@ -9,6 +9,7 @@
 #include "PrivateSide/Configuration/CurrentTimeProvider.hpp"
 #include "PrivateSide/Configuration/PlaybackConfiguration.hpp"
 #include "PrivateSide/Configuration/RemoteSessionInfo.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 #include "PrivateSide/Recording/Frame.hpp"
 #include "PrivateSide/Recording/VideoAPI/ImageToVideoConverter.hpp"

@@ -10,6 +10,7 @@
 #include "MirethVex/Base/PassthroughSubject.hpp"
 #include "PrivateSide/Detection/Core/GestureEvent.hpp"
 #include "PrivateSide/Detection/Core/GestureRecognizerObserver.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {

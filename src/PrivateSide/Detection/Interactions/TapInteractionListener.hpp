@@ -8,6 +8,7 @@
 #include "MirethVex/Base/Published.hpp"
 #include "PrivateSide/Collection/Timeline/SignalData.hpp"
 #include "PrivateSide/Detection/Core/MirethGestureRecognizer.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {

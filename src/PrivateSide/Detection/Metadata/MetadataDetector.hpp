@@ -8,6 +8,7 @@
 #include "MirethVex/Platform/InformationDictionary.hpp"
 #include "PrivateSide/Collection/Timeline/TimelineEvent.hpp"
 #include "PrivateSide/Configuration/ClientDetailsProvider.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {

@@ -8,6 +8,7 @@
 
 #include "MirethVex/Platform/Application.hpp"
 #include "MirethVex/PublicSide/DataModels/ScreenReport.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {

@@ -6,6 +6,7 @@
 #include "MirethVex/Platform/Image.hpp"
 #include "PrivateSide/Collection/Timeline/DimensionConverter.hpp"
 #include "PrivateSide/Collection/Timeline/TimelineEvent.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Platform/Async/AsyncEvent.hpp"
+#include "Platform/Async/SetOnExit.hpp"
 #include "PrivateSide/Configuration/RecordingError.hpp"
 #include "PrivateSide/Recording/ImageConverter.hpp"
 

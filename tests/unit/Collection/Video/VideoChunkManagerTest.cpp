@@ -6,6 +6,7 @@
 #include <deque>
 #include <limits>
 
+#include "Platform/Async/AsyncEvent.hpp"
 #include "PrivateSide/Configuration/RecordingError.hpp"
 #include "tests/support/AsyncPhone.hpp"
 #include "tests/support/LogCapture.hpp"

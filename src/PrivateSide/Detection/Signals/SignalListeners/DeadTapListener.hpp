@@ -10,6 +10,7 @@
 #include "PrivateSide/Collection/Timeline/SignalData.hpp"
 #include "PrivateSide/Detection/Core/MirethGestureRecognizer.hpp"
 #include "PrivateSide/Detection/Signals/ViewComparison/ViewAnalyzer.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {

@@ -10,6 +10,7 @@
 #include "PrivateSide/Configuration/CurrentTimeProvider.hpp"
 #include "PrivateSide/Detection/Core/MirethGestureRecognizer.hpp"
 #include "PrivateSide/Detection/Signals/SignalPublishers/ErrorSignalPublisher.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {

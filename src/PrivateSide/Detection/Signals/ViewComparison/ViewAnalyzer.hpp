@@ -11,6 +11,7 @@
 #include "PrivateSide/Detection/Signals/ViewComparison/LayerComparator.hpp"
 #include "PrivateSide/Detection/Signals/ViewComparison/TimeoutEvaluator.hpp"
 #include "PrivateSide/Detection/Signals/ViewComparison/ViewContentComparator.hpp"
+#include "PrivateSide/Logger/MemoryUseLines.hpp"
 #include "PrivateSide/Logger/MirethLog.hpp"
 
 namespace mireth {
