@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Base/CurrentException.hpp"
+#include "Base/LatestEvent.hpp"
 #include "PrivateSide/Configuration/RecordingError.hpp"
 #include "PrivateSide/Recording/ScalingMetadataCalculator.hpp"
 
@@ -131,13 +132,14 @@ void SessionRecorder::startNavigationTracking() {
     navigationTracker_->startTracking(publisher);
     parts_.timelineEventDetector->observe(*publisher);
     // The detector remembers the last change of the recording before.
-    navigationChangeSubscription_ = parts_.timelineEventDetector->detectedEvent().dropFirst().sink(
-        [weak = weak_from_this()](const std::optional<TimelineEvent>& event) {
-            const auto self = weak.lock();
-            if (self && event && self->session_) {
-                self->parts_.eventRecorder->recordScreenChange(*event, *self->session_);
-            }
-        });
+    navigationChangeSubscription_ =
+        newEvents(parts_.timelineEventDetector->detectedEvent())
+            .sink([weak = weak_from_this()](const TimelineEvent& event) {
+                const auto self = weak.lock();
+                if (self && self->session_) {
+                    self->parts_.eventRecorder->recordScreenChange(event, *self->session_);
+                }
+            });
 }
 
 void SessionRecorder::startRecorders(const VexConfiguration& vexConfiguration) {

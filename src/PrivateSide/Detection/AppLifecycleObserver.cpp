@@ -6,7 +6,7 @@ namespace mireth {
 
 AppLifecycleObserver::AppLifecycleObserver(MirethLog& log, platform::Application& application,
                                            CurrentTimeProvider currentTimeProvider)
-    : appMovedToBackground_(std::make_shared<Published<std::optional<std::int64_t>>>()),
+    : appMovedToBackground_(std::make_shared<LatestEvent<std::int64_t>>()),
       subscription_(application.observeDidEnterBackground(
           [published = appMovedToBackground_, now = std::move(currentTimeProvider)] {
               *published = now().toTimestampMillis();

@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "MirethVex/Base/Published.hpp"
+#include "Base/LatestEvent.hpp"
 #include "MirethVex/Platform/Application.hpp"
 #include "PrivateSide/Configuration/CurrentTimeProvider.hpp"
 #include "PrivateSide/Logger/MemoryUseLines.hpp"
@@ -26,7 +26,7 @@ class AppLifecycleObserver {
     }
 
   private:
-    const std::shared_ptr<Published<std::optional<std::int64_t>>> appMovedToBackground_;
+    const std::shared_ptr<LatestEvent<std::int64_t>> appMovedToBackground_;
     AnyCancellable subscription_;
     const MemoryUseLines memoryUse_;
 };

@@ -51,8 +51,7 @@ void TimelineEventDetector::stopDetection() {
 void TimelineEventDetector::observe(const NavigationChangePublisher& navigationChangePublisher) {
     navigationChangeListener_ = std::make_unique<NavigationChangeListener>(navigationChangePublisher);
     navigationChangeSubscription_ =
-        navigationChangeListener_->detectedEvent()
-            .compactMap([](const std::optional<TimelineEvent>& event) { return event; })
+        events(navigationChangeListener_->detectedEvent())
             .sink([detected = detectedEvent_](const TimelineEvent& event) { *detected = event; });
 }
 
@@ -72,13 +71,11 @@ void TimelineEventDetector::Delivery::recordSessionEvent(const EventData& eventD
 
 template <class Data>
 void TimelineEventDetector::deliver(const AnyPublisher<std::optional<Data>>& published) {
-    cancellables_.push_back(
-        published.sink([weak = std::weak_ptr(delivery_)](const std::optional<Data>& data) {
-            const auto delivery = weak.lock();
-            if (delivery && data) {
-                delivery->recordSessionEvent(*data);
-            }
-        }));
+    cancellables_.push_back(events(published).sink([weak = std::weak_ptr(delivery_)](const Data& data) {
+        if (const auto delivery = weak.lock()) {
+            delivery->recordSessionEvent(data);
+        }
+    }));
 }
 
 void TimelineEventDetector::attachGestureRecoginzers() {

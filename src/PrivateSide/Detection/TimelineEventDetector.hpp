@@ -104,8 +104,8 @@ class TimelineEventDetector {
     const std::shared_ptr<Delivery> delivery_;
     std::vector<AnyCancellable> cancellables_;
     bool isAttached_ = false;
-    const std::shared_ptr<Published<std::optional<TimelineEvent>>> detectedEvent_ =
-        std::make_shared<Published<std::optional<TimelineEvent>>>();
+    const std::shared_ptr<LatestEvent<TimelineEvent>> detectedEvent_ =
+        std::make_shared<LatestEvent<TimelineEvent>>();
     std::unique_ptr<NavigationChangeListener> navigationChangeListener_;
     AnyCancellable navigationChangeSubscription_;
     const MemoryUseLines memoryUse_;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Base/CurrentException.hpp"
+#include "Base/LatestEvent.hpp"
 #include "PrivateSide/Orchestrator/Orchestrator.hpp"
 
 namespace mireth {
@@ -97,9 +98,7 @@ void Orchestrator::subscribeToBackground() {
     // The observer remembers the last move to the background and tells it first; that one may be older than
     // this session.
     appMovedToBackgroundSubscription_ =
-        parts_.appLifecycleObserver->appMovedToBackground()
-            .dropFirst()
-            .compactMap([](const std::optional<std::int64_t>& millis) { return millis; })
+        newEvents(parts_.appLifecycleObserver->appMovedToBackground())
             .sink([weak = weak_from_this()](const std::int64_t&) {
                 if (const auto self = weak.lock()) {
                     self->stopRecordingTask()();

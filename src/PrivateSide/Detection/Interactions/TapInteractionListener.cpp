@@ -14,7 +14,7 @@ std::optional<TapInteractionData> toTapInteractionData(const GestureEvent& gestu
 
 TapInteractionListener::TapInteractionListener(MirethLog& log,
                                                const MirethGestureRecognizer& mirethGestureRecognizer)
-    : interactionData_(std::make_shared<Published<std::optional<TapInteractionData>>>()),
+    : interactionData_(std::make_shared<LatestEvent<TapInteractionData>>()),
       // Shared with the subscription: what hears of the tap may drop this listener.
       recognizedGestureSubscription_(mirethGestureRecognizer.recognizedGestures()
                                          .filter([](const GestureEvent& gesture) { return gesture.isTap(); })

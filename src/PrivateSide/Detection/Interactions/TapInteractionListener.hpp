@@ -4,8 +4,8 @@
 #include <memory>
 #include <optional>
 
+#include "Base/LatestEvent.hpp"
 #include "MirethVex/Base/AnyCancellable.hpp"
-#include "MirethVex/Base/Published.hpp"
 #include "PrivateSide/Collection/Timeline/SignalData.hpp"
 #include "PrivateSide/Detection/Core/MirethGestureRecognizer.hpp"
 #include "PrivateSide/Logger/MemoryUseLines.hpp"
@@ -24,7 +24,7 @@ class TapInteractionListener {
     }
 
   private:
-    const std::shared_ptr<Published<std::optional<TapInteractionData>>> interactionData_;
+    const std::shared_ptr<LatestEvent<TapInteractionData>> interactionData_;
     AnyCancellable recognizedGestureSubscription_;
     const MemoryUseLines memoryUse_;
 };

@@ -3,7 +3,7 @@
 namespace mireth {
 
 NavigationChangeListener::NavigationChangeListener(const NavigationChangePublisher& navigationChangePublisher)
-    : detectedEvent_(std::make_shared<Published<std::optional<TimelineEvent>>>()),
+    : detectedEvent_(std::make_shared<LatestEvent<TimelineEvent>>()),
       navigationEventSubscription_(navigationChangePublisher.screenChangeEvent().sink(
           [detected = detectedEvent_](const std::optional<TimelineEvent>& event) { *detected = event; })) {}
 

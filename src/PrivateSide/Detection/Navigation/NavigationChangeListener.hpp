@@ -19,7 +19,7 @@ class NavigationChangeListener {
     }
 
   private:
-    const std::shared_ptr<Published<std::optional<TimelineEvent>>> detectedEvent_;
+    const std::shared_ptr<LatestEvent<TimelineEvent>> detectedEvent_;
     const AnyCancellable navigationEventSubscription_;
 };
 

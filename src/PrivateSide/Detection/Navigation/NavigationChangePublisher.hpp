@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "MirethVex/Base/Published.hpp"
+#include "Base/LatestEvent.hpp"
 #include "PrivateSide/Collection/Timeline/TimelineEvent.hpp"
 
 namespace mireth {
@@ -17,7 +17,7 @@ class NavigationChangePublisher {
     void notifyScreenChanged(TimelineEvent event) { screenChangeEvent_ = std::optional(std::move(event)); }
 
   private:
-    Published<std::optional<TimelineEvent>> screenChangeEvent_;
+    LatestEvent<TimelineEvent> screenChangeEvent_;
 };
 
 }  // namespace mireth

@@ -5,8 +5,8 @@
 #include <memory>
 #include <optional>
 
+#include "Base/LatestEvent.hpp"
 #include "MirethVex/Base/AnyCancellable.hpp"
-#include "MirethVex/Base/Published.hpp"
 #include "PrivateSide/Collection/Timeline/SignalData.hpp"
 #include "PrivateSide/Detection/Core/MirethGestureRecognizer.hpp"
 #include "PrivateSide/Detection/Signals/ViewComparison/ViewAnalyzer.hpp"
@@ -32,7 +32,7 @@ class DeadTapListener {
     }
 
   private:
-    using SignalData = Published<std::optional<DeadTapSignalData>>;
+    using SignalData = LatestEvent<DeadTapSignalData>;
 
     /// What a judgement works on, so that one which waits survives the end of the listener.
     struct Judgement {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "Base/CheckedMath.hpp"
-#include "MirethVex/Base/Published.hpp"
+#include "Base/LatestEvent.hpp"
 
 namespace mireth {
 
@@ -59,7 +59,7 @@ class ErrorTapSignalListener::Pairing {
   private:
     const CurrentTimeProvider currentTimeProvider_;
     const ErrorSignalPublisher::TakeWaiting takeWaitingErrors_;
-    Published<std::optional<ErrorTapSignalData>> signalData_;
+    LatestEvent<ErrorTapSignalData> signalData_;
     /// With the wall-clock time at which it was recognised as its time.
     std::optional<TouchData> lastDetectedTouch_;
 };
@@ -75,13 +75,12 @@ ErrorTapSignalListener::ErrorTapSignalListener(MirethLog& log,
                   pairing->handleGesture(gesture);
               }
           })),
-      errorSignalSubscription_(errorSignalPublisher.logErrorData().sink(
-          [weak = std::weak_ptr(pairing_)](const std::optional<LogErrorData>& error) {
-              const auto pairing = weak.lock();
-              if (pairing && error) {
-                  pairing->handleError(*error);
-              }
-          })),
+      errorSignalSubscription_(events(errorSignalPublisher.logErrorData())
+                                   .sink([weak = std::weak_ptr(pairing_)](const LogErrorData& error) {
+                                       if (const auto pairing = weak.lock()) {
+                                           pairing->handleError(error);
+                                       }
+                                   })),
       memoryUse_(log, "PrivateSide/Detection/Signals/SignalListeners/ErrorTapSignalListener") {}
 
 void ErrorTapSignalListener::forget() const {

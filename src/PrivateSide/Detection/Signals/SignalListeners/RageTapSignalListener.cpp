@@ -14,7 +14,7 @@ std::optional<RageTapSignalData> toRageTapSignalData(const GestureEvent& gesture
 
 RageTapSignalListener::RageTapSignalListener(MirethLog& log,
                                              const MirethGestureRecognizer& mirethGestureRecognizer)
-    : signalData_(std::make_shared<Published<std::optional<RageTapSignalData>>>()),
+    : signalData_(std::make_shared<LatestEvent<RageTapSignalData>>()),
       // Shared with the subscription: what hears of the signal may drop this listener.
       recognizedGestureSubscription_(
           mirethGestureRecognizer.recognizedGestures()

@@ -4,8 +4,8 @@
 #include <memory>
 #include <optional>
 
+#include "Base/LatestEvent.hpp"
 #include "MirethVex/Base/AnyCancellable.hpp"
-#include "MirethVex/Base/Published.hpp"
 #include "PrivateSide/Collection/Timeline/SignalData.hpp"
 #include "PrivateSide/Detection/Core/MirethGestureRecognizer.hpp"
 #include "PrivateSide/Logger/MemoryUseLines.hpp"
@@ -25,7 +25,7 @@ class RageTapSignalListener {
     }
 
   private:
-    const std::shared_ptr<Published<std::optional<RageTapSignalData>>> signalData_;
+    const std::shared_ptr<LatestEvent<RageTapSignalData>> signalData_;
     AnyCancellable recognizedGestureSubscription_;
     const MemoryUseLines memoryUse_;
 };

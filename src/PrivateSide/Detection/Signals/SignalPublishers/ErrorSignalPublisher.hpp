@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "MirethVex/Base/Published.hpp"
+#include "Base/LatestEvent.hpp"
 #include "PrivateSide/Detection/Signals/SignalPublishers/LogErrorData.hpp"
 
 namespace mireth {
@@ -31,7 +31,7 @@ class ErrorSignalPublisher {
 
   private:
     const TakeWaiting takeWaiting_;
-    Published<std::optional<LogErrorData>> logErrorData_;
+    LatestEvent<LogErrorData> logErrorData_;
 };
 
 }  // namespace mireth
