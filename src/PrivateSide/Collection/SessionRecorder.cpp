@@ -211,14 +211,15 @@ void SessionRecorder::recordEvent(const EventData& sessionData) {
 }
 
 void SessionRecorder::handleMissingSessionError(const std::string& message) {
-    log_.error(LogTag::playback, message + ". Session is nil.");
-    if (onRecordingErrorCallback_) {
-        onRecordingErrorCallback_();
-    }
+    reportRecordingError(LogTag::playback, message + ". Session is nil.");
 }
 
 void SessionRecorder::handleMissingScalingMetadata(const std::string& message, LogTag logTag) {
-    log_.error(logTag, message + ". ScalingMetadata is nil.");
+    reportRecordingError(logTag, message + ". ScalingMetadata is nil.");
+}
+
+void SessionRecorder::reportRecordingError(LogTag logTag, const std::string& message) {
+    log_.error(logTag, message);
     if (onRecordingErrorCallback_) {
         onRecordingErrorCallback_();
     }

@@ -92,6 +92,7 @@ class SessionRecorder : public std::enable_shared_from_this<SessionRecorder> {
     void recordEvent(const EventData& sessionData);
     void handleMissingSessionError(const std::string& message);
     void handleMissingScalingMetadata(const std::string& message, LogTag logTag);
+    void reportRecordingError(LogTag logTag, const std::string& message);
 
     MirethLog& log_;
     const Collaborators parts_;

@@ -4,6 +4,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "PrivateSide/Collection/Timeline/TimelineEvent.hpp"
@@ -16,6 +17,7 @@ namespace mireth {
 /// before it and none waits for anything else, so that a flush never splits an append.
 class EventBuffer {
   public:
+    /// For those who look for the queue by its name; a lock has none.
     static constexpr std::string_view queueLabel = "EventBuffer";
 
     explicit EventBuffer(MirethLog& log) : memoryUse_(log, "PrivateSide/Storage/EventBuffer") {}
@@ -28,8 +30,8 @@ class EventBuffer {
 
   private:
     const MemoryUseLines memoryUse_;
-    std::mutex queue_;
-    std::map<std::string, std::vector<TimelineEvent>> buffers_;  // guarded by queue_
+    std::mutex mutex_;
+    std::map<std::string, std::vector<TimelineEvent>> buffers_;  // guarded by mutex_
 };
 
 }  // namespace mireth

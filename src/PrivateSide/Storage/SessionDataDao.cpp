@@ -64,7 +64,7 @@ void SessionDataDao::deletePlaybackFile(const std::string& sessionId, std::int64
 }
 
 void SessionDataDao::deleteChunk(const std::string& sessionId, std::int64_t chunkNumber) {
-    playbackStorage_->deleteFile(sessionId, chunkNumber);
+    deletePlaybackFile(sessionId, chunkNumber);
 }
 
 void SessionDataDao::deleteAll() {

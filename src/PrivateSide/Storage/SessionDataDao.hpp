@@ -47,6 +47,7 @@ class SessionDataDao {
 
     AnyCancellable subscribeToChunks(std::function<void(const ChunkData&)> receiveValue);
 
+    /// The file is all that is left of a chunk that was announced: both do the same.
     void deletePlaybackFile(const std::string& sessionId, std::int64_t chunkNumber);
     void deleteChunk(const std::string& sessionId, std::int64_t chunkNumber);
 

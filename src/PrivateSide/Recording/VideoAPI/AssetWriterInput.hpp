@@ -14,7 +14,7 @@ namespace mireth {
 /// a lock. Operations may be awaited on any executor, one at a time, and come back to it.
 class AssetWriterInput {
   public:
-    /// What the serial executor is called.
+    /// For those who look for the serial executor by its name; executors have none.
     static constexpr std::string_view queueLabel =
         "com.mireth.vex.MirethVex.ImageToVideoConverter.AVAssetWriterInput";
 
