@@ -23,7 +23,8 @@ namespace {
 /// Larger ones are not worth a picture.
 constexpr int maximumSide = 8192;
 
-/// The colours of a palette without the pictures and patterns that its brushes may be made of.
+/// The colours of a palette without the pictures and patterns that its brushes may be made of, and without
+/// those of texts, in which arrows are drawn.
 QPalette plainColorsOf(const QPalette& palette) {
     QPalette plain = palette;
     for (int group = 0; group < QPalette::NColorGroups; ++group) {
@@ -35,6 +36,9 @@ QPalette plainColorsOf(const QPalette& palette) {
             }
         }
     }
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        plain.setColor(role, plain.color(QPalette::Dark));
+    }
     return plain;
 }
 
@@ -45,17 +49,14 @@ QStyle::ComplexControl controlOf(const QAbstractSlider& slider) {
     return qobject_cast<const QDial*>(&slider) != nullptr ? QStyle::CC_Dial : QStyle::CC_Slider;
 }
 
-QStyleOptionSlider optionOf(const QAbstractSlider& slider) {
+QStyleOptionSlider optionOf(const QAbstractSlider& slider, const QPalette& palette) {
     QStyleOptionSlider option;
     option.initFrom(&slider);
     // Styles keep the state of their animations in the object they are given.
     option.styleObject = nullptr;
-    option.palette = plainColorsOf(option.palette);
+    option.palette = palette;
+    option.palette.setCurrentColorGroup(slider.palette().currentColorGroup());
     option.rect = QRect(QPoint(0, 0), slider.size());
-    // The arrows, which are drawn in the colours of texts.
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        option.palette.setColor(role, option.palette.color(QPalette::Dark));
-    }
     option.state.setFlag(QStyle::State_Horizontal, slider.orientation() == Qt::Horizontal);
     option.state.setFlag(QStyle::State_MouseOver, false);
     option.state.setFlag(QStyle::State_HasFocus, false);
@@ -89,8 +90,7 @@ QStyleOptionSlider optionOf(const QAbstractSlider& slider) {
     return option;
 }
 
-std::vector<std::int64_t> numbersOf(const QStyleOptionSlider& option, const QPalette& palette,
-                                    const QStyle& style) {
+std::vector<std::int64_t> numbersOf(const QStyleOptionSlider& option, const QStyle& style) {
     return {option.rect.width(),
             option.rect.height(),
             static_cast<std::int64_t>(static_cast<int>(option.state)),
@@ -105,7 +105,7 @@ std::vector<std::int64_t> numbersOf(const QStyleOptionSlider& option, const QPal
             option.tickInterval,
             static_cast<std::int64_t>(option.dialWrapping),
             static_cast<std::int64_t>(static_cast<int>(option.subControls)),
-            palette.cacheKey(),
+            option.palette.cacheKey(),
             static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(&style))};
 }
 
@@ -122,6 +122,19 @@ bool StyledContents::drawsNothingElse(const QStyle& style) {
         known_, [&style](const auto& known) { return known != nullptr && typeid(*known) == typeid(style); });
 }
 
+const QPalette& StyledContents::plain(const QPalette& palette) {
+    const auto known = std::ranges::find(palettes_, palette, &PlainPalette::source);
+    if (known != palettes_.end()) {
+        return known->plain;
+    }
+    // One that changes all the time would leave all of its values here.
+    constexpr std::size_t many = 16;
+    if (palettes_.size() >= many) {
+        palettes_.clear();
+    }
+    return palettes_.emplace_back(palette, plainColorsOf(palette)).plain;
+}
+
 platform::Image StyledContents::of(const QWidget& widget) {
     const auto* const slider = qobject_cast<const QAbstractSlider*>(&widget);
     const QStyle& style = *widget.style();
@@ -129,8 +142,8 @@ platform::Image StyledContents::of(const QWidget& widget) {
         widget.height() > maximumSide) {
         return {};
     }
-    const QStyleOptionSlider option = optionOf(*slider);
-    auto numbers = numbersOf(option, widget.palette(), style);
+    const QStyleOptionSlider option = optionOf(*slider, plain(widget.palette()));
+    auto numbers = numbersOf(option, style);
     Kept& kept = kept_[&widget];
     kept.wasSeen = true;
     if (kept.numbers != numbers) {

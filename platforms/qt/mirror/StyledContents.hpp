@@ -1,6 +1,7 @@
 // Pictures of scroll bars, sliders and dials, drawn by the style from the numbers they show.
 #pragma once
 
+#include <QPalette>
 #include <QSize>
 #include <QStyle>
 #include <QWidget>
@@ -32,10 +33,19 @@ class StyledContents {
         bool wasSeen = false;
     };
 
+    struct PlainPalette {
+        QPalette source;
+        QPalette plain;
+    };
+
     bool drawsNothingElse(const QStyle& style);
+    /// Always the same one for the same colours: styles keep what they draw in the app's QPixmapCache under
+    /// the palette's key, and a new key each time would push the app's own pictures out. Until the next call.
+    const QPalette& plain(const QPalette& palette);
 
     /// Made when one is asked for first.
     std::vector<std::unique_ptr<QStyle>> known_;
+    std::vector<PlainPalette> palettes_;
     std::unordered_map<const QWidget*, Kept> kept_;
 };
 
