@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPixmap>
+#include <QProgressBar>
 #include <QProxyStyle>
 #include <QPushButton>
 #include <QQuickWidget>
@@ -373,6 +374,26 @@ TEST_F(QtWidgetMirror, AsksNoClassOfTheAppsForItsState) {
     EXPECT_EQ(field.timesAsked, 0);
     field.setText("two");
     EXPECT_NE(textsOf(*recorded), before) << "what it derives from is asked";
+}
+
+/// Its text is not only a property, but what Qt asks any class for.
+class Loading : public QProgressBar {
+  public:
+    using QProgressBar::QProgressBar;
+    QString text() const override { return ++timesAsked, QString(); }
+    mutable int timesAsked = 0;
+};
+
+TEST_F(QtWidgetMirror, AsksNoProgressBarForItsText) {
+    Loading bar(&window_);
+    bar.setTextVisible(false);
+    window_.show();
+    const auto recorded = platform_.windowOf(window_);
+    bar.timesAsked = 0;
+    const std::string before = textsOf(*recorded);
+    EXPECT_EQ(bar.timesAsked, 0);
+    bar.setValue(50);
+    EXPECT_NE(textsOf(*recorded), before);
 }
 
 TEST_F(QtWidgetMirror, KeepsNoCopyOfATypedText) {

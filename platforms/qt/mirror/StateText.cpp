@@ -89,13 +89,19 @@ bool isPlain(const QMetaProperty& property) {
     return std::ranges::find(plainTypes, property.typeId()) != plainTypes.end();
 }
 
+/// Its getter is virtual: a class of the app's may have one of its own.
+bool hasVirtualGetter(const QMetaObject& declaring, const char* property) {
+    return std::string_view(declaring.className()) == "QProgressBar" && std::string_view(property) == "text";
+}
+
 /// To read a property of the app's own classes would run the app's code, and so does an alias for one.
 bool runsNoCodeOfTheApps(const QMetaObject& declaring, const QMetaProperty& property) {
     if (isDeclared(declaring)) {
         return !property.isAlias() && isPlain(property);
     }
-    return std::ranges::find(statefulClasses, std::string_view(declaring.className())) !=
-           statefulClasses.end();
+    return !hasVirtualGetter(declaring, property.name()) &&
+           std::ranges::find(statefulClasses, std::string_view(declaring.className())) !=
+               statefulClasses.end();
 }
 
 /// That of the nearest class which may be asked; -1 when there is none.
