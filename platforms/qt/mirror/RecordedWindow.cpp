@@ -1,5 +1,7 @@
 #include "platforms/qt/mirror/RecordedWindow.hpp"
 
+#include <utility>
+
 #include "platforms/qt/mirror/LayerValues.hpp"
 
 namespace mireth::qt {
@@ -7,6 +9,7 @@ namespace mireth::qt {
 RecordedWindow::RecordedWindow(const LiveWindow& live, const Environment& environment)
     : Window(live.size(), live.scale()),
       live_(live),
+      mainQueue_(environment.mainQueue),
       screens_(environment.appearance, environment.mainQueue, [this] { lookAgain(); }),
       touches_(*this, live, environment.clock) {
     rootLayer_.appearance.masksToBounds = true;
@@ -22,6 +25,7 @@ const std::vector<std::shared_ptr<platform::View>>& RecordedWindow::subviews() c
 
 std::shared_ptr<const platform::View> RecordedWindow::unmasked() const {
     lastPass_ = SteadyClock::now();
+    keepPicturesForAWhile();
     auto window = std::make_shared<View>(viewClass());
     window->mutableLayer() = layer();
     SeenScreens seen;
@@ -31,6 +35,20 @@ std::shared_ptr<const platform::View> RecordedWindow::unmasked() const {
     screens_.update(seen);
     mirror_.paintPictures();
     return window;
+}
+
+void RecordedWindow::keepPicturesForAWhile() const {
+    constexpr platform::Seconds aWhile(5);
+    wereWanted_ = true;
+    if (whilePicturesAreKept_ != nullptr) {
+        return;
+    }
+    whilePicturesAreKept_ = mainQueue_->scheduleRepeating(aWhile, [this] {
+        if (!std::exchange(wereWanted_, false)) {
+            mirror_.letGoOfPictures();
+            whilePicturesAreKept_ = nullptr;
+        }
+    });
 }
 
 void RecordedWindow::lookAgain() const {

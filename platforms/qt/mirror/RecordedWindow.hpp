@@ -42,13 +42,18 @@ class RecordedWindow final : public platform::Window {
 
     /// Only while the window is being recorded.
     void lookAgain() const;
+    /// Between two unmasked frames; not after the last.
+    void keepPicturesForAWhile() const;
 
     const LiveWindow live_;
+    const std::shared_ptr<platform::MainQueue> mainQueue_;
     mutable ViewMirror mirror_;
     mutable platform::Layer rootLayer_;
     mutable std::vector<std::shared_ptr<platform::View>> mirrored_;
     mutable ScreenWatch screens_;
     mutable SteadyClock::time_point lastPass_;
+    mutable bool wereWanted_ = false;
+    mutable std::unique_ptr<platform::Timer> whilePicturesAreKept_;
     TouchSource touches_;
 };
 

@@ -17,14 +17,15 @@ std::vector<std::shared_ptr<View>> ViewMirror::viewsOf(const LiveWindow& live, S
 
 std::vector<std::shared_ptr<View>> ViewMirror::unmaskedViewsOf(const LiveWindow& live, SeenScreens& screens) {
     if (pictures_ == nullptr) {
-        pictures_ = std::make_unique<UnmaskedPictures>();
+        pictures_ = std::make_shared<UnmaskedPictures>();
     }
     return allOf(live, screens, pictures_.get());
 }
 
 void ViewMirror::paintPictures() {
-    if (pictures_ != nullptr) {
-        pictures_->endPass();
+    // What the app does meanwhile may last, and see them let go.
+    if (const auto pictures = pictures_) {
+        pictures->endPass();
     }
 }
 

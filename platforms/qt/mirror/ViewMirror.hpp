@@ -32,6 +32,9 @@ class ViewMirror {
     /// anything to them and to the windows.
     void paintPictures();
 
+    /// Until the next unmasked pass.
+    void letGoOfPictures() { pictures_ = nullptr; }
+
   private:
     std::vector<std::shared_ptr<platform::View>> allOf(const LiveWindow& live, SeenScreens& screens,
                                                        UnmaskedPictures* pictures);
@@ -42,7 +45,7 @@ class ViewMirror {
     WindowOrder order_;
     MirroredViews views_;
     StyledContents contents_;
-    std::unique_ptr<UnmaskedPictures> pictures_;
+    std::shared_ptr<UnmaskedPictures> pictures_;
 };
 
 }  // namespace mireth::qt
