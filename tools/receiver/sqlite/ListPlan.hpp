@@ -5,15 +5,16 @@
 // 7 and 12) and very many are of that project. The text drives, the project is checked:
 //
 //     SELECT … FROM session
-//         WHERE place < ? AND place >= ?                             -- the page before, and the times
-//           AND projectId = ?                                        -- filter: 'p1'
-//           AND place IN (SELECT place FROM sessionText
-//                         WHERE textId IN (SELECT value FROM json_each(?)))  -- driver: '[7,12]'
+//         WHERE place < ? AND place >= ?      -- the page before, and the times
+//           AND projectId = ?                 -- filter: 'p1'
+//           AND place IN (SELECT place FROM sessionText                     -- driver: '[7,12]'
+//                         WHERE textId IN (SELECT value FROM json_each(?)))
 //         ORDER BY place DESC LIMIT ?
 //
 // Did the project have fewer sessions than the text, "INDEXED BY sessionByProject" would follow "session",
 // and the text would be an EXISTS (…) that is asked for each of the project's sessions. Where every condition
-// names many, "NOT INDEXED" lets SQLite walk from the newest session on: the page is full early.
+// names many and none has an index of sessions, "NOT INDEXED" lets SQLite walk from the newest session on:
+// the page is full early.
 #pragma once
 
 #include <optional>
