@@ -5,6 +5,7 @@
 
 #include "platforms/qt/mirror/ItemOwner.hpp"
 #include "platforms/qt/mirror/LayerValues.hpp"
+#include "platforms/qt/mirror/LookView.hpp"
 #include "platforms/qt/mirror/MarkedOwners.hpp"
 #include "platforms/qt/mirror/MarkingProperties.hpp"
 #include "platforms/qt/mirror/RectangleLook.hpp"
@@ -33,21 +34,6 @@ bool liesBehindItsParent(const QQuickItem* item) {
     return item->z() < 0 && isSeen(*item);
 }
 
-/// What the item itself shows, moved into a view of its own that lies above the children with a z below 0.
-void moveLookIntoSubview(View& view, const Rect& place) {
-    auto look = std::make_shared<View>(view.viewClass());
-    Layer& own = view.mutableLayer();
-    look->setFrame(place);
-    look->mutableLayer().content = own.content;
-    look->mutableLayer().appearance = own.appearance;
-    look->mutableLayer().appearance.opacity = 1;
-    own.content = {};
-    own.appearance.backgroundColor.reset();
-    own.appearance.borderWidth = 0;
-    own.appearance.cornerRadius = 0;
-    view.addSubview(look);
-}
-
 }  // namespace
 
 std::shared_ptr<View> ItemMirror::viewOf(QQuickItem& item) {
@@ -72,11 +58,7 @@ std::shared_ptr<View> ItemMirror::viewOf(QQuickItem& item) {
 
 void ItemMirror::addLook(QQuickItem& item, Shown shown, View& view) {
     if (shown == Shown::rectangle) {
-        addRectangleLook(item, view.mutableLayer());
-        const QRectF part = filledPartOf(item);
-        if (part.size() != item.size()) {
-            moveLookIntoSubview(view, {part.x(), part.y(), part.width(), part.height()});
-        }
+        addRectangleLook(item, view);
     } else if (pictures_ == nullptr || shown == Shown::container) {
         return;
     } else if (shown == Shown::hosted) {
@@ -108,7 +90,7 @@ MirroredClass ItemMirror::classOf(const QQuickItem& item, bool isInThePlane) {
 
 void ItemMirror::addChildren(const QQuickItem& item, View& view) {
     const auto children = item.childItems();
-    if (std::ranges::any_of(children, liesBehindItsParent)) {
+    if (hasLook(view) && std::ranges::any_of(children, liesBehindItsParent)) {
         moveLookIntoSubview(view, view.bounds());
     }
     ++depth_;

@@ -7,9 +7,11 @@
 #include <QQmlListReference>
 #include <QVariant>
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 #include "platforms/qt/mirror/LayerValues.hpp"
+#include "platforms/qt/mirror/LookView.hpp"
 #include "platforms/qt/mirror/QtProperty.hpp"
 
 namespace mireth::qt {
@@ -21,7 +23,7 @@ struct Gradient {
     bool isHorizontal = false;
 };
 
-Gradient gradientOf(QObject& object) {
+Gradient declaredGradient(const QObject& object) {
     Gradient gradient;
     const QQmlListReference stops(qtProperty(object, "QQuickGradient", "stops"));
     for (qsizetype index = 0; index < stops.count(); ++index) {
@@ -34,18 +36,37 @@ Gradient gradientOf(QObject& object) {
     return gradient;
 }
 
-/// The property holds a Gradient or the number of one that Qt has ready.
-std::optional<Gradient> gradientOf(const QQuickItem& item) {
+QGradientStops reversed(QGradientStops stops) {
+    std::ranges::reverse(stops);
+    for (auto& [position, color] : stops) {
+        position = 1 - position;
+    }
+    return stops;
+}
+
+/// One that Qt has ready may lie aslant; along the side that it follows most it runs forwards in items.
+Gradient presetGradient(QGradient::Preset number) {
+    const QGradient preset(number);
+    if (preset.type() != QGradient::LinearGradient) {
+        return {};
+    }
+    const auto& linear = static_cast<const QLinearGradient&>(preset);
+    const QPointF way = linear.finalStop() - linear.start();
+    const bool isHorizontal = std::abs(way.x()) > std::abs(way.y());
+    const bool isForwards = (isHorizontal ? way.x() : way.y()) >= 0;
+    return {isForwards ? linear.stops() : reversed(linear.stops()), isHorizontal};
+}
+
+/// The property holds a Gradient, or the number or name of one that Qt has ready. Without stops there is
+/// none.
+Gradient gradientOf(const QQuickItem& item) {
     const QVariant value = qtProperty(item, "QQuickRectangle", "gradient");
     const auto script = value.value<QJSValue>();
     if (script.isQObject()) {
-        return gradientOf(*script.toQObject());
+        return declaredGradient(*script.toQObject());
     }
     const bool isPreset = script.isNumber() || script.isString();
-    if (!isPreset) {
-        return std::nullopt;
-    }
-    return Gradient{QGradient(static_cast<QGradient::Preset>(script.toInt())).stops(), false};
+    return isPreset ? presetGradient(script.toVariant().value<QGradient::Preset>()) : Gradient();
 }
 
 /// As a strip of pixels that is drawn out to the whole layer.
@@ -88,31 +109,25 @@ void addBorder(const QQuickItem& item, platform::Layer& layer) {
         return;
     }
     const double width = (*border)->property("width").toDouble();
-    if (width > 0) {
+    const auto color = colorOf((*border)->property("color").value<QColor>());
+    if (width > 0 && color) {
         layer.appearance.borderWidth = width;
-        layer.appearance.borderColor = colorOf((*border)->property("color").value<QColor>());
+        layer.appearance.borderColor = color;
     }
 }
 
-}  // namespace
-
-void addRectangleLook(const QQuickItem& item, platform::Layer& layer) {
-    layer.appearance.cornerRadius = qtProperty(item, "QQuickRectangle", "radius").toDouble();
+void addFill(const QQuickItem& item, platform::Layer& layer) {
     const auto color = qtProperty(item, "QQuickRectangle", "color").value<QColor>();
-    if (const auto gradient = gradientOf(item)) {
-        layer.content.contents = stripOf(*gradient);
+    if (const Gradient gradient = gradientOf(item); !gradient.stops.isEmpty()) {
+        layer.content.contents = stripOf(gradient);
     } else if (isBackgroundOfAPushButton(item)) {
         addColorAsContents(color, layer);
     } else {
         layer.appearance.backgroundColor = colorOf(color);
     }
-    if (layer.content.contents.hasBitmap()) {
-        // Contents are cut to round corners only together with what lies in the layer.
-        layer.appearance.masksToBounds |= item.childItems().isEmpty();
-    }
-    addBorder(item, layer);
 }
 
+/// The part of the item that is filled: all of it, but for a rectangle with paddings.
 QRectF filledPartOf(const QQuickItem& item) {
     const QRectF whole(0, 0, item.width(), item.height());
     if (!item.inherits("QQuickPaddedRectangle")) {
@@ -123,6 +138,40 @@ QRectF filledPartOf(const QQuickItem& item) {
     };
     return whole.adjusted(padding("leftPadding"), padding("topPadding"), -padding("rightPadding"),
                           -padding("bottomPadding"));
+}
+
+/// In a layer the border lies above what is in it, and what cuts the contents or the clip to round corners
+/// cuts all of that off, too; in an item none of this is so.
+bool standsInTheWayOfItsChildren(const platform::Layer& layer, const QQuickItem& item) {
+    const auto& appearance = layer.appearance;
+    const bool cuts =
+        appearance.cornerRadius > 0 && (appearance.masksToBounds || layer.content.contents.hasBitmap());
+    return (appearance.borderWidth > 0 || cuts) && !item.childItems().isEmpty();
+}
+
+bool isTranslucent(const std::optional<Color>& color) {
+    return color && color->alpha < 1;
+}
+
+}  // namespace
+
+void addRectangleLook(const QQuickItem& item, platform::View& view) {
+    platform::Layer& own = view.mutableLayer();
+    own.appearance.cornerRadius = qtProperty(item, "QQuickRectangle", "radius").toDouble();
+    addFill(item, own);
+    addBorder(item, own);
+    platform::View* look = &view;
+    const QRectF part = filledPartOf(item);
+    if (part.size() != item.size() || standsInTheWayOfItsChildren(own, item)) {
+        look = &moveLookIntoSubview(view, {part.x(), part.y(), part.width(), part.height()});
+    }
+    auto& appearance = look->mutableLayer().appearance;
+    if (appearance.cornerRadius > 0 && look->layer().content.contents.hasBitmap()) {
+        appearance.masksToBounds = true;
+    }
+    if (appearance.borderWidth > 0 && (isTranslucent(appearance.borderColor) || own.appearance.opacity < 1)) {
+        keepFillWithinBorder(*look);
+    }
 }
 
 }  // namespace mireth::qt

@@ -2,16 +2,12 @@
 #pragma once
 
 #include <QQuickItem>
-#include <QRectF>
 
-#include "MirethVex/Platform/Layer.hpp"
+#include "MirethVex/Platform/View.hpp"
 
 namespace mireth::qt {
 
-/// `item` is a Rectangle; `layer` has its place already.
-void addRectangleLook(const QQuickItem& item, platform::Layer& layer);
-
-/// The part of the item that is filled: all of it, but for a rectangle with paddings.
-QRectF filledPartOf(const QQuickItem& item);
+/// `item` is a Rectangle; `view` has its place already, and no subviews.
+void addRectangleLook(const QQuickItem& item, platform::View& view);
 
 }  // namespace mireth::qt
