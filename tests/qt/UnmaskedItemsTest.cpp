@@ -2,7 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <QBuffer>
+#include <QColor>
 #include <QImage>
+#include <QPainter>
+#include <QQmlProperty>
+#include <QRectF>
+#include <QVariant>
+#include <string>
+#include <vector>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
 #include "contract/services/TestSupport.hpp"
@@ -103,6 +110,69 @@ TEST_F(QtUnmaskedItems, APictureOfAFileIsFittedAsTheItemSays) {
                   source + "}");
     expectAsShown("Image { width: 90; height: 70; fillMode: Image.Tile; " + source + "}");
     expectAsShown("BorderImage { width: 90; height: 70; border.left: 5; border.top: 5; " + source + "}");
+}
+
+/// Of a file whose picture is red above and blue below.
+class QtUnmaskedImages : public QtUnmaskedItems {
+  protected:
+    QtUnmaskedImages() {
+        QImage picture(40, 40, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        QPainter(&picture).fillRect(0, 20, 40, 20, Qt::blue);
+        const QString file = QString::fromStdString((folder_ / "two.png").native());
+        EXPECT_TRUE(picture.save(file));
+        source_ = "width: 80; height: 80; source: 'file://" + file.toStdString() + "'; ";
+    }
+    void expectSamePoints(QmlScene& scene) {
+        const QImage shown = scene.window().grabWindow();
+        const QImage seen = pictureOf(scene);
+        for (const QPoint point : {QPoint(40, 10), QPoint(40, 30), QPoint(40, 50), QPoint(40, 70)}) {
+            EXPECT_EQ(QColor(seen.pixel(point)).name(), QColor(shown.pixel(point)).name()) << point.y();
+        }
+    }
+
+    const test::TemporaryDirectory folder_;
+    std::string source_;
+};
+
+TEST_F(QtUnmaskedImages, AreTurnedOverAndCutAsTheItemSays) {
+    for (const char* const body :
+         {"Image { mirrorVertically: true; ", "BorderImage { mirrorVertically: true; ",
+          "Image { sourceClipRect: Qt.rect(0, 20, 40, 20); ",
+          "Image { sourceClipRect: Qt.rect(0, 10, 40, 20); ",
+          "Image { fillMode: Image.Tile; sourceClipRect: Qt.rect(0, 20, 40, 20); "}) {
+        SCOPED_TRACE(body);
+        QmlScene scene(body + source_ + "}");
+        expectSamePoints(scene);
+    }
+}
+
+TEST_F(QtUnmaskedImages, OfAPartOfAScaledPictureAreAPlainBlock) {
+    const QImage seen =
+        pictureOf("Image { sourceSize: '20x20'; sourceClipRect: Qt.rect(0, 0, 20, 10); " + source_ + "}");
+    EXPECT_TRUE(isMaskBlock(seen.pixel(40, 40)));
+}
+
+TEST_F(QtUnmaskedImages, AreDrawnAnewWhenAnythingChangesThatTheyAreDrawnFrom) {
+    QmlScene scene("Image { objectName: 'image'; " + source_ + "}" +
+                   "BorderImage { x: 100; objectName: 'border'; border.left: 1; " + source_ + "}");
+    const auto window = platform_.windowOf(scene.window());
+    struct Change {
+        const char* object;
+        const char* property;
+        QVariant value;
+    };
+    const std::vector<Change> changes{
+        {"image", "mirrorVertically", true}, {"image", "sourceClipRect", QRectF(0, 15, 40, 10)},
+        {"image", "smooth", false},          {"border", "verticalTileMode", 1},
+        {"border", "border.top", 25},
+    };
+    for (const Change& change : changes) {
+        const QImage before = unmaskedPicture(*window);
+        EXPECT_TRUE(QQmlProperty::write(&scene.object(change.object), change.property, change.value));
+        runFor(0.05);
+        EXPECT_NE(unmaskedPicture(*window), before) << change.property;
+    }
 }
 
 TEST_F(QtUnmaskedItems, APictureThatIsInNoFileIsAPlainBlock) {

@@ -56,12 +56,27 @@ QRectF placeOf(const QQuickItem& item) {
     return {QPointF(left, top), painted};
 }
 
+/// The part of the source that is loaded; null for all of it.
+QRect sourcePartOf(const QQuickItem& item) {
+    return qtProperty(item, "QQuickImage", "sourceClipRect").toRectF().toRect();
+}
+
+/// The part then counts in pixels of a picture that was scaled while it was loaded.
+bool isPartOfAScaledSource(const QQuickItem& item) {
+    const QRect part = sourcePartOf(item);
+    return !part.isNull() && qtProperty(item, "QQuickImageBase", "sourceSize").toSize() != part.size();
+}
+
 QImage read(const QQuickItem& item, QSizeF size) {
     QImageReader reader(localFileOf(item));
     reader.setAutoTransform(qtProperty(item, "QQuickImage", "autoTransform").toBool());
     const QSize wanted = size.toSize();
     const bool isSmaller = wanted.width() < reader.size().width() && wanted.height() < reader.size().height();
-    if (isSmaller && !wanted.isEmpty() && reader.transformation() == QImageIOHandler::TransformationNone) {
+    const QRect part = sourcePartOf(item);
+    if (!part.isNull()) {
+        reader.setClipRect(part);
+    } else if (isSmaller && !wanted.isEmpty() &&
+               reader.transformation() == QImageIOHandler::TransformationNone) {
         reader.setScaledSize(wanted);
     }
     QImage picture = reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
@@ -97,12 +112,15 @@ void drawTiles(QPainter& painter, const QQuickItem& item, int fillMode) {
     painter.fillRect(whole, QBrush(picture));
 }
 
+void turnOver(QPainter& painter, const QQuickItem& item) {
+    const bool isAcross = qtProperty(item, "QQuickImageBase", "mirror").toBool();
+    const bool isUpsideDown = qtProperty(item, "QQuickImageBase", "mirrorVertically").toBool();
+    painter.translate(isAcross ? item.width() : 0, isUpsideDown ? item.height() : 0);
+    painter.scale(isAcross ? -1 : 1, isUpsideDown ? -1 : 1);
+}
+
 void drawImage(QPainter& painter, const QQuickItem& item) {
     const int fillMode = qtProperty(item, "QQuickImage", "fillMode").toInt();
-    if (qtProperty(item, "QQuickImageBase", "mirror").toBool()) {
-        painter.translate(item.width(), 0);
-        painter.scale(-1, 1);
-    }
     if (fillMode >= tile && fillMode <= tileHorizontally) {
         drawTiles(painter, item, fillMode);
         return;
@@ -114,19 +132,38 @@ void drawImage(QPainter& painter, const QQuickItem& item) {
     painter.drawImage(place, picture);
 }
 
-void drawBorderImage(QPainter& painter, const QQuickItem& item) {
+/// How much of each side of a BorderImage is not stretched. Empty for other items.
+QVariantList edgesOf(const QQuickItem& item) {
     const auto* const border = qtProperty(item, "QQuickBorderImage", "border").value<QObject*>();
     if (border == nullptr) {
+        return {};
+    }
+    return {border->property("left"), border->property("top"), border->property("right"),
+            border->property("bottom")};
+}
+
+void drawBorderImage(QPainter& painter, const QQuickItem& item) {
+    const QVariantList edges = edgesOf(item);
+    if (edges.isEmpty()) {
         return;
     }
-    const QMargins margins(border->property("left").toInt(), border->property("top").toInt(),
-                           border->property("right").toInt(), border->property("bottom").toInt());
+    const QMargins margins(edges[0].toInt(), edges[1].toInt(), edges[2].toInt(), edges[3].toInt());
     const QTileRules rules(
         static_cast<Qt::TileRule>(qtProperty(item, "QQuickBorderImage", "horizontalTileMode").toInt()),
         static_cast<Qt::TileRule>(qtProperty(item, "QQuickBorderImage", "verticalTileMode").toInt()));
     const QPixmap picture = QPixmap::fromImage(read(item, {}));
     qDrawBorderPixmap(&painter, QRectF(0, 0, item.width(), item.height()).toRect(), margins, picture,
                       picture.rect(), margins, rules);
+}
+
+QVariantList valuesOfImage(const QQuickItem& item) {
+    return valuesOf(item, "QQuickItem", {"smooth", "implicitWidth", "implicitHeight"}) +
+           valuesOf(item, "QQuickImageBase", {"source", "sourceSize", "mirror", "mirrorVertically"}) +
+           valuesOf(item, "QQuickImage",
+                    {"fillMode", "horizontalAlignment", "verticalAlignment", "paintedWidth", "paintedHeight",
+                     "autoTransform", "sourceClipRect"}) +
+           valuesOf(item, "QQuickBorderImage", {"horizontalTileMode", "verticalTileMode"}) + edgesOf(item) +
+           QVariantList{tintOf(item)};
 }
 
 }  // namespace
@@ -139,17 +176,14 @@ std::optional<ItemDrawing> imageDrawingOf(QQuickItem& item) {
     if (qtProperty(item, "QQuickImageBase", "status").toInt() != ready) {
         return drawing;
     }
-    drawing.values = valuesOf(item, "QQuickImageBase", {"source", "mirror"});
-    drawing.values +=
-        valuesOf(item, "QQuickImage",
-                 {"fillMode", "horizontalAlignment", "verticalAlignment", "paintedWidth", "paintedHeight"});
-    drawing.values += tintOf(item);
+    drawing.values = valuesOfImage(item);
     drawing.area = {0, 0, item.width(), item.height()};
     drawing.draw = [&item](QPainter& painter) {
         const QString file = localFileOf(item);
-        if (file.isEmpty() || !isQuickToRead(QImageReader(file))) {
+        if (file.isEmpty() || !isQuickToRead(QImageReader(file)) || isPartOfAScaledSource(item)) {
             return false;
         }
+        turnOver(painter, item);
         if (item.inherits("QQuickBorderImage")) {
             drawBorderImage(painter, item);
         } else {
