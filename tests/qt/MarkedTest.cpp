@@ -16,6 +16,7 @@
 #include <QToolTip>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
+#include "platforms/qt/mirror/MarkedWidgets.hpp"
 #include "qt/support/EventLoop.hpp"
 #include "qt/support/Pictures.hpp"
 
@@ -92,6 +93,18 @@ TEST_F(QtMarked, AWidgetIsABlockInAGraphicsSceneToo) {
     EXPECT_NE(findCanary(unmasked()), std::nullopt);
     mark(secret);
     EXPECT_EQ(findCanary(unmasked()), std::nullopt);
+}
+
+TEST_F(QtMarked, AViewInTheVerySceneThatItShowsIsLookedIntoOnce) {
+    QGraphicsScene scene;
+    scene.addWidget(new QGraphicsView(&scene));
+    const QGraphicsView view(&scene);
+    EXPECT_FALSE(qt::showsMarked(*view.viewport()));
+    auto* const secret = new QLabel("4111 1111");
+    mark(*secret);
+    scene.addWidget(secret);
+    EXPECT_TRUE(qt::showsMarked(*view.viewport()));
+    EXPECT_TRUE(qt::holdsMarked(view));
 }
 
 TEST_F(QtMarked, TheListOfAComboBoxIsABlock) {

@@ -4,6 +4,7 @@
 #include <QGraphicsProxyWidget>
 #include <QGraphicsView>
 #include <algorithm>
+#include <vector>
 
 #include "platforms/qt/mirror/MarkingProperties.hpp"
 
@@ -17,29 +18,48 @@ const QGraphicsScene* sceneShownBy(const QWidget& widget) {
     return view != nullptr && view->viewport() == &widget ? view->scene() : nullptr;
 }
 
-/// Asked of the widgets: to ask the scene for its items would run the app's code.
-bool isMarkedIn(const QWidget& embedded, const QGraphicsScene& scene) {
-    const auto* const proxy = embedded.graphicsProxyWidget();
-    return proxy != nullptr && proxy->scene() == &scene && (showsMarked(embedded) || holdsMarked(embedded));
-}
+/// One look at widgets, and at those in the scenes that they show. A scene may hold a view of itself.
+class Look {
+  public:
+    bool findsShownBy(const QWidget& widget) {
+        if (isMarkedAsMasked(widget)) {
+            return true;
+        }
+        const QGraphicsScene* const scene = sceneShownBy(widget);
+        if (scene == nullptr || std::ranges::find(scenes_, scene) != scenes_.end()) {
+            return false;
+        }
+        scenes_.push_back(scene);
+        return std::ranges::any_of(QApplication::topLevelWidgets(), [&](const QWidget* window) {
+            return isEmbeddedIn(*window, *scene) && (findsShownBy(*window) || findsIn(*window));
+        });
+    }
+
+    bool findsIn(const QWidget& widget) {
+        return std::ranges::any_of(widget.children(), [this](const QObject* child) {
+            return child->isWidgetType() && (findsShownBy(static_cast<const QWidget&>(*child)) ||
+                                             findsIn(static_cast<const QWidget&>(*child)));
+        });
+    }
+
+  private:
+    /// Asked of the widgets: to ask the scene for its items would run the app's code.
+    static bool isEmbeddedIn(const QWidget& widget, const QGraphicsScene& scene) {
+        const auto* const proxy = widget.graphicsProxyWidget();
+        return proxy != nullptr && proxy->scene() == &scene;
+    }
+
+    std::vector<const QGraphicsScene*> scenes_;
+};
 
 }  // namespace
 
 bool showsMarked(const QWidget& widget) {
-    if (isMarkedAsMasked(widget)) {
-        return true;
-    }
-    const QGraphicsScene* const scene = sceneShownBy(widget);
-    return scene != nullptr &&
-           std::ranges::any_of(QApplication::topLevelWidgets(),
-                               [scene](const QWidget* window) { return isMarkedIn(*window, *scene); });
+    return Look().findsShownBy(widget);
 }
 
 bool holdsMarked(const QWidget& widget) {
-    return std::ranges::any_of(widget.children(), [](const QObject* child) {
-        return child->isWidgetType() && (showsMarked(static_cast<const QWidget&>(*child)) ||
-                                         holdsMarked(static_cast<const QWidget&>(*child)));
-    });
+    return Look().findsIn(widget);
 }
 
 }  // namespace mireth::qt
