@@ -173,6 +173,33 @@ TEST_F(QtMarked, ItsToolTipIsABlockAlsoOneThatAnotherWidgetHadBefore) {
     QToolTip::hideText();
 }
 
+/// Lets the mouse through, as an overlay does.
+class Overlay : public QWidget {
+  public:
+    Overlay() : QWidget(nullptr, Qt::ToolTip) { setAttribute(Qt::WA_TransparentForMouseEvents); }
+    int timesPainted = 0;
+
+  protected:
+    void paintEvent(QPaintEvent* /*event*/) override { ++timesPainted; }
+};
+
+TEST_F(QtMarked, NothingIsDoneToOtherWindowsForAToolTipThatIsMaskedAnyway) {
+    QLabel card("card", &window_);
+    (void)masked();
+    QCursor::setPos(card.mapToGlobal(QPoint(5, 5)));
+    QToolTip::showText(card.mapToGlobal(QPoint(5, 25)), "4111 1111", &card);
+    Overlay overlay;
+    overlay.setGeometry(window_.geometry());
+    overlay.show();
+    runFor(0.05);
+    overlay.timesPainted = 0;
+    (void)masked();
+    runFor(0.05);
+    // To ask what lies below it, Qt would cut a hole into it for a moment.
+    EXPECT_EQ(overlay.timesPainted, 0);
+    QToolTip::hideText();
+}
+
 TEST_F(QtMarked, ADialogOfAMarkedWidgetIsABlock) {
     QWidget panel(&window_);
     QDialog dialog(&panel);

@@ -91,6 +91,10 @@ bool hasNoPictureOfItsOwn(const QWidget& widget) {
     return !WidgetPictures::holdsItsChildrenApart(widget) && holdsMarked(widget);
 }
 
+bool showsSomething(Shown shown) {
+    return shown == Shown::container || shown == Shown::styled;
+}
+
 /// A container, whatever it shows itself, or one picture together with what lies in it.
 MirroredClass unmasked(MirroredClass mirrored, const QWidget& widget) {
     if (mirrored.shown != Shown::hosted) {
@@ -143,8 +147,11 @@ MirroredClass WidgetMirror::classOf(const QWidget& widget, bool hasChildren) {
     }
     const bool isUnknownLeaf =
         mirrored.shown == Shown::container && !hasChildren && !mirrored.emptyIsHarmless;
+    // Else it is masked without that: to find the widget that a tool tip belongs to is not free of effects.
+    const bool isWindowToBeSeen =
+        widget.isWindow() && (pictures_ != nullptr || showsSomething(mirrored.shown));
     const bool isMarked = (pictures_ != nullptr ? showsMarked(widget) : isMarkedAsMasked(widget)) ||
-                          (widget.isWindow() && belongsToMarked(widget));
+                          (isWindowToBeSeen && belongsToMarked(widget));
     if (isUnknownLeaf || depth_ >= maximumMirrorDepth || isMarked) {
         mirrored.shown = Shown::label;
     }
