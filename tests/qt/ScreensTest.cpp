@@ -159,6 +159,36 @@ TEST_F(QtScreens, PagesOfAStackViewGoByTheirTypesAndNames) {
     EXPECT_THAT(heard(), ElementsAre("-BasketPage", "+Checkout"));
 }
 
+TEST_F(QtScreens, OfTheNamedPagesOfASwipeViewTheCurrentOneIsAScreen) {
+    QmlScene scene(
+        "SwipeView { objectName: 'pages'; anchors.fill: parent;"
+        " Page { Mireth.screen: 'One' } Page { Mireth.screen: 'Two' } Item { Mireth.screen: 'Three' } }",
+        {}, "import MirethVex");
+    scene.window().setProperty("mirethScreen", "Main");
+    const auto recorded = platform_.windowOf(scene.window());
+    pass(recorded);
+    EXPECT_THAT(heard(), ElementsAre("+Main", "+One"));
+    scene.object("pages").setProperty("currentIndex", 2);
+    runFor(0.02);
+    EXPECT_THAT(heard(), ElementsAre("-One", "+Three"));
+}
+
+TEST_F(QtScreens, WhatLiesInTheOtherPagesOfASwipeViewIsNone) {
+    QmlScene scene(
+        "SwipeView { objectName: 'pages'; anchors.fill: parent;"
+        " Item { Mireth.screen: 'One'; Item { anchors.fill: parent; Mireth.screen: 'Detail' } }"
+        " Item { Mireth.screen: 'Two'; StackView { anchors.fill: parent;"
+        " initialItem: Item { Mireth.screen: 'List' } } } }",
+        {}, "import MirethVex");
+    scene.window().setProperty("mirethScreen", "Main");
+    const auto recorded = platform_.windowOf(scene.window());
+    pass(recorded);
+    EXPECT_THAT(heard(), ElementsAre("+Main", "+One", "+Detail"));
+    scene.object("pages").setProperty("currentIndex", 1);
+    runFor(0.02);
+    EXPECT_THAT(heard(), ElementsAre("-One", "-Detail", "+Two", "+List"));
+}
+
 TEST_F(QtScreens, OnlyALoaderThatFillsTheWindowHoldsAPage) {
     const test::TemporaryDirectory folder;
     test::writeFile(folder / "Big.qml", "import QtQuick\nItem { }");

@@ -60,6 +60,24 @@ bool isStack(const QQuickItem& item) {
     return item.inherits("QQuickStackView") || item.inherits("QQuickSwipeView");
 }
 
+QQuickItem* currentPageOf(const QQuickItem& stack) {
+    const char* const type = stack.inherits("QQuickStackView") ? "QQuickStackView" : "QQuickContainer";
+    return qtProperty(stack, type, "currentItem").value<QQuickItem*>();
+}
+
+/// All pages of a SwipeView are visible items, side by side; the user is on one of them.
+bool isOnAnotherPage(const QQuickItem& item) {
+    for (const QQuickItem* holder = item.parentItem(); holder != nullptr; holder = holder->parentItem()) {
+        if (holder->inherits("QQuickSwipeView")) {
+            const QQuickItem* const page = currentPageOf(*holder);
+            if (page == nullptr || (page != &item && !page->isAncestorOf(&item))) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 void SeenScreens::addWindow(QWidget& window) {
@@ -86,18 +104,20 @@ void SeenScreens::look(QWidget& widget) {
 }
 
 void SeenScreens::look(QQuickItem& item) {
+    QObject* page = nullptr;
     if (isStack(item)) {
         holders_.push_back(&item);
-        const char* const stack = item.inherits("QQuickStackView") ? "QQuickStackView" : "QQuickContainer";
-        add(qtProperty(item, stack, "currentItem").value<QQuickItem*>());
+        page = currentPageOf(item);
     } else if (item.inherits("QQuickLoader") && fillsTheWindow(item)) {
         holders_.push_back(&item);
-        add(qtProperty(item, "QQuickLoader", "item").value<QObject*>());
+        page = qtProperty(item, "QQuickLoader", "item").value<QObject*>();
     } else if (QObject* const popup = popupOf(item); popup != nullptr && isScreen(*popup)) {
-        add(popup);
+        page = popup;
     }
-    if (!markedScreen(item).isEmpty()) {
-        add(&item);
+    const bool isNamed = !markedScreen(item).isEmpty();
+    if ((page != nullptr || isNamed) && !isOnAnotherPage(item)) {
+        add(page);
+        add(isNamed ? &item : nullptr);
     }
 }
 
