@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QDialog>
+#include <QLabel>
 #include <QMenu>
 #include <memory>
 
@@ -109,6 +110,30 @@ TEST_F(QtWindowsAbove, AreAsFaintAsTheirOpacityMakesThem) {
     faint->setWindowOpacity(0.25);
     show(*faint);
     EXPECT_NEAR(greyAtTheCorner(), 180, 3);
+}
+
+TEST_F(QtWindowsAbove, TranslucentOnesFillNothing) {
+    const auto toast = dialog(window_, 0);
+    toast->setAttribute(Qt::WA_TranslucentBackground);
+    QLabel text("Saved", toast.get());
+    text.setGeometry(0, 30, 50, 20);
+    show(*toast);
+    EXPECT_EQ(greyAtTheCorner(), 240);
+    EXPECT_TRUE(isMaskBlock(recordedPicture(*recorded_).pixel(20, 40)));
+    (void)unmaskedPicture(*recorded_);
+    EXPECT_EQ(qRed(unmaskedPicture(*recorded_).pixel(20, 20)), 240);
+}
+
+TEST_F(QtWindowsAbove, MinimisedOnesAreNotThere) {
+    const auto minimised = dialog(window_, 0);
+    show(*minimised);
+    ASSERT_EQ(greyAtTheCorner(), 0);
+    minimised->showMinimized();
+    runFor(0.01);
+    EXPECT_EQ(greyAtTheCorner(), 240);
+    minimised->showNormal();
+    runFor(0.01);
+    EXPECT_EQ(greyAtTheCorner(), 0);
 }
 
 TEST_F(QtWindowsAbove, ThoseOfItemsAreAsFaintAsTheirOpacityMakesThem) {

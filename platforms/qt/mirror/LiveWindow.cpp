@@ -36,6 +36,11 @@ bool isPassing(Qt::WindowType type) {
     }
 }
 
+/// What is minimised is visible for Qt.
+bool isOnTheDesktop(const QWindow& window) {
+    return window.isVisible() && !window.windowStates().testFlag(Qt::WindowMinimized);
+}
+
 bool standsAbove(const QWindow& window, const QWindow& below) {
     if (window.transientParent() == nullptr) {
         return isPassing(window.type());
@@ -99,6 +104,10 @@ double LiveWindow::opacity() const {
     return live != nullptr ? live->opacity() : 1.0;
 }
 
+bool LiveWindow::isTranslucent() const {
+    return widget_ != nullptr && widget_->testAttribute(Qt::WA_TranslucentBackground);
+}
+
 QColor LiveWindow::backgroundColor() const {
     if (widget_ != nullptr) {
         return widget_->palette().color(widget_->backgroundRole());
@@ -114,7 +123,7 @@ std::vector<LiveWindow> LiveWindow::windowsAbove() const {
         return above;
     }
     for (QWindow* const candidate : QGuiApplication::topLevelWindows()) {
-        if (candidate != below && candidate->isVisible() && standsAbove(*candidate, *below)) {
+        if (candidate != below && isOnTheDesktop(*candidate) && standsAbove(*candidate, *below)) {
             above.emplace_back(*candidate);
         }
     }

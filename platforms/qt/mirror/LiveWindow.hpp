@@ -35,6 +35,8 @@ class LiveWindow {
     Point origin() const;
     /// 0 … 1; what lies behind the window shows through it.
     double opacity() const;
+    /// A window of widgets that fills nothing by itself. Those of items have a translucent colour.
+    bool isTranslucent() const;
     /// What is behind all that the window holds.
     QColor backgroundColor() const;
 

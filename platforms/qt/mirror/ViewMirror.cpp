@@ -47,7 +47,7 @@ std::vector<std::shared_ptr<View>> ViewMirror::allOf(const LiveWindow& live, See
         content->setFrame({place.x - origin.x, place.y - origin.y, size.width, size.height});
         // What is a block stays one.
         auto& background = content->mutableLayer().appearance.backgroundColor;
-        if (!background) {
+        if (!background && !above.isTranslucent()) {
             background = colorOf(above.backgroundColor());
         }
         content->mutableLayer().appearance.opacity *= above.opacity();
