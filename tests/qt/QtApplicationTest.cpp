@@ -1,8 +1,11 @@
 // When a Qt application has moved to the background, and which window is the key window.
 #include <gtest/gtest.h>
 
+#include <QDialog>
 #include <QGuiApplication>
+#include <QMenu>
 #include <QWidget>
+#include <QWindow>
 #include <stdexcept>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
@@ -68,6 +71,70 @@ TEST(QtKeyWindow, IsTheFocusedWindow) {
     window.activateWindow();
     ASSERT_TRUE(runUntil([&] { return QGuiApplication::focusWindow() == window.windowHandle(); }));
     EXPECT_EQ(platform.services().application->keyWindow(), platform.windowOf(window));
+}
+
+TEST(QtKeyWindow, IsTheOneThatAFocusedMenuOrDialogBelongsTo) {
+    const qt::QtPlatform platform;
+    QWidget window;
+    window.show();
+    QDialog dialog(&window);
+    dialog.show();
+    dialog.activateWindow();
+    ASSERT_TRUE(runUntil([&] { return QGuiApplication::focusWindow() == dialog.windowHandle(); }));
+    const auto keyWindow = [&platform] { return platform.services().application->keyWindow(); };
+    EXPECT_EQ(keyWindow(), platform.windowOf(window));
+    QMenu menu(&dialog);
+    menu.addAction("Copy");
+    menu.popup(QPoint(10, 10));
+    ASSERT_TRUE(runUntil([&] { return QGuiApplication::focusWindow() == menu.windowHandle(); }));
+    EXPECT_EQ(keyWindow(), platform.windowOf(window));
+}
+
+TEST(QtKeyWindow, IsTheOneThatHoldsAFocusedContainer) {
+    const qt::QtPlatform platform;
+    QWidget window;
+    auto* const contained = new QWindow;
+    QWidget::createWindowContainer(contained, &window)->setGeometry(0, 0, 50, 50);
+    window.show();
+    contained->requestActivate();
+    ASSERT_TRUE(runUntil([&] { return QGuiApplication::focusWindow() == contained; }));
+    EXPECT_EQ(platform.services().application->keyWindow(), platform.windowOf(window));
+}
+
+TEST(QtKeyWindow, IsAFocusedDialogThatBelongsToNoOther) {
+    const qt::QtPlatform platform;
+    QDialog dialog;
+    dialog.show();
+    dialog.activateWindow();
+    ASSERT_TRUE(runUntil([&] { return QGuiApplication::focusWindow() == dialog.windowHandle(); }));
+    EXPECT_EQ(platform.services().application->keyWindow(), platform.windowOf(dialog));
+}
+
+TEST(QtKeyWindow, IsAFocusedDialogWhoseWindowIsNotThere) {
+    const qt::QtPlatform platform;
+    QWidget window;
+    window.show();
+    window.hide();
+    QDialog dialog(&window);
+    dialog.show();
+    dialog.activateWindow();
+    ASSERT_TRUE(runUntil([&] { return QGuiApplication::focusWindow() == dialog.windowHandle(); }));
+    EXPECT_EQ(platform.services().application->keyWindow(), platform.windowOf(dialog));
+}
+
+TEST(QtKeyWindow, IsNeitherAToolTipNorASplashWhereThereIsAnother) {
+    const qt::QtPlatform platform;
+    QWidget toolTip(nullptr, Qt::ToolTip);
+    toolTip.show();
+    QWidget window;
+    window.show();
+    QWidget splash(nullptr, Qt::SplashScreen);
+    splash.show();
+    splash.activateWindow();
+    ASSERT_TRUE(runUntil([&] { return QGuiApplication::focusWindow() == splash.windowHandle(); }));
+    EXPECT_EQ(platform.services().application->keyWindow(), platform.windowOf(window));
+    window.hide();
+    EXPECT_EQ(platform.services().application->keyWindow(), platform.windowOf(splash));
 }
 
 TEST(QtKeyWindow, IsMissingWhereNothingIsShown) {

@@ -2,7 +2,8 @@
 
 #include <QGuiApplication>
 #include <QScreen>
-#include <compare>
+
+#include "platforms/qt/mirror/WindowKinds.hpp"
 
 namespace mireth::qt {
 
@@ -12,13 +13,9 @@ int areaOf(const QWindow& window) {
     return window.width() * window.height();
 }
 
-bool isDialog(const QWindow& window) {
-    return window.type() == Qt::Dialog || window.type() == Qt::Sheet;
-}
-
 /// A window of items that asks for no frame, and for nothing else, is of the kind `Qt::Widget`.
 bool isOfAMainKind(const QWindow& window) {
-    return window.type() == Qt::Window || window.type() == Qt::Widget || isDialog(window);
+    return window.type() == Qt::Window || window.type() == Qt::Widget || isDialog(window.type());
 }
 
 bool isFrameless(const QWindow& window) {
@@ -41,15 +38,16 @@ bool isMainWindow(const QWindow& window) {
 }
 
 bool givesWay(const QWindow& recorded, const QWindow& window) {
-    if (isDialog(recorded) || isDialog(window)) {
-        return !isDialog(window);
+    if (isDialog(recorded.type()) || isDialog(window.type())) {
+        return !isDialog(window.type());
     }
     return isFrameless(recorded) && !isFrameless(window) && areaOf(window) >= areaOf(recorded);
 }
 
 QWindow* largestMainWindow() {
     const auto isSmaller = [](const QWindow& one, const QWindow& other) {
-        return isDialog(one) != isDialog(other) ? isDialog(one) : areaOf(one) < areaOf(other);
+        const bool isOneADialog = isDialog(one.type());
+        return isOneADialog != isDialog(other.type()) ? isOneADialog : areaOf(one) < areaOf(other);
     };
     QWindow* largest = nullptr;
     for (QWindow* const window : QGuiApplication::topLevelWindows()) {

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QGuiApplication>
 
+#include "platforms/qt/mirror/WindowKinds.hpp"
+
 namespace mireth::qt {
 
 namespace {
@@ -18,22 +20,6 @@ QWidget* widgetOf(const QWindow& window) {
         }
     }
     return nullptr;
-}
-
-/// Kinds of window that come and go above another one.
-bool isPassing(Qt::WindowType type) {
-    switch (type) {
-        case Qt::Dialog:
-        case Qt::Sheet:
-        case Qt::Drawer:
-        case Qt::Popup:
-        case Qt::Tool:
-        case Qt::ToolTip:
-        case Qt::SplashScreen:
-            return true;
-        default:
-            return false;
-    }
 }
 
 /// What is minimised is visible for Qt.

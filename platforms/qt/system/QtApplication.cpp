@@ -2,11 +2,27 @@
 
 #include <QGuiApplication>
 #include <QWindow>
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "Base/GuardedRun.hpp"
+#include "platforms/qt/mirror/WindowKinds.hpp"
 
 namespace mireth::qt {
+
+namespace {
+
+/// The one that holds `window`, or that a dialog, a menu or the like is open over.
+QWindow& mainWindowOf(QWindow& window) {
+    if (QWindow* const holder = window.parent()) {
+        return mainWindowOf(*holder);
+    }
+    QWindow* const below = isPassing(window.type()) ? window.transientParent() : nullptr;
+    return below != nullptr && below->isVisible() ? mainWindowOf(*below) : window;
+}
+
+}  // namespace
 
 QtApplication::QtApplication(std::shared_ptr<RecordedWindows> windows,
                              std::shared_ptr<platform::AppearanceDelivery> appearance)
@@ -16,15 +32,22 @@ QtApplication::QtApplication(std::shared_ptr<RecordedWindows> windows,
 }
 
 std::shared_ptr<platform::Window> QtApplication::keyWindow() const {
-    if (auto* const focused = QGuiApplication::focusWindow()) {
-        return windows_->of(*focused);
+    std::vector<QWindow*> candidates;
+    if (QWindow* const focused = QGuiApplication::focusWindow()) {
+        candidates.push_back(&mainWindowOf(*focused));
     }
-    for (auto* const window : QGuiApplication::topLevelWindows()) {
+    for (QWindow* const window : QGuiApplication::topLevelWindows()) {
         if (window->isVisible()) {
-            return windows_->of(*window);
+            candidates.push_back(&mainWindowOf(*window));
         }
     }
-    return nullptr;
+    const auto main = std::ranges::find_if(candidates, [](const QWindow* window) {
+        return !isPassing(window->type()) || isDialog(window->type());
+    });
+    if (main != candidates.end()) {
+        return windows_->of(**main);
+    }
+    return candidates.empty() ? nullptr : windows_->of(*candidates.front());
 }
 
 AnyCancellable QtApplication::observeDidEnterBackground(std::function<void()> observer) {

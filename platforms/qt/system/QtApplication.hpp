@@ -20,7 +20,8 @@ class QtApplication final : public platform::Application {
     QtApplication(std::shared_ptr<RecordedWindows> windows,
                   std::shared_ptr<platform::AppearanceDelivery> appearance);
 
-    /// The focused window, else the first one that is visible.
+    /// The focused window, else the first one that is visible: the one that holds it or that it is open over,
+    /// and a pop-up, a tool or a splash screen only where there is nothing else.
     std::shared_ptr<platform::Window> keyWindow() const override;
     AnyCancellable observeDidEnterBackground(std::function<void()> observer) override;
     AnyCancellable interceptViewDidAppear(platform::AppearanceInterceptor interceptor) override;

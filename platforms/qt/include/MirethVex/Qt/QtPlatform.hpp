@@ -61,9 +61,10 @@ class MIRETH_EXPORT QtPlatform {
 MIRETH_EXPORT bool install(platform::LinuxPlatformOptions options = {}) noexcept;
 
 /// `MirethSR::shared().initializeProject` for one of the app's windows; without one for the focused window,
-/// else the first that is visible. Installs Qt's answers when nothing was installed yet; where the library
-/// stands on other services the window is not looked at. `cannotGetKeyWindow` also when nothing can be
-/// installed. Main thread.
+/// else the first that is visible. While a dialog, a menu or a window that another one contains has the
+/// focus, it is the window that they belong to. Installs Qt's answers when nothing was installed yet; where
+/// the library stands on other services the window is not looked at. `cannotGetKeyWindow` also when nothing
+/// can be installed. Main thread.
 MIRETH_EXPORT InitializationResult initializeProject(const std::string& brandId,
                                                      const std::string& projectId) noexcept;
 MIRETH_EXPORT InitializationResult initializeProject(const std::string& brandId, const std::string& projectId,
