@@ -59,6 +59,10 @@ TEST_F(QtAttachedWindows, OneThatIsHiddenAndShownAgainAtOnceStaysIt) {
     EXPECT_THAT(widthsAfter({"show:main+show:helper", "show-again:main"}), ElementsAre(300));
 }
 
+TEST_F(QtAttachedWindows, ItIsRecordedAnewAfterTheBackground) {
+    EXPECT_THAT(widthsAfter({"show:main", "suspend"}), ElementsAre(300, 300));
+}
+
 }  // namespace
 
 }  // namespace mireth::qttest

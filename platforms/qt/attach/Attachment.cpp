@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QGuiApplication>
 #include <utility>
 
 #include "Base/GuardedRun.hpp"
@@ -21,6 +22,9 @@ constexpr platform::Seconds patience(3);
 Attachment::Attachment(AttachSettings settings) : settings_(std::move(settings)) {
     QCoreApplication::instance()->installEventFilter(this);
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, [this] { finish(); });
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        runGuarded("the recording of a program", [this, state] { stateChanged(state); });
+    });
 }
 
 Attachment::~Attachment() = default;
@@ -63,6 +67,14 @@ void Attachment::lookForAnother() {
 
 bool Attachment::isRecordedThere() const {
     return recorded_ != nullptr && recorded_->isVisible();
+}
+
+void Attachment::stateChanged(Qt::ApplicationState state) {
+    const bool wasInBackground = isInBackground_;
+    isInBackground_ = state == Qt::ApplicationSuspended || state == Qt::ApplicationHidden;
+    if (wasInBackground && !isInBackground_ && recorded_ != nullptr) {
+        recordNext(*recorded_);
+    }
 }
 
 void Attachment::recordNext(QWindow& window) {

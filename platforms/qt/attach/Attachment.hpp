@@ -13,7 +13,8 @@ namespace mireth::qt {
 
 /// Lives as long as the application. Waits for the first window that can be the main window, and records it
 /// until the program quits. When that window is gone, or gives way to another one, the other one is recorded
-/// instead, in a session of its own. Main thread only.
+/// instead, in a session of its own; so is the window of an application that comes back from the background.
+/// Main thread only.
 class Attachment final : public QObject {
   public:
     explicit Attachment(AttachSettings settings);
@@ -26,6 +27,8 @@ class Attachment final : public QObject {
     /// When the recorded window is gone.
     void lookForAnother();
     bool isRecordedThere() const;
+    /// The move to the background has ended the session.
+    void stateChanged(Qt::ApplicationState state);
     /// After the session that was started last.
     void recordNext(QWindow& window);
     void record();
@@ -39,6 +42,7 @@ class Attachment final : public QObject {
     std::optional<Async<SessionStartResult>> start_;
     /// Whether that session is being ended, for what is then `recorded_`.
     bool isChanging_ = false;
+    bool isInBackground_ = false;
 };
 
 }  // namespace mireth::qt
