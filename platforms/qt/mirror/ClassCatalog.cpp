@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "platforms/qt/mirror/ClassRules.hpp"
-#include "platforms/qt/mirror/StateText.hpp"
+#include "platforms/qt/state/ClassState.hpp"
 
 namespace mireth::qt {
 
@@ -76,7 +76,7 @@ const MirroredClass& ClassCatalog::find(const QMetaObject& type, Family family) 
     if (isNew) {
         mirrored = family == Family::widget ? ruleForWidget(writtenIn(type)) : ruleForItem(writtenIn(type));
         mirrored.viewClass = &registeredBelow(ViewClass::view(), &type);
-        mirrored.stateProperties = std::make_shared<const std::vector<int>>(statePropertiesOf(type));
+        mirrored.state = std::make_shared<const ClassState>(classStateOf(type));
     }
     return mirrored;
 }

@@ -6,7 +6,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 #include "MirethVex/Platform/ViewClass.hpp"
 
@@ -30,13 +29,15 @@ enum class Shown {
     styled,
 };
 
+struct ClassState;
+
 struct MirroredClass {
     const platform::ViewClass* viewClass = nullptr;
     Shown shown = Shown::label;
     /// True when an object without others in it shows nothing of its own either.
     bool emptyIsHarmless = false;
-    /// For `describeState`; never null in what a catalogue gives out.
-    std::shared_ptr<const std::vector<int>> stateProperties = nullptr;
+    /// Never null in what a catalogue gives out.
+    std::shared_ptr<const ClassState> state = nullptr;
 };
 
 /// The name by which a host knows a class: the C++ name, or `CardNumber` for the type of CardNumber.qml.

@@ -3,13 +3,13 @@
 #include <QTransform>
 #include <algorithm>
 
+#include "MirethVex/Platform/TextViews.hpp"
 #include "platforms/qt/mirror/ItemOwner.hpp"
 #include "platforms/qt/mirror/LayerValues.hpp"
 #include "platforms/qt/mirror/LookView.hpp"
 #include "platforms/qt/mirror/MarkedOwners.hpp"
 #include "platforms/qt/mirror/MarkingProperties.hpp"
 #include "platforms/qt/mirror/RectangleLook.hpp"
-#include "platforms/qt/mirror/StateText.hpp"
 #include "platforms/qt/pictures/PictureViews.hpp"
 
 namespace mireth::qt {
@@ -30,6 +30,10 @@ QTransform transformToParent(const QQuickItem& item) {
     return isKnown ? transform : QTransform::fromTranslate(item.x(), item.y());
 }
 
+const View* firstIn(const View& view) {
+    return view.subviews().empty() ? nullptr : view.subviews().front().get();
+}
+
 bool liesBehindItsParent(const QQuickItem* item) {
     return item->z() < 0 && isSeen(*item);
 }
@@ -47,11 +51,16 @@ std::shared_ptr<View> ItemMirror::viewOf(QQuickItem& item) {
     layer.appearance.opacity = item.opacity();
     layer.appearance.allowsGroupOpacity = false;
     layer.appearance.masksToBounds = item.clip();
-    describeState(item, *mirrored.stateProperties, *view);
+    if (auto* const input = dynamic_cast<platform::TextInputView*>(view.get())) {
+        input->isFirstResponder = item.hasActiveFocus();
+    }
+    state_.add(item);
     addLook(item, mirrored.shown, *view);
     const bool isOpen = mirrored.shown == Shown::container || mirrored.shown == Shown::rectangle;
     if (isOpen || (pictures_ != nullptr && mirrored.shown != Shown::hosted)) {
         addChildren(item, *view);
+    } else {
+        state_.addContentOf(item);
     }
     return view;
 }
@@ -59,6 +68,10 @@ std::shared_ptr<View> ItemMirror::viewOf(QQuickItem& item) {
 void ItemMirror::addLook(QQuickItem& item, Shown shown, View& view) {
     if (shown == Shown::rectangle) {
         addRectangleLook(item, view);
+        // Nowhere else is what an item is filled with compared, when that is no colour.
+        for (const View* look = &view; look != nullptr; look = firstIn(*look)) {
+            state_.addPicture(look->layer().content.contents);
+        }
     } else if (pictures_ == nullptr || shown == Shown::container) {
         return;
     } else if (shown == Shown::hosted) {

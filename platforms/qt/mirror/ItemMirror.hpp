@@ -10,6 +10,7 @@
 #include "platforms/qt/mirror/MirroredViews.hpp"
 #include "platforms/qt/pictures/ItemPictures.hpp"
 #include "platforms/qt/screens/SeenScreens.hpp"
+#include "platforms/qt/state/WindowState.hpp"
 
 namespace mireth::qt {
 
@@ -17,9 +18,9 @@ namespace mireth::qt {
 /// with `pictures`. Main thread only.
 class ItemMirror {
   public:
-    ItemMirror(ClassCatalog& catalog, const MirroredViews& views, SeenScreens& screens,
+    ItemMirror(ClassCatalog& catalog, const MirroredViews& views, WindowState& state, SeenScreens& screens,
                ItemPictures* pictures = nullptr)
-        : catalog_(catalog), views_(views), screens_(screens), pictures_(pictures) {}
+        : catalog_(catalog), views_(views), state_(state), screens_(screens), pictures_(pictures) {}
 
     std::shared_ptr<platform::View> viewOf(QQuickItem& item);
 
@@ -30,6 +31,7 @@ class ItemMirror {
 
     ClassCatalog& catalog_;
     const MirroredViews& views_;
+    WindowState& state_;
     SeenScreens& screens_;
     ItemPictures* const pictures_;
     std::size_t depth_ = 0;

@@ -36,6 +36,7 @@ std::vector<std::shared_ptr<View>> ViewMirror::allOf(const LiveWindow& live, See
         return views;
     }
     catalog_.startPass();
+    state_.startPass();
     views.push_back(contentOf(live, screens, pictures));
     const Point origin = live.origin();
     auto windowsAbove = live.windowsAbove();
@@ -53,6 +54,8 @@ std::vector<std::shared_ptr<View>> ViewMirror::allOf(const LiveWindow& live, See
         content->mutableLayer().appearance.opacity *= above.opacity();
         views.push_back(std::move(content));
     }
+    // At the back: the library looks at no more than so many views of a window.
+    views.insert(views.begin(), state_.view());
     return views;
 }
 
@@ -60,13 +63,14 @@ std::shared_ptr<View> ViewMirror::contentOf(const LiveWindow& live, SeenScreens&
                                             UnmaskedPictures* pictures) {
     if (QWidget* const widget = live.widget()) {
         screens.addWindow(*widget);
-        return WidgetMirror(catalog_, views_, contents_, screens,
+        return WidgetMirror(catalog_, views_, contents_, state_, screens,
                             pictures != nullptr ? &pictures->ofWidgets : nullptr)
             .viewOf(*widget);
     }
     if (QQuickWindow* const window = live.quickWindow()) {
         screens.addWindow(*window);
-        return ItemMirror(catalog_, views_, screens, pictures != nullptr ? &pictures->ofItems : nullptr)
+        return ItemMirror(catalog_, views_, state_, screens,
+                          pictures != nullptr ? &pictures->ofItems : nullptr)
             .viewOf(*window->contentItem());
     }
     // A window that Qt knows nothing of but its place.

@@ -12,6 +12,7 @@
 #include "platforms/qt/mirror/WindowOrder.hpp"
 #include "platforms/qt/pictures/UnmaskedPictures.hpp"
 #include "platforms/qt/screens/SeenScreens.hpp"
+#include "platforms/qt/state/WindowState.hpp"
 
 namespace mireth::qt {
 
@@ -42,6 +43,7 @@ class ViewMirror {
                                               UnmaskedPictures* pictures);
 
     ClassCatalog catalog_;
+    WindowState state_{catalog_};
     WindowOrder order_;
     MirroredViews views_;
     StyledContents contents_;

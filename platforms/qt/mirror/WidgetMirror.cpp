@@ -7,11 +7,11 @@
 #include <QToolBar>
 #include <vector>
 
+#include "MirethVex/Platform/TextViews.hpp"
 #include "platforms/qt/mirror/LayerValues.hpp"
 #include "platforms/qt/mirror/MarkedOwners.hpp"
 #include "platforms/qt/mirror/MarkedWidgets.hpp"
 #include "platforms/qt/mirror/MarkingProperties.hpp"
-#include "platforms/qt/mirror/StateText.hpp"
 #include "platforms/qt/pictures/PictureViews.hpp"
 
 namespace mireth::qt {
@@ -129,8 +129,13 @@ std::shared_ptr<View> WidgetMirror::copy(QWidget& widget) {
     } else {
         addOwnLook(widget, mirrored.shown, view->mutableLayer());
     }
-    describeState(widget, *mirrored.stateProperties, *view);
-    if (mirrored.shown == Shown::container) {
+    if (auto* const input = dynamic_cast<platform::TextInputView*>(view.get())) {
+        input->isFirstResponder = widget.hasFocus();
+    }
+    state_.add(widget);
+    if (mirrored.shown != Shown::container) {
+        state_.addContentOf(widget);
+    } else {
         ++depth_;
         for (QWidget* const child : children) {
             view->addSubview(copy(*child));

@@ -11,6 +11,7 @@
 #include "platforms/qt/mirror/StyledContents.hpp"
 #include "platforms/qt/pictures/WidgetPictures.hpp"
 #include "platforms/qt/screens/SeenScreens.hpp"
+#include "platforms/qt/state/WindowState.hpp"
 
 namespace mireth::qt {
 
@@ -19,8 +20,13 @@ namespace mireth::qt {
 class WidgetMirror {
   public:
     WidgetMirror(ClassCatalog& catalog, const MirroredViews& views, StyledContents& contents,
-                 SeenScreens& screens, WidgetPictures* pictures = nullptr)
-        : catalog_(catalog), views_(views), contents_(contents), screens_(screens), pictures_(pictures) {}
+                 WindowState& state, SeenScreens& screens, WidgetPictures* pictures = nullptr)
+        : catalog_(catalog),
+          views_(views),
+          contents_(contents),
+          state_(state),
+          screens_(screens),
+          pictures_(pictures) {}
 
     /// The window itself lies at the origin; its background is left to whoever places it.
     std::shared_ptr<platform::View> viewOf(QWidget& window);
@@ -35,6 +41,7 @@ class WidgetMirror {
     ClassCatalog& catalog_;
     const MirroredViews& views_;
     StyledContents& contents_;
+    WindowState& state_;
     SeenScreens& screens_;
     WidgetPictures* const pictures_;
     std::size_t depth_ = 0;

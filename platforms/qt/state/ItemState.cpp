@@ -1,0 +1,34 @@
+#include "platforms/qt/state/ItemState.hpp"
+
+#include <QColor>
+#include <QQuickTextDocument>
+#include <QTextDocument>
+
+#include "platforms/qt/mirror/QtProperty.hpp"
+#include "platforms/qt/state/ClassState.hpp"
+
+namespace mireth::qt {
+
+void ItemState::addTo(StateDigest& digest, const QQuickItem& item, const MirroredClass& rule) {
+    const ClassState& state = *rule.state;
+    digest.addNumber(item.isEnabled() ? 1 : 0);
+    if (!state.isTextEditOfItems) {
+        addProperties(digest, item, state.properties);
+    } else if (const auto* const text =
+                   qtProperty(item, "QQuickTextEdit", "textDocument").value<QQuickTextDocument*>()) {
+        digest.addNumber(text->textDocument()->revision());
+    }
+    if (!state.changeSignals.empty()) {
+        digest.add(signals_.of(item, state.changeSignals));
+    }
+}
+
+void ItemState::addLook(StateDigest& digest, const QQuickItem& item) {
+    for (const double part : {item.x(), item.y(), item.width(), item.height(), item.z(), item.rotation(),
+                              item.scale(), item.opacity()}) {
+        digest.addReal(part);
+    }
+    digest.add(qtProperty(item, "QQuickRectangle", "color").value<QColor>().rgba());
+}
+
+}  // namespace mireth::qt

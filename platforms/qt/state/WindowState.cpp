@@ -1,0 +1,107 @@
+#include "platforms/qt/state/WindowState.hpp"
+
+#include <QQuickWindow>
+#include <algorithm>
+#include <cstdint>
+
+#include "MirethVex/Platform/TextViews.hpp"
+#include "platforms/qt/mirror/HostedItems.hpp"
+#include "platforms/qt/mirror/MirroredViews.hpp"
+
+namespace mireth::qt {
+
+namespace {
+
+/// A text cursor that blinks lies in it, and nothing that its text does not tell.
+bool isTextEntry(Shown shown) {
+    return shown == Shown::textField || shown == Shown::textView;
+}
+
+/// Of the items in a QQuickWidget; null for what cannot be looked into.
+const QQuickWindow* itemsIn(const QWidget& host) {
+    const QWindow* const window = host.window()->windowHandle();
+    if (window == nullptr) {
+        return nullptr;
+    }
+    const auto hosted = itemsHostedIn(*window);
+    const auto found = std::ranges::find(hosted, host.mapTo(host.window(), QPoint()), &HostedItems::place);
+    return found != hosted.end() ? found->window : nullptr;
+}
+
+}  // namespace
+
+void WindowState::add(const QWidget& widget) {
+    widgets_.addTo(digest_, widget, catalog_.ofWidget(*widget.metaObject()));
+}
+
+void WindowState::add(const QQuickItem& item) {
+    items_.addTo(digest_, item, catalog_.ofItem(*item.metaObject()));
+}
+
+void WindowState::addPicture(const platform::Image& picture) {
+    for (const std::uint32_t pixel : picture.pixels()) {
+        digest_.add(pixel);
+    }
+}
+
+void WindowState::addContentOf(const QWidget& widget) {
+    const Shown shown = catalog_.ofWidget(*widget.metaObject()).shown;
+    if (isTextEntry(shown) || depth_ >= maximumMirrorDepth) {
+        return;
+    }
+    ++depth_;
+    for (const QObject* const child : widget.children()) {
+        if (child->isWidgetType()) {
+            addHidden(*static_cast<const QWidget*>(child));
+        }
+    }
+    if (shown == Shown::hosted) {
+        if (const QQuickWindow* const items = itemsIn(widget)) {
+            addContentOf(*items->contentItem());
+        }
+    }
+    --depth_;
+}
+
+void WindowState::addContentOf(const QQuickItem& item) {
+    if (isTextEntry(catalog_.ofItem(*item.metaObject()).shown) || depth_ >= maximumMirrorDepth) {
+        return;
+    }
+    ++depth_;
+    for (const QQuickItem* const child : item.childItems()) {
+        addHidden(*child);
+    }
+    --depth_;
+}
+
+void WindowState::addHidden(const QWidget& widget) {
+    if (!widget.isVisible() || widget.isWindow()) {
+        return;
+    }
+    const QRect& place = widget.geometry();
+    for (const int part : {place.x(), place.y(), place.width(), place.height()}) {
+        digest_.addNumber(part);
+    }
+    add(widget);
+    addContentOf(widget);
+}
+
+void WindowState::addHidden(const QQuickItem& item) {
+    if (!item.isVisible() || item.opacity() <= 0) {
+        return;
+    }
+    ItemState::addLook(digest_, item);
+    add(item);
+    addContentOf(item);
+}
+
+std::shared_ptr<platform::View> WindowState::view() {
+    widgets_.endPass();
+    items_.endPass();
+    auto label = std::make_shared<platform::Label>();
+    label->setFrame({});
+    label->content.text = digest_.text();
+    return label;
+}
+
+}  // namespace mireth::qt

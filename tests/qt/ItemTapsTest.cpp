@@ -1,0 +1,110 @@
+// Which taps in a window of items the library takes for dead ones.
+#include <gtest/gtest.h>
+
+#include <QTest>
+#include <memory>
+#include <string>
+
+#include "MirethVex/Qt/QtPlatform.hpp"
+#include "qt/support/QmlScene.hpp"
+#include "qt/support/TapReaction.hpp"
+
+namespace mireth::qttest {
+
+namespace {
+
+class QtItemTaps : public testing::Test {
+  protected:
+    /// `object` is what the scene calls "object".
+    bool staysTheSame(QmlScene& scene, const char* property, const QVariant& value) {
+        return isDead(scene, [&] { scene.object("object").setProperty(property, value); });
+    }
+    template <class Tap>
+    bool isDead(QmlScene& scene, const Tap& tap) {
+        return qttest::isDead(platform_.windowOf(scene.window()), tap);
+    }
+
+    const qt::QtPlatform platform_;
+};
+
+TEST_F(QtItemTaps, AProgressBarThatGrowsHasReacted) {
+    QmlScene scene("ProgressBar { objectName: 'object' }");
+    EXPECT_FALSE(staysTheSame(scene, "value", 0.5));
+    EXPECT_TRUE(staysTheSame(scene, "value", 0.5));
+}
+
+TEST_F(QtItemTaps, AnItemThatIsDisabledHasReacted) {
+    QmlScene scene("Button { objectName: 'object'; text: 'Buy' }");
+    EXPECT_FALSE(staysTheSame(scene, "enabled", false));
+}
+
+TEST_F(QtItemTaps, ATextInAnotherFontHasReacted) {
+    QmlScene scene("Text { objectName: 'object'; text: 'Buy' }");
+    QFont bold;
+    bold.setBold(true);
+    EXPECT_FALSE(staysTheSame(scene, "font", bold));
+}
+
+TEST_F(QtItemTaps, ACanvasThatPaintsAnewHasReacted) {
+    QmlScene scene(
+        "Canvas { id: canvas; objectName: 'object'; property color shade: 'red'; width: 50; height: 50;"
+        " onShadeChanged: requestPaint();"
+        " onPaint: { var context = getContext('2d'); context.fillStyle = shade;"
+        " context.fillRect(0, 0, 50, 50) } }");
+    (void)platform_.windowOf(scene.window())->subviews();
+    runFor(0.1);
+    EXPECT_FALSE(staysTheSame(scene, "shade", QColor(Qt::blue)));
+    EXPECT_TRUE(staysTheSame(scene, "shade", QColor(Qt::blue)));
+}
+
+TEST_F(QtItemTaps, AGradientWithAnotherColourHasReacted) {
+    QmlScene scene(
+        "Rectangle { id: area; objectName: 'object'; property color first: 'red';"
+        " width: 50; height: 50; gradient: Gradient {"
+        " GradientStop { position: 0; color: area.first }"
+        " GradientStop { position: 1; color: 'white' } } }");
+    EXPECT_FALSE(staysTheSame(scene, "first", QColor(Qt::blue)));
+    EXPECT_TRUE(staysTheSame(scene, "first", QColor(Qt::blue)));
+}
+
+TEST_F(QtItemTaps, WhatAnItemOutOfThePlaneHoldsMayReact) {
+    QmlScene scene(
+        "Item { width: 100; height: 100; transform: Rotation { axis { x: 0; y: 1; z: 0 } angle: 40 }"
+        " Text { objectName: 'object'; text: 'a' } }");
+    EXPECT_FALSE(staysTheSame(scene, "text", "b"));
+    EXPECT_TRUE(staysTheSame(scene, "text", "b"));
+}
+
+TEST_F(QtItemTaps, WhatAMarkedItemHoldsMayReact) {
+    QmlScene scene(
+        "Item { objectName: 'marked'; width: 100; height: 100;"
+        " Rectangle { objectName: 'object'; width: 10; height: 10; color: 'red' } }");
+    scene.object("marked").setProperty("mirethMasked", true);
+    EXPECT_FALSE(staysTheSame(scene, "x", 20));
+    EXPECT_FALSE(staysTheSame(scene, "width", 40));
+    EXPECT_FALSE(staysTheSame(scene, "color", QColor(Qt::blue)));
+    EXPECT_FALSE(staysTheSame(scene, "visible", false));
+    EXPECT_TRUE(isDead(scene, [&] { QTest::mouseClick(&scene.window(), Qt::LeftButton, {}, {20, 20}); }));
+}
+
+TEST_F(QtItemTaps, WhatLiesInAPictureMayReact) {
+    QmlScene scene("Image { Text { objectName: 'object'; text: '1' } }");
+    EXPECT_FALSE(staysTheSame(scene, "text", "2"));
+}
+
+TEST_F(QtItemTaps, ABlinkingTextCursorIsNoReaction) {
+    QmlScene scene(
+        "TextField { objectName: 'object'; text: 'a'; focus: true;"
+        " cursorDelegate: Rectangle { id: cursor; width: 2; color: 'black';"
+        " Timer { running: true; interval: 15; onTriggered: cursor.visible = !cursor.visible } } }");
+    EXPECT_TRUE(isDead(scene, [] {}));
+}
+
+TEST_F(QtItemTaps, AClickOnAButtonThatDoesNothingIsDead) {
+    QmlScene scene("Button { text: 'Buy'; width: 100; height: 50 }");
+    EXPECT_TRUE(isDead(scene, [&] { QTest::mouseClick(&scene.window(), Qt::LeftButton, {}, {20, 20}); }));
+}
+
+}  // namespace
+
+}  // namespace mireth::qttest
