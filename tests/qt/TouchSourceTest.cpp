@@ -4,6 +4,7 @@
 
 #include <QDialog>
 #include <QGuiApplication>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QStyleHints>
 #include <QTest>
@@ -256,8 +257,11 @@ TEST_F(QtTouchSource, ARecordingMayEndInTheMiddleOfATouch) {
 }
 
 TEST_F(QtTouchSource, APressWhoseReleaseWasLostIsCancelledByTheNext) {
-    QTest::mousePress(handle(), Qt::LeftButton, {}, QPoint(30, 20));
-    QTest::mousePress(handle(), Qt::LeftButton, {}, QPoint(130, 70));
+    for (const QPointF place : {QPointF(30, 20), QPointF(130, 70)}) {
+        QMouseEvent press(QEvent::MouseButtonPress, place, handle()->mapToGlobal(place), Qt::LeftButton,
+                          Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(handle(), &press);
+    }
     QTest::mouseRelease(handle(), Qt::LeftButton, {}, QPoint(130, 70));
     const auto phases = witness_->phases();
     ASSERT_GE(phases.size(), 4U);
@@ -265,6 +269,92 @@ TEST_F(QtTouchSource, APressWhoseReleaseWasLostIsCancelledByTheNext) {
     EXPECT_EQ(std::vector(phases.end() - 3, phases.end()),
               (std::vector{TouchPhase::cancelled, TouchPhase::began, TouchPhase::ended}));
     EXPECT_NE(witness_->seen.front().identity, witness_->seen.back().identity);
+}
+
+TEST_F(QtTouchSource, AFilterThatTheAppInstalledLaterDoesNotHideAPress) {
+    class Lock final : public QObject {
+      public:
+        bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+            return event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease;
+        }
+    } lock;
+    QCoreApplication::instance()->installEventFilter(&lock);
+    // As a frame does.
+    (void)recorded_->subviews();
+    QTest::mouseClick(handle(), Qt::LeftButton, {}, QPoint(30, 20));
+    EXPECT_EQ(witness_->phases(), tap);
+}
+
+TEST_F(QtTouchSource, AReleaseThatIsLostIsMadeUpForByTheNextMove) {
+    QTest::mousePress(handle(), Qt::LeftButton, {}, QPoint(30, 20));
+    QMouseEvent move(QEvent::MouseMove, QPointF(90, 40), handle()->mapToGlobal(QPointF(90, 40)), Qt::NoButton,
+                     Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(handle(), &move);
+    ASSERT_EQ(witness_->phases(), tap);
+    EXPECT_EQ(witness_->seen[1].locationInWindow, (Point{30, 20}));
+    QTest::mouseRelease(handle(), Qt::LeftButton, {}, QPoint(90, 40));
+    EXPECT_EQ(witness_->phases(), tap);
+}
+
+TEST_F(QtTouchSource, FingersOnATouchPadAreNone) {
+    const std::unique_ptr<QPointingDevice> pad(QTest::createTouchDevice(QInputDevice::DeviceType::TouchPad));
+    QTest::touchEvent(handle(), pad.get()).press(0, QPoint(120, 60));
+    QTest::touchEvent(handle(), pad.get()).release(0, QPoint(120, 60));
+    EXPECT_TRUE(witness_->seen.empty());
+}
+
+TEST_F(QtTouchSource, TheClickOfATouchPadIsATap) {
+    const std::unique_ptr<QPointingDevice> pad(QTest::createTouchDevice(QInputDevice::DeviceType::TouchPad));
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        const bool isDown = type == QEvent::MouseButtonPress;
+        QMouseEvent event(type, QPointF(30, 20), handle()->mapToGlobal(QPointF(30, 20)), Qt::LeftButton,
+                          isDown ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier, pad.get());
+        QCoreApplication::sendEvent(handle(), &event);
+    }
+    EXPECT_EQ(witness_->phases(), tap);
+}
+
+/// Takes the window away as soon as it hears of a touch.
+class Remover final : public platform::GestureRecognizer {
+  public:
+    explicit Remover(std::unique_ptr<QWindow> window) : window_(std::move(window)) {}
+    void touchesEnded(const std::vector<Touch>& /*touches*/, const TouchEvent& /*event*/) override {
+        window_.reset();
+    }
+    bool isDone() const { return window_ == nullptr; }
+
+  private:
+    std::unique_ptr<QWindow> window_;
+};
+
+/// One of the app's that comes after ours.
+class ReleaseCount final : public QObject {
+  public:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        count += event->type() == QEvent::MouseButtonRelease ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+};
+
+TEST_F(QtTouchSource, NobodyIsAskedAboutAWindowThatWentWhenItsTouchWasTold) {
+    auto owned = std::make_unique<QWindow>();
+    QWindow& other = *owned;
+    other.resize(100, 100);
+    other.show();
+    runFor(0.01);
+    ReleaseCount later;
+    QCoreApplication::instance()->installEventFilter(&later);
+    const auto recorded = platform_.windowOf(other);
+    const auto remover = std::make_shared<Remover>(std::move(owned));
+    recorded->addGestureRecognizer(remover);
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, QPointF(30, 20), QPointF(30, 20), Qt::LeftButton, Qt::LeftButton,
+                          Qt::NoModifier);
+        QCoreApplication::sendEvent(&other, &event);
+    }
+    EXPECT_TRUE(remover->isDone());
+    EXPECT_EQ(later.count, 0);
 }
 
 }  // namespace

@@ -20,6 +20,7 @@ const std::vector<std::shared_ptr<platform::View>>& RecordedWindow::subviews() c
     SeenScreens seen;
     mirrored_ = mirror_.viewsOf(live_, seen);
     screens_.update(seen);
+    touches_.comeFirst();
     return mirrored_;
 }
 

@@ -54,7 +54,7 @@ class RecordedWindow final : public platform::Window {
     mutable SteadyClock::time_point lastPass_;
     mutable bool wereWanted_ = false;
     mutable std::unique_ptr<platform::Timer> whilePicturesAreKept_;
-    TouchSource touches_;
+    mutable TouchSource touches_;
 };
 
 }  // namespace mireth::qt

@@ -3,8 +3,10 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QPointingDevice>
 #include <QStyleHints>
+#include <QThread>
 #include <QTouchEvent>
 #include <algorithm>
 #include <cmath>
@@ -24,9 +26,30 @@ namespace {
 /// No touch point has it: their identifiers are ints, one device's range beside the other's.
 constexpr std::uint64_t mouseKey = ~std::uint64_t{0};
 
-bool isFromTouch(const QMouseEvent& event) {
+bool isFrom(QInputDevice::DeviceType type, const QPointerEvent& event) {
     const auto* const device = event.pointingDevice();
-    return device != nullptr && device->type() == QInputDevice::DeviceType::TouchScreen;
+    return device != nullptr && device->type() == type;
+}
+
+/// A touch pad moves the mouse; where on the pad its fingers lie says nothing of the window.
+bool isFromTouchScreen(const QPointerEvent& event) {
+    return isFrom(QInputDevice::DeviceType::TouchScreen, event);
+}
+
+/// What Qt makes of a touch that nobody took.
+bool isMadeOfTouch(const QMouseEvent& event) {
+    return isFromTouchScreen(event) || (isFrom(QInputDevice::DeviceType::TouchPad, event) &&
+                                        event.source() == Qt::MouseEventSynthesizedByQt);
+}
+
+bool isMouse(QEvent::Type type) {
+    return type == QEvent::MouseButtonPress || type == QEvent::MouseMove ||
+           type == QEvent::MouseButtonRelease;
+}
+
+bool isTouch(QEvent::Type type) {
+    return type == QEvent::TouchBegin || type == QEvent::TouchUpdate || type == QEvent::TouchEnd ||
+           type == QEvent::TouchCancel;
 }
 
 std::uint64_t keyOf(const QEventPoint& point) {
@@ -46,28 +69,35 @@ TouchSource::TouchSource(platform::Window& window, const LiveWindow& live,
     QCoreApplication::instance()->installEventFilter(this);
 }
 
-bool TouchSource::eventFilter(QObject* watched, QEvent* event) {
-    const auto type = event->type();
-    const bool isMouse =
-        type == QEvent::MouseButtonPress || type == QEvent::MouseMove || type == QEvent::MouseButtonRelease;
-    const bool isTouch = type == QEvent::TouchBegin || type == QEvent::TouchUpdate ||
-                         type == QEvent::TouchEnd || type == QEvent::TouchCancel;
-    if ((isMouse || isTouch) && watched->isWindowType() && !window_.gestureRecognizers().empty()) {
-        runGuarded("the watching of touches", [&] {
-            const auto& window = static_cast<const QWindow&>(*watched);
-            if (isMouse) {
-                handleMouse(window, static_cast<const QMouseEvent&>(*event));
-            } else {
-                handleTouch(window, static_cast<const QTouchEvent&>(*event));
-            }
-        });
+void TouchSource::comeFirst() {
+    // In a loop that one of the app's filters has opened, it would be asked twice.
+    if (QThread::currentThread()->loopLevel() <= 1) {
+        QCoreApplication::instance()->installEventFilter(this);
     }
-    return false;
+}
+
+bool TouchSource::eventFilter(QObject* watched, QEvent* event) {
+    const bool isOurs = isMouse(event->type()) || isTouch(event->type());
+    if (!isOurs || !watched->isWindowType() || window_.gestureRecognizers().empty()) {
+        return false;
+    }
+    const QPointer<QObject> alive(watched);
+    runGuarded("the watching of touches", [&] { handle(static_cast<const QWindow&>(*watched), *event); });
+    // Who hears of a touch may take the window away, which nobody else may be asked about then.
+    return alive == nullptr;
+}
+
+void TouchSource::handle(const QWindow& window, const QEvent& event) {
+    if (isMouse(event.type())) {
+        handleMouse(window, static_cast<const QMouseEvent&>(event));
+    } else if (isFromTouchScreen(static_cast<const QTouchEvent&>(event))) {
+        handleTouch(window, static_cast<const QTouchEvent&>(event));
+    }
 }
 
 void TouchSource::handleMouse(const QWindow& window, const QMouseEvent& event) {
     const bool isPress = event.type() == QEvent::MouseButtonPress;
-    if (isFromTouch(event) || (!isPress && !fingers_.contains(mouseKey))) {
+    if (isMadeOfTouch(event) || (!isPress && !fingers_.contains(mouseKey))) {
         return;
     }
     const auto location = locationOf(window, event.position());
@@ -77,7 +107,10 @@ void TouchSource::handleMouse(const QWindow& window, const QMouseEvent& event) {
             begin(touches, mouseKey, event.pointingDevice(), *location);
         }
     } else if (event.type() == QEvent::MouseMove) {
-        if (location) {
+        if (!event.buttons().testFlag(Qt::LeftButton)) {
+            // The release was lost, as when a menu is closed by a press outside of it.
+            end(touches, mouseKey, std::nullopt);
+        } else if (location) {
             move(touches, mouseKey, *location);
         }
     } else if (event.button() == Qt::LeftButton) {
@@ -195,9 +228,12 @@ void TouchSource::cancelAllOf(const QPointingDevice* device) {
 }
 
 void TouchSource::send(const TouchEvent& event) {
-    if (!event.touches.empty()) {
-        window_.sendEvent(event);
+    if (event.touches.empty()) {
+        return;
     }
+    // Who hears of it may let go of the window, and of this object with it.
+    const auto alive = window_.weak_from_this().lock();
+    window_.sendEvent(event);
 }
 
 std::optional<Point> TouchSource::locationOf(const QWindow& window, const QPointF& position) const {

@@ -28,6 +28,9 @@ class TouchSource final : public QObject {
     /// `window` outlives this object; events arrive only while it is owned by a shared_ptr.
     TouchSource(platform::Window& window, const LiveWindow& live, std::shared_ptr<platform::Clock> clock);
 
+    /// Before the filters that the app has installed since.
+    void comeFirst();
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
@@ -38,6 +41,7 @@ class TouchSource final : public QObject {
         bool hasMoved = false;
     };
 
+    void handle(const QWindow& window, const QEvent& event);
     void handleMouse(const QWindow& window, const QMouseEvent& event);
     void handleTouch(const QWindow& window, const QTouchEvent& event);
 
