@@ -105,6 +105,23 @@ TEST_F(QtItemTaps, AClickOnAButtonThatDoesNothingIsDead) {
     EXPECT_TRUE(isDead(scene, [&] { QTest::mouseClick(&scene.window(), Qt::LeftButton, {}, {20, 20}); }));
 }
 
+TEST_F(QtItemTaps, HowAButtonLooksWhilePressedIsNoReaction) {
+    QmlScene scene(
+        "Button { id: button; text: 'Buy'; width: 100; height: 50; background: Rectangle {"
+        " radius: button.down ? 8 : 2; gradient: Gradient {"
+        " GradientStop { position: 0; color: button.down ? 'black' : 'white' }"
+        " GradientStop { position: 1; color: 'grey' } } } }");
+    const auto recorded = platform_.windowOf(scene.window());
+    EXPECT_TRUE(isDeadClick(recorded, scene.window(), {20, 20}));
+}
+
+TEST_F(QtItemTaps, WhatReactsToThePressAlreadyHasReacted) {
+    QmlScene scene("MouseArea { anchors.fill: parent; onPressed: label.text = 'b'; Text { id: label } }");
+    const auto recorded = platform_.windowOf(scene.window());
+    EXPECT_FALSE(isDeadClick(recorded, scene.window(), {20, 20}));
+    EXPECT_TRUE(isDeadClick(recorded, scene.window(), {20, 20}));
+}
+
 }  // namespace
 
 }  // namespace mireth::qttest

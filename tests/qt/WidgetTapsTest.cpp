@@ -300,6 +300,17 @@ TEST_F(QtWidgetTaps, WhatAMarkedWidgetHoldsMayReact) {
     EXPECT_TRUE(isDead([&] { click(panel, {200, 150}); }));
 }
 
+TEST_F(QtWidgetTaps, WhatReactsToThePressAlreadyHasReacted) {
+    auto& list = shown<QListWidget>();
+    list.addItems({"a", "b"});
+    list.setCurrentRow(0);
+    const QPoint second = list.viewport()->mapTo(&window_, list.visualItemRect(list.item(1)).center());
+    const auto recorded = platform_.windowOf(window_);
+    EXPECT_FALSE(isDeadClick(recorded, *window_.windowHandle(), second));
+    EXPECT_EQ(list.currentRow(), 1);
+    EXPECT_TRUE(isDeadClick(recorded, *window_.windowHandle(), second));
+}
+
 /// Paints a number that nobody else knows of.
 class Gauge : public QWidget {
     Q_OBJECT

@@ -11,17 +11,26 @@ RecordedWindow::RecordedWindow(const LiveWindow& live, const Environment& enviro
       live_(live),
       mainQueue_(environment.mainQueue),
       screens_(environment.appearance, environment.mainQueue, [this] { lookAgain(); }),
-      touches_(*this, live, environment.clock) {
+      touches_(*this, live, environment.clock, [this] { return look(); }) {
     rootLayer_.appearance.masksToBounds = true;
 }
 
 const std::vector<std::shared_ptr<platform::View>>& RecordedWindow::subviews() const {
+    if (const auto shownAtPress = touches_.shownAtPress()) {
+        mirrored_ = *shownAtPress;
+    } else {
+        mirrored_ = look();
+        touches_.comeFirst();
+    }
+    return mirrored_;
+}
+
+std::vector<std::shared_ptr<platform::View>> RecordedWindow::look() const {
     lastPass_ = SteadyClock::now();
     SeenScreens seen;
-    mirrored_ = mirror_.viewsOf(live_, seen);
+    auto views = mirror_.viewsOf(live_, seen);
     screens_.update(seen);
-    touches_.comeFirst();
-    return mirrored_;
+    return views;
 }
 
 std::shared_ptr<const platform::View> RecordedWindow::unmasked() const {

@@ -17,7 +17,8 @@
 namespace mireth::qt {
 
 /// Its subviews are made anew, in one pass, each time they are asked for, so that all of them show the same
-/// instant. When the app's window is gone it keeps its last size and is empty. Main thread only.
+/// instant: while the library hears of the end of a touch, that of its beginning, else now. When the app's
+/// window is gone it keeps its last size and is empty. Main thread only.
 class RecordedWindow final : public platform::Window {
   public:
     /// What a window takes from the platform.
@@ -40,6 +41,8 @@ class RecordedWindow final : public platform::Window {
   private:
     using SteadyClock = std::chrono::steady_clock;
 
+    /// A pass.
+    std::vector<std::shared_ptr<platform::View>> look() const;
     /// Only while the window is being recorded.
     void lookAgain() const;
     /// Between two unmasked frames; not after the last.

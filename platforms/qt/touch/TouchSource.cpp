@@ -64,8 +64,8 @@ bool exceedsDragDistance(Point from, Point to) {
 }  // namespace
 
 TouchSource::TouchSource(platform::Window& window, const LiveWindow& live,
-                         std::shared_ptr<platform::Clock> clock)
-    : window_(window), live_(live), clock_(std::move(clock)) {
+                         std::shared_ptr<platform::Clock> clock, std::function<Views()> look)
+    : window_(window), live_(live), clock_(std::move(clock)), look_(std::move(look)) {
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -161,6 +161,7 @@ void TouchSource::begin(TouchEvent& event, std::uint64_t key, const QPointingDev
     finger.touch.tapCount = counter().countOf(location, event.timestamp);
     // No view: those of the mirror last for one pass, and nobody asks a touch for its own.
     finger.touch.window = std::static_pointer_cast<platform::Window>(window_.weak_from_this().lock());
+    finger.shownAtPress = std::make_shared<const Views>(look_());
     event.touches.push_back(finger.touch);
     fingers_.emplace(key, std::move(finger));
 }
@@ -199,6 +200,7 @@ void TouchSource::end(TouchEvent& event, std::uint64_t key, std::optional<Point>
     }
     counter().touchEnded(finger.touch);
     event.touches.push_back(finger.touch);
+    shownAtPress_ = std::move(finger.shownAtPress);
 }
 
 void TouchSource::cancel(TouchEvent& event, std::uint64_t key) {
@@ -234,6 +236,7 @@ void TouchSource::send(const TouchEvent& event) {
     // Who hears of it may let go of the window, and of this object with it.
     const auto alive = window_.weak_from_this().lock();
     window_.sendEvent(event);
+    shownAtPress_ = nullptr;
 }
 
 std::optional<Point> TouchSource::locationOf(const QWindow& window, const QPointF& position) const {

@@ -4,9 +4,11 @@
 #include <QEvent>
 #include <QObject>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "MirethVex/Platform/Clock.hpp"
 #include "MirethVex/Platform/TapCounter.hpp"
@@ -25,8 +27,16 @@ namespace mireth::qt {
 /// platform's drag distance of where it began has not moved, as for Qt's own buttons. Main thread only.
 class TouchSource final : public QObject {
   public:
-    /// `window` outlives this object; events arrive only while it is owned by a shared_ptr.
-    TouchSource(platform::Window& window, const LiveWindow& live, std::shared_ptr<platform::Clock> clock);
+    using Views = std::vector<std::shared_ptr<platform::View>>;
+
+    /// `window` outlives this object; events arrive only while it is owned by a shared_ptr. `look` gives what
+    /// the window shows now.
+    TouchSource(platform::Window& window, const LiveWindow& live, std::shared_ptr<platform::Clock> clock,
+                std::function<Views()> look);
+
+    /// While the end of a touch is being told: what the window showed before the app heard of its beginning.
+    /// Else null. Much in Qt reacts to the press already: what a tap has led to is the difference to this.
+    std::shared_ptr<const Views> shownAtPress() const { return shownAtPress_; }
 
     /// Before the filters that the app has installed since.
     void comeFirst();
@@ -39,6 +49,7 @@ class TouchSource final : public QObject {
         const QPointingDevice* device = nullptr;
         platform::Touch touch;
         bool hasMoved = false;
+        std::shared_ptr<const Views> shownAtPress;
     };
 
     void handle(const QWindow& window, const QEvent& event);
@@ -62,9 +73,12 @@ class TouchSource final : public QObject {
     platform::Window& window_;
     const LiveWindow live_;
     const std::shared_ptr<platform::Clock> clock_;
+    const std::function<Views()> look_;
     std::optional<platform::TapCounter> counter_;
     std::map<std::uint64_t, Finger> fingers_;
     std::uint64_t lastIdentity_ = 0;
+    /// Of the touch that ends, until that has been told.
+    std::shared_ptr<const Views> shownAtPress_;
 };
 
 }  // namespace mireth::qt
