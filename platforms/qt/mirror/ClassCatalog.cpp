@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "platforms/qt/mirror/ClassRules.hpp"
+#include "platforms/qt/mirror/ScreenKeyboard.hpp"
 #include "platforms/qt/state/ClassState.hpp"
 
 namespace mireth::qt {
@@ -75,6 +76,9 @@ const MirroredClass& ClassCatalog::find(const QMetaObject& type, Family family) 
     MirroredClass& mirrored = entry->second;
     if (isNew) {
         mirrored = family == Family::widget ? ruleForWidget(writtenIn(type)) : ruleForItem(writtenIn(type));
+        if (family == Family::item && isKeyboard(type)) {
+            mirrored.shown = Shown::hosted;
+        }
         mirrored.viewClass = &registeredBelow(ViewClass::view(), &type);
         mirrored.state = std::make_shared<const ClassState>(classStateOf(type));
     }

@@ -10,6 +10,7 @@
 #include "platforms/qt/mirror/MarkedOwners.hpp"
 #include "platforms/qt/mirror/MarkingProperties.hpp"
 #include "platforms/qt/mirror/RectangleLook.hpp"
+#include "platforms/qt/mirror/ScreenKeyboard.hpp"
 #include "platforms/qt/pictures/PictureViews.hpp"
 
 namespace mireth::qt {
@@ -90,6 +91,9 @@ MirroredClass ItemMirror::classOf(const QQuickItem& item, bool isInThePlane) {
     if (mirrored.shown == Shown::label && !item.flags().testFlag(QQuickItem::ItemHasContents)) {
         // It draws nothing itself.
         mirrored.shown = Shown::container;
+    }
+    if (owner != nullptr && isKeyboard(*owner->metaObject())) {
+        mirrored.shown = Shown::hosted;
     }
     // What it lies in is not marked, or nobody would look at it.
     const bool isMarked = isMarkedAsMasked(item) || (owner != nullptr && belongsToMarked(*owner)) ||

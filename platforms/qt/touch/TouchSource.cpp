@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "Base/GuardedRun.hpp"
+#include "platforms/qt/mirror/ScreenKeyboard.hpp"
 
 namespace mireth::qt {
 
@@ -103,7 +104,7 @@ void TouchSource::handleMouse(const QWindow& window, const QMouseEvent& event) {
     const auto location = locationOf(window, event.position());
     TouchEvent touches = makeEvent();
     if (isPress) {
-        if (event.button() == Qt::LeftButton && location) {
+        if (event.button() == Qt::LeftButton && location && !isOnKeyboard(window, event.position())) {
             begin(touches, mouseKey, event.pointingDevice(), *location);
         }
     } else if (event.type() == QEvent::MouseMove) {
@@ -132,7 +133,8 @@ void TouchSource::handleTouch(const QWindow& window, const QTouchEvent& event) {
         const auto location = locationOf(window, point.position());
         if (point.state() == QEventPoint::Released) {
             end(touches, keyOf(point), location);
-        } else if (location && point.state() == QEventPoint::Pressed) {
+        } else if (location && point.state() == QEventPoint::Pressed &&
+                   !isOnKeyboard(window, point.position())) {
             begin(touches, keyOf(point), device, *location);
         } else if (location && point.state() == QEventPoint::Updated) {
             move(touches, keyOf(point), *location);

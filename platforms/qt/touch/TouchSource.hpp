@@ -24,7 +24,8 @@ namespace mireth::qt {
 
 /// Filters the application's events before its windows see them; takes and changes none. Touches of the
 /// windows that stand above the recorded one count at their place in it. A finger that stays within the
-/// platform's drag distance of where it began has not moved, as for Qt's own buttons. Main thread only.
+/// platform's drag distance of where it began has not moved, as for Qt's own buttons. What is touched on an
+/// on-screen keyboard is not told. Main thread only.
 class TouchSource final : public QObject {
   public:
     using Views = std::vector<std::shared_ptr<platform::View>>;
