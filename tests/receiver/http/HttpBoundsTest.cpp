@@ -66,6 +66,21 @@ TEST(HttpBounds, ABodyThatDripsIsCutOff) {
     EXPECT_LT(Clock::now() - began, 8s);
 }
 
+// The word to go on is no answer yet, after which bytes would give more time.
+TEST(HttpBounds, ABodyThatWasToldToGoOnHasNoMoreTime) {
+    RunningReceiver receiver(R"({"default":{},"limits":{"requestSeconds":1}})");
+    const RawConnection slow(receiver.port());
+    const auto began = Clock::now();
+    slow.send(
+        "PUT /mobile-sr-ingestion/v1/sessions/record-playback HTTP/1.1\r\nExpect: 100-continue\r\n"
+        "Content-Length: 16000000\r\n\r\n");
+    const std::string piece(32768, 'X');
+    while (slow.send(piece) && Clock::now() - began < 20s) {
+        std::this_thread::sleep_for(100ms);
+    }
+    EXPECT_LT(Clock::now() - began, 8s);
+}
+
 TEST(HttpBounds, SlowClientsDoNotHinderTheOthers) {
     RunningReceiver receiver(R"({"default":{},"limits":{"connections":64}})");
     std::list<RawConnection> slow;

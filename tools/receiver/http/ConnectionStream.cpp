@@ -87,7 +87,11 @@ ssize_t ConnectionStream::read(char* into, std::size_t size) {
 }
 
 ssize_t ConnectionStream::write(const char* bytes, std::size_t size) {
-    timer_.answerBegins();
+    // An interim answer, the one to "Expect: 100-continue", is none: the request still comes in (RFC
+    // 9110, 15.2).
+    if (!std::string_view(bytes, size).starts_with("HTTP/1.1 1")) {
+        timer_.answerBegins();
+    }
     if (!transport_.write({bytes, size})) {
         return -1;
     }
