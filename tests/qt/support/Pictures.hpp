@@ -16,6 +16,17 @@
 
 namespace mireth::qttest {
 
+/// A copy; the alpha is dropped.
+inline QImage pictureOf(const platform::Image& image) {
+    QImage picture(static_cast<int>(image.pixelWidth()), static_cast<int>(image.pixelHeight()),
+                   QImage::Format_RGB32);
+    for (int y = 0; y < picture.height(); ++y) {
+        std::copy_n(image.pixels().data() + static_cast<std::size_t>(y) * image.pixelWidth(),
+                    image.pixelWidth(), reinterpret_cast<std::uint32_t*>(picture.scanLine(y)));
+    }
+    return picture;
+}
+
 /// The frame that would be recorded now, one pixel a point.
 inline QImage recordedPicture(const platform::Window& window,
                               std::vector<const platform::ViewClass*> masked = {},
@@ -24,13 +35,7 @@ inline QImage recordedPicture(const platform::Window& window,
     platform::CairoGraphics graphics;
     OptimizedImageRenderer renderer(graphics, window.frame().size());
     const auto image = renderer.image([&](platform::GraphicsContext& context) { layers->render(context); });
-    QImage picture(static_cast<int>(image.pixelWidth()), static_cast<int>(image.pixelHeight()),
-                   QImage::Format_RGB32);
-    for (int y = 0; y < picture.height(); ++y) {
-        std::copy_n(image.pixels().data() + static_cast<std::size_t>(y) * image.pixelWidth(),
-                    image.pixelWidth(), reinterpret_cast<std::uint32_t*>(picture.scanLine(y)));
-    }
-    return picture;
+    return pictureOf(image);
 }
 
 /// The frame of a recording without masking.
@@ -46,13 +51,15 @@ inline int saturation(QRgb pixel) {
 
 /// Canaries have saturated colours; all else is grey. Nothing when there is none.
 inline std::optional<std::string> findCanary(const QImage& picture, int tolerance = 40) {
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            const QRgb pixel = picture.pixel(x, y);
-            if (saturation(pixel) > tolerance) {
-                return QColor(pixel).name().toStdString() + " at " + std::to_string(x) + ", " +
-                       std::to_string(y);
-            }
+    const QImage pixels = picture.depth() == 32 ? picture : picture.convertToFormat(QImage::Format_RGB32);
+    for (int y = 0; y < pixels.height(); ++y) {
+        const auto* const line = reinterpret_cast<const QRgb*>(pixels.constScanLine(y));
+        const auto* const end = line + pixels.width();
+        const auto* const found =
+            std::find_if(line, end, [=](QRgb pixel) { return saturation(pixel) > tolerance; });
+        if (found != end) {
+            return QColor(*found).name().toStdString() + " at " + std::to_string(found - line) + ", " +
+                   std::to_string(y);
         }
     }
     return std::nullopt;
@@ -63,6 +70,17 @@ inline constexpr QRgb maskBlock = 0xFFBCBCBC;
 
 inline bool isMaskBlock(QRgb pixel) {
     return std::abs(qRed(pixel) - 188) <= 1 && saturation(pixel) <= 1;
+}
+
+/// True when there is a block anywhere.
+inline bool hasMask(const QImage& recorded) {
+    for (int y = 0; y < recorded.height(); ++y) {
+        const auto* const line = reinterpret_cast<const QRgb*>(recorded.constScanLine(y));
+        if (std::any_of(line, line + recorded.width(), isMaskBlock)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 /// True when a block stands where `shown` has a canary, in the recorded picture of the window in which what
