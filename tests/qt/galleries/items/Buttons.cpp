@@ -3,6 +3,7 @@
 
 namespace mireth::qttest {
 
+// A dot of an indicator is a rectangle in the colour of texts, which may shine through a block that is faint.
 std::vector<ItemExhibit> buttonItems() {
     return {
         {"AbstractButton",
@@ -29,17 +30,16 @@ std::vector<ItemExhibit> buttonItems() {
         {"HalfPressedDelayButton", "DelayButton { text: 'Secret'; progress: 0.5 }"},
         {"CheckBox", "CheckBox { text: 'Secret'; checked: true }"},
         {"UncheckedCheckBox", "CheckBox { text: 'Secret' }"},
-        // Its mark is a Rectangle, which shows through the block of a text that fades.
         {"PartlyCheckedBox",
-         "CheckBox { text: 'Secret'; tristate: true; checkState: Qt.PartiallyChecked; palette.text: "
-         "'#808080' }"},
+         "CheckBox { text: 'Secret'; tristate: true; palette.text: 'grey'; checkState: Qt.PartiallyChecked "
+         "}"},
         {"DisabledCheckBox",
          "CheckBox { text: 'Secret'; enabled: false; palette.disabled.windowText: 'red' }"},
         {"CheckBoxWithAnIndicator", "CheckBox { text: 'Secret'; indicator: Image { source: PICTURE } }"},
-        {"RadioButton", "RadioButton { text: 'Secret'; checked: true }"},
+        {"RadioButton", "RadioButton { text: 'Secret'; checked: true; palette.text: 'grey' }"},
         {"RadioButtons",
          "Column { ButtonGroup { id: group } RadioButton { text: 'Secret'; ButtonGroup.group: group }"
-         " RadioButton { text: 'Secret'; checked: true; ButtonGroup.group: group } }"},
+         " RadioButton { text: 'Secret'; checked: true; palette.text: 'grey'; ButtonGroup.group: group } }"},
         {"Switch", "Switch { text: 'Secret'; checked: true }"},
         {"UncheckedSwitch", "Switch { text: 'Secret' }"},
         {"TabBar", "TabBar { TabButton { text: 'Secret' } TabButton { text: 'Secret' } }"},
