@@ -17,6 +17,7 @@ struct HeadlessPathMonitor::Reports {
     std::mutex mutex;
     std::condition_variable idle;
     std::deque<NetworkPath> waiting;  // guarded by mutex
+    AnyCancellable subscription;      // guarded by mutex
     bool cancelled = false;           // guarded by mutex
     bool running = false;             // guarded by mutex
     std::thread::id runner;           // guarded by mutex; meaningful while running
@@ -45,10 +46,21 @@ struct HeadlessPathMonitor::Reports {
         idle.notify_all();
     }
 
+    /// A report may have cancelled already: it may come before the subscription is known here.
+    void keep(AnyCancellable made) {
+        const std::lock_guard lock(mutex);
+        if (!cancelled) {
+            subscription = std::move(made);
+        }
+    }
+
     void cancel() {
+        // Ended when no lock is held any more: the publisher has one of its own.
+        AnyCancellable ended;
         std::unique_lock lock(mutex);
         cancelled = true;
         waiting.clear();
+        ended = std::move(subscription);
         if (runner != std::this_thread::get_id()) {
             idle.wait(lock, [this] { return !running; });
         }
@@ -65,14 +77,13 @@ HeadlessPathMonitor::~HeadlessPathMonitor() {
 
 void HeadlessPathMonitor::start(UpdateHandler handler) {
     reports_->handler = std::move(handler);
-    subscription_ = paths_.sink([reports = reports_, background = background_](const NetworkPath& path) {
+    reports_->keep(paths_.sink([reports = reports_, background = background_](const NetworkPath& path) {
         reports->add(path);
         background->post([reports] { reports->deliver(); });
-    });
+    }));
 }
 
 void HeadlessPathMonitor::cancel() {
-    subscription_.cancel();
     reports_->cancel();
 }
 

@@ -3,7 +3,6 @@
 
 #include <memory>
 
-#include "MirethVex/Base/AnyCancellable.hpp"
 #include "MirethVex/Base/AnyPublisher.hpp"
 #include "MirethVex/Platform/BackgroundExecutor.hpp"
 #include "MirethVex/Platform/PathMonitor.hpp"
@@ -27,7 +26,6 @@ class HeadlessPathMonitor final : public platform::PathMonitor {
     const AnyPublisher<platform::NetworkPath> paths_;
     const std::shared_ptr<platform::BackgroundExecutor> background_;
     const std::shared_ptr<Reports> reports_;
-    AnyCancellable subscription_;
 };
 
 }  // namespace mireth::headless
