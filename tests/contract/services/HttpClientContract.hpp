@@ -1,13 +1,13 @@
 // The rules of every HttpClient, with a service that the test scripts.
 #pragma once
 
-#include <future>
-#include <memory>
+#include <functional>
 #include <string>
 #include <utility>
 
 #include "MirethVex/Platform/HttpClient.hpp"
 #include "TestSupport.hpp"
+#include "support/SendAndWait.hpp"
 
 namespace mireth::test {
 
@@ -41,24 +41,6 @@ inline platform::UrlResponse answer(int status, std::string body = {}) {
     response.status = status;
     response.body = std::move(body);
     return response;
-}
-
-/// Sends and waits; a completion that never comes is a failure of its own.
-inline platform::HttpResult sendAndWait(platform::HttpClient& client, platform::HttpRequest request) {
-    auto promise = std::make_shared<std::promise<platform::HttpResult>>();
-    auto result = promise->get_future();
-    const AnyCancellable token = client.send(
-        std::move(request), [promise](platform::HttpResult value) { promise->set_value(std::move(value)); });
-    if (result.wait_for(std::chrono::seconds(30)) != std::future_status::ready) {
-        return std::unexpected(platform::TransportError{"TEST: no completion"});
-    }
-    return result.get();
-}
-
-inline platform::HttpRequest requestTo(const std::string& url) {
-    platform::HttpRequest request;
-    request.url = url;
-    return request;
 }
 
 /// What a service sees of a request that no network carries.

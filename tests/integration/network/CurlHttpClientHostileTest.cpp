@@ -1,9 +1,10 @@
 // How the HTTP client stands servers that misbehave.
 #include <stdexcept>
 
+#include "HttpResults.hpp"
 #include "RawServer.hpp"
-#include "SendAndWait.hpp"
 #include "platforms/linux/network/CurlHttpClient.hpp"
+#include "support/SendAndWait.hpp"
 
 namespace mireth::platform {
 

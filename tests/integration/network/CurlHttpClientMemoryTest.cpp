@@ -5,11 +5,12 @@
 #include <optional>
 #include <string>
 
+#include "HttpResults.hpp"
 #include "RawServer.hpp"
-#include "SendAndWait.hpp"
 #include "platforms/linux/network/CurlHttpClient.hpp"
 #include "platforms/linux/network/CurlTransfer.hpp"
 #include "support/ScarceMemory.hpp"
+#include "support/SendAndWait.hpp"
 
 namespace mireth::platform {
 namespace {

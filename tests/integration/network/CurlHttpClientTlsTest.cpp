@@ -12,9 +12,10 @@
 #include <thread>
 #include <vector>
 
-#include "../../contract/services/TestSupport.hpp"
-#include "SendAndWait.hpp"
+#include "HttpResults.hpp"
+#include "contract/services/TestSupport.hpp"
 #include "platforms/linux/network/CurlHttpClient.hpp"
+#include "support/SendAndWait.hpp"
 
 namespace mireth::platform {
 

@@ -2,8 +2,8 @@
 #include <stdlib.h>
 
 #include "RawServer.hpp"
-#include "SendAndWait.hpp"
 #include "platforms/linux/network/CurlHttpClient.hpp"
+#include "support/SendAndWait.hpp"
 
 namespace mireth::platform {
 

@@ -2,7 +2,7 @@
 
 #include <net/if_arp.h>
 
-#include "../../contract/services/TestSupport.hpp"
+#include "contract/services/TestSupport.hpp"
 
 namespace mireth::platform {
 

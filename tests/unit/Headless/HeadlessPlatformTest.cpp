@@ -7,18 +7,15 @@
 #include <utility>
 #include <vector>
 
+#include "support/SendAndWait.hpp"
+
 namespace mireth::headless {
 namespace {
 
 using platform::HttpResult;
 using platform::Seconds;
 using platform::UrlResponse;
-
-platform::HttpRequest requestTo(std::string url) {
-    platform::HttpRequest request;
-    request.url = std::move(url);
-    return request;
-}
+using test::requestTo;
 
 HttpResult echo(const platform::HttpRequest& request) {
     UrlResponse response;

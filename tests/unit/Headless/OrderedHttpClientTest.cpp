@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "MirethVex/Headless/VirtualMainQueue.hpp"
+#include "support/SendAndWait.hpp"
 
 namespace mireth::headless {
 namespace {
@@ -17,13 +18,8 @@ using namespace std::chrono_literals;
 using platform::HttpRequest;
 using platform::HttpResult;
 using platform::UrlResponse;
+using test::requestTo;
 using ::testing::ElementsAre;
-
-HttpRequest requestTo(std::string url) {
-    HttpRequest request;
-    request.url = std::move(url);
-    return request;
-}
 
 /// A client whose answers come when the test says so, on the test's thread.
 class HandDrivenClient final : public platform::HttpClient {

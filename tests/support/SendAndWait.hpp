@@ -1,4 +1,4 @@
-// Sends a request and waits for its result. Used by the tests of the HTTP client.
+// Sends a request and waits for its result. For tests of HTTP clients.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,6 +19,7 @@ inline platform::HttpRequest requestTo(std::string url) {
     return request;
 }
 
+/// A completion that never comes is a failure of its own.
 inline platform::HttpResult sendAndWait(platform::HttpClient& client, platform::HttpRequest request) {
     auto promise = std::make_shared<std::promise<platform::HttpResult>>();
     auto result = promise->get_future();
@@ -29,16 +30,6 @@ inline platform::HttpResult sendAndWait(platform::HttpClient& client, platform::
         return std::unexpected(platform::TransportError{"TEST: no completion"});
     }
     return result.get();
-}
-
-/// The error's words; empty, and a failure, when there was an answer.
-inline std::string errorOf(const platform::HttpResult& result) {
-    EXPECT_FALSE(result.has_value());
-    return result ? std::string() : result.error().description;
-}
-
-inline bool contains(const std::string& text, std::string_view part) {
-    return text.find(part) != std::string::npos;
 }
 
 }  // namespace mireth::test
