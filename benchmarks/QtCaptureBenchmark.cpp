@@ -58,7 +58,8 @@ void compare(benchmark::State& state, Capture& capture, const Bare& bare) {
     for (auto _ : state) {
         times.turn([&capture] { benchmark::DoNotOptimize(capture()); },
                    [&bare] { benchmark::DoNotOptimize(bare()); });
-        capture.mirror();  // not timed: or the first of the parts pays for the caches that Qt's picture has filled
+        capture.mirror();  // not timed: or the first of the parts pays for the caches that Qt's picture has
+                           // filled
         parts.turn([&capture] { capture.mirror(); }, [&capture] { capture.copy(); });
     }
     state.counters["capture_ms"] = 1e3 * times.oursSeconds();

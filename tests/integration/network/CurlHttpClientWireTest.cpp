@@ -1,6 +1,7 @@
 // What the HTTP client says on the wire, and what it makes of odd but lawful answers.
 #include <stdlib.h>
 
+#include "HttpResults.hpp"
 #include "RawServer.hpp"
 #include "platforms/linux/network/CurlHttpClient.hpp"
 #include "support/SendAndWait.hpp"
