@@ -16,7 +16,7 @@
 #include <QToolTip>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
-#include "platforms/qt/mirror/MarkedWidgets.hpp"
+#include "platforms/qt/objects/MarkedWidgets.hpp"
 #include "qt/support/EventLoop.hpp"
 #include "qt/support/Pictures.hpp"
 

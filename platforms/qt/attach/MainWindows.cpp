@@ -3,7 +3,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 
-#include "platforms/qt/mirror/WindowKinds.hpp"
+#include "platforms/qt/objects/WindowKinds.hpp"
 
 namespace mireth::qt {
 

@@ -4,13 +4,14 @@
 #include <algorithm>
 
 #include "MirethVex/Platform/TextViews.hpp"
-#include "platforms/qt/mirror/ItemOwner.hpp"
-#include "platforms/qt/mirror/LayerValues.hpp"
 #include "platforms/qt/mirror/LookView.hpp"
-#include "platforms/qt/mirror/MarkedOwners.hpp"
-#include "platforms/qt/mirror/MarkingProperties.hpp"
 #include "platforms/qt/mirror/RectangleLook.hpp"
-#include "platforms/qt/mirror/ScreenKeyboard.hpp"
+#include "platforms/qt/objects/ItemOwner.hpp"
+#include "platforms/qt/objects/LayerValues.hpp"
+#include "platforms/qt/objects/MarkedOwners.hpp"
+#include "platforms/qt/objects/MarkingProperties.hpp"
+#include "platforms/qt/objects/PassDepth.hpp"
+#include "platforms/qt/objects/ScreenKeyboard.hpp"
 #include "platforms/qt/pictures/PictureViews.hpp"
 
 namespace mireth::qt {
@@ -99,7 +100,7 @@ MirroredClass ItemMirror::classOf(const QQuickItem& item, bool isInThePlane) {
     const bool isMarked = isMarkedAsMasked(item) || (owner != nullptr && belongsToMarked(*owner)) ||
                           (liesElsewhereThanItWasMade(item) && belongsToMarked(item));
     // Turned out of the plane, its place is known, but not how it looks.
-    if (depth_ >= maximumMirrorDepth || !isInThePlane || isMarked) {
+    if (depth_ >= maximumPassDepth || !isInThePlane || isMarked) {
         mirrored.shown = pictures_ != nullptr ? Shown::hosted : Shown::label;
     }
     return mirrored;

@@ -1,17 +1,13 @@
-// Makes the views of a mirror, and sees to it that a pass over the app's objects ends.
+// Makes the views of a mirror.
 #pragma once
 
-#include <cstddef>
 #include <memory>
 
 #include "MirethVex/Platform/View.hpp"
 #include "MirethVex/Platform/ViewController.hpp"
-#include "platforms/qt/mirror/ClassCatalog.hpp"
+#include "platforms/qt/objects/ClassCatalog.hpp"
 
 namespace mireth::qt {
-
-/// Deeper than any window is nested, and far from the end of the stack.
-inline constexpr std::size_t maximumMirrorDepth = 400;
 
 /// Main thread only.
 class MirroredViews {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platforms/qt/mirror/LayerValues.hpp"
+#include "platforms/qt/objects/LayerValues.hpp"
 
 namespace mireth::qt {
 

@@ -9,8 +9,8 @@
 #include "MirethVex/Platform/Clock.hpp"
 #include "MirethVex/Platform/MainQueue.hpp"
 #include "MirethVex/Platform/Window.hpp"
-#include "platforms/qt/mirror/LiveWindow.hpp"
 #include "platforms/qt/mirror/ViewMirror.hpp"
+#include "platforms/qt/objects/LiveWindow.hpp"
 #include "platforms/qt/screens/ScreenWatch.hpp"
 #include "platforms/qt/touch/TouchSource.hpp"
 

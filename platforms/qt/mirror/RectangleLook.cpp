@@ -10,9 +10,9 @@
 #include <cmath>
 #include <optional>
 
-#include "platforms/qt/mirror/LayerValues.hpp"
 #include "platforms/qt/mirror/LookView.hpp"
-#include "platforms/qt/mirror/QtProperty.hpp"
+#include "platforms/qt/objects/LayerValues.hpp"
+#include "platforms/qt/objects/QtProperty.hpp"
 
 namespace mireth::qt {
 

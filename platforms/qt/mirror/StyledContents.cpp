@@ -14,7 +14,7 @@
 #include <typeinfo>
 #include <utility>
 
-#include "platforms/qt/mirror/LayerValues.hpp"
+#include "platforms/qt/objects/LayerValues.hpp"
 
 namespace mireth::qt {
 

@@ -1,8 +1,8 @@
 #include "platforms/qt/mirror/ViewMirror.hpp"
 
 #include "platforms/qt/mirror/ItemMirror.hpp"
-#include "platforms/qt/mirror/LayerValues.hpp"
 #include "platforms/qt/mirror/WidgetMirror.hpp"
+#include "platforms/qt/objects/LayerValues.hpp"
 #include "platforms/qt/pictures/PictureViews.hpp"
 
 namespace mireth::qt {

@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "MirethVex/Platform/View.hpp"
-#include "platforms/qt/mirror/ClassCatalog.hpp"
-#include "platforms/qt/mirror/LiveWindow.hpp"
 #include "platforms/qt/mirror/MirroredViews.hpp"
 #include "platforms/qt/mirror/StyledContents.hpp"
-#include "platforms/qt/mirror/WindowOrder.hpp"
+#include "platforms/qt/objects/ClassCatalog.hpp"
+#include "platforms/qt/objects/LiveWindow.hpp"
+#include "platforms/qt/objects/WindowOrder.hpp"
 #include "platforms/qt/pictures/UnmaskedPictures.hpp"
 #include "platforms/qt/screens/SeenScreens.hpp"
 #include "platforms/qt/state/WindowState.hpp"

@@ -8,10 +8,11 @@
 #include <vector>
 
 #include "MirethVex/Platform/TextViews.hpp"
-#include "platforms/qt/mirror/LayerValues.hpp"
-#include "platforms/qt/mirror/MarkedOwners.hpp"
-#include "platforms/qt/mirror/MarkedWidgets.hpp"
-#include "platforms/qt/mirror/MarkingProperties.hpp"
+#include "platforms/qt/objects/LayerValues.hpp"
+#include "platforms/qt/objects/MarkedOwners.hpp"
+#include "platforms/qt/objects/MarkedWidgets.hpp"
+#include "platforms/qt/objects/MarkingProperties.hpp"
+#include "platforms/qt/objects/PassDepth.hpp"
 #include "platforms/qt/pictures/PictureViews.hpp"
 
 namespace mireth::qt {
@@ -157,7 +158,7 @@ MirroredClass WidgetMirror::classOf(const QWidget& widget, bool hasChildren) {
         widget.isWindow() && (pictures_ != nullptr || showsSomething(mirrored.shown));
     const bool isMarked = (pictures_ != nullptr ? showsMarked(widget) : isMarkedAsMasked(widget)) ||
                           (isWindowToBeSeen && belongsToMarked(widget));
-    if (isUnknownLeaf || depth_ >= maximumMirrorDepth || isMarked) {
+    if (isUnknownLeaf || depth_ >= maximumPassDepth || isMarked) {
         mirrored.shown = Shown::label;
     }
     return mirrored;

@@ -6,9 +6,9 @@
 #include <memory>
 
 #include "MirethVex/Platform/View.hpp"
-#include "platforms/qt/mirror/ClassCatalog.hpp"
 #include "platforms/qt/mirror/MirroredViews.hpp"
 #include "platforms/qt/mirror/StyledContents.hpp"
+#include "platforms/qt/objects/ClassCatalog.hpp"
 #include "platforms/qt/pictures/WidgetPictures.hpp"
 #include "platforms/qt/screens/SeenScreens.hpp"
 #include "platforms/qt/state/WindowState.hpp"

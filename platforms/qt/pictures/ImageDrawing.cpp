@@ -13,7 +13,7 @@
 #include <QtQml>
 #include <cstdint>
 
-#include "platforms/qt/mirror/QtProperty.hpp"
+#include "platforms/qt/objects/QtProperty.hpp"
 
 namespace mireth::qt {
 

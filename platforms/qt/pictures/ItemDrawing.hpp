@@ -8,7 +8,7 @@
 #include <functional>
 #include <initializer_list>
 
-#include "platforms/qt/mirror/QtProperty.hpp"
+#include "platforms/qt/objects/QtProperty.hpp"
 
 namespace mireth::qt {
 

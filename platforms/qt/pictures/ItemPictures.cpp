@@ -6,7 +6,7 @@
 #include <optional>
 #include <utility>
 
-#include "platforms/qt/mirror/QtProperty.hpp"
+#include "platforms/qt/objects/QtProperty.hpp"
 #include "platforms/qt/pictures/ImageDrawing.hpp"
 #include "platforms/qt/pictures/PictureViews.hpp"
 #include "platforms/qt/pictures/TextDrawing.hpp"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "platforms/qt/mirror/LayerValues.hpp"
+#include "platforms/qt/objects/LayerValues.hpp"
 
 namespace mireth::qt {
 

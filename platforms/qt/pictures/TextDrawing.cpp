@@ -7,7 +7,7 @@
 #include <QTextDocument>
 #include <QTextOption>
 
-#include "platforms/qt/mirror/QtProperty.hpp"
+#include "platforms/qt/objects/QtProperty.hpp"
 
 namespace mireth::qt {
 

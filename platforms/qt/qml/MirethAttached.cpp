@@ -5,8 +5,8 @@
 #include <QVariant>
 #include <array>
 
-#include "platforms/qt/mirror/MarkingProperties.hpp"
-#include "platforms/qt/mirror/QtProperty.hpp"
+#include "platforms/qt/objects/MarkingProperties.hpp"
+#include "platforms/qt/objects/QtProperty.hpp"
 
 namespace mireth::qt {
 

@@ -8,7 +8,7 @@
 
 #include "MirethVex/MirethVex.hpp"
 #include "MirethVex/Qt/QtPlatform.hpp"
-#include "platforms/qt/Installation.hpp"
+#include "platforms/qt/system/Installation.hpp"
 
 namespace mireth::qt {
 

@@ -4,10 +4,10 @@
 #include <QStackedWidget>
 #include <algorithm>
 
-#include "platforms/qt/mirror/ClassCatalog.hpp"
-#include "platforms/qt/mirror/LayerValues.hpp"
-#include "platforms/qt/mirror/MarkingProperties.hpp"
-#include "platforms/qt/mirror/QtProperty.hpp"
+#include "platforms/qt/objects/ClassCatalog.hpp"
+#include "platforms/qt/objects/LayerValues.hpp"
+#include "platforms/qt/objects/MarkingProperties.hpp"
+#include "platforms/qt/objects/QtProperty.hpp"
 
 namespace mireth::qt {
 

@@ -4,8 +4,8 @@
 #include <QQuickTextDocument>
 #include <QTextDocument>
 
-#include "platforms/qt/mirror/QtProperty.hpp"
-#include "platforms/qt/state/ClassState.hpp"
+#include "platforms/qt/objects/ClassState.hpp"
+#include "platforms/qt/objects/QtProperty.hpp"
 
 namespace mireth::qt {
 
@@ -13,7 +13,7 @@ void ItemState::addTo(StateDigest& digest, const QQuickItem& item, const Mirrore
     const ClassState& state = *rule.state;
     digest.addNumber(item.isEnabled() ? 1 : 0);
     if (!state.isTextEditOfItems) {
-        addProperties(digest, item, state.properties);
+        digest.addProperties(item, state.properties);
     } else if (const auto* const text =
                    qtProperty(item, "QQuickTextEdit", "textDocument").value<QQuickTextDocument*>()) {
         digest.addNumber(text->textDocument()->revision());

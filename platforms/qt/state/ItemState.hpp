@@ -3,7 +3,7 @@
 
 #include <QQuickItem>
 
-#include "platforms/qt/mirror/ClassCatalog.hpp"
+#include "platforms/qt/objects/ClassCatalog.hpp"
 #include "platforms/qt/state/SignalCounts.hpp"
 #include "platforms/qt/state/StateDigest.hpp"
 

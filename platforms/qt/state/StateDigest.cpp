@@ -46,4 +46,10 @@ void StateDigest::addValue(const QVariant& value) {
     }
 }
 
+void StateDigest::addProperties(const QObject& object, const std::vector<int>& properties) {
+    for (const int index : properties) {
+        addValue(object.metaObject()->property(index).read(&object));
+    }
+}
+
 }  // namespace mireth::qt

@@ -1,9 +1,11 @@
 // One number for the state of many things: texts, values, places.
 #pragma once
 
+#include <QObject>
 #include <QVariant>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace mireth::qt {
 
@@ -17,6 +19,8 @@ class StateDigest {
     void addText(const QString& text);
     /// Of pictures it is whether they are the same object.
     void addValue(const QVariant& value);
+    /// The values of the properties at these indexes of the object's class.
+    void addProperties(const QObject& object, const std::vector<int>& properties);
 
     std::string text() const { return std::to_string(value_); }
 

@@ -21,7 +21,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "platforms/qt/state/ClassState.hpp"
+#include "platforms/qt/objects/ClassState.hpp"
 
 namespace mireth::qt {
 
@@ -116,7 +116,7 @@ void WidgetState::addTo(StateDigest& digest, const QWidget& widget, const Mirror
     if (const QTextDocument* const document = documentOf(widget)) {
         digest.addNumber(document->revision());
     } else {
-        addProperties(digest, widget, rule.state->properties);
+        digest.addProperties(widget, rule.state->properties);
     }
     digest.addNumber(widget.isEnabled() ? 1 : 0);
     digest.addNumber(widget.palette().cacheKey());

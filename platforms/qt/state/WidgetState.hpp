@@ -5,7 +5,7 @@
 #include <QWidget>
 #include <span>
 
-#include "platforms/qt/mirror/ClassCatalog.hpp"
+#include "platforms/qt/objects/ClassCatalog.hpp"
 #include "platforms/qt/state/PaintCounts.hpp"
 #include "platforms/qt/state/SignalCounts.hpp"
 #include "platforms/qt/state/StateDigest.hpp"

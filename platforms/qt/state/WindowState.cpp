@@ -5,8 +5,8 @@
 #include <cstdint>
 
 #include "MirethVex/Platform/TextViews.hpp"
-#include "platforms/qt/mirror/HostedItems.hpp"
-#include "platforms/qt/mirror/MirroredViews.hpp"
+#include "platforms/qt/objects/HostedItems.hpp"
+#include "platforms/qt/objects/PassDepth.hpp"
 
 namespace mireth::qt {
 
@@ -46,7 +46,7 @@ void WindowState::addPicture(const platform::Image& picture) {
 
 void WindowState::addContentOf(const QWidget& widget) {
     const Shown shown = catalog_.ofWidget(*widget.metaObject()).shown;
-    if (isTextEntry(shown) || depth_ >= maximumMirrorDepth) {
+    if (isTextEntry(shown) || depth_ >= maximumPassDepth) {
         return;
     }
     ++depth_;
@@ -64,7 +64,7 @@ void WindowState::addContentOf(const QWidget& widget) {
 }
 
 void WindowState::addContentOf(const QQuickItem& item) {
-    if (isTextEntry(catalog_.ofItem(*item.metaObject()).shown) || depth_ >= maximumMirrorDepth) {
+    if (isTextEntry(catalog_.ofItem(*item.metaObject()).shown) || depth_ >= maximumPassDepth) {
         return;
     }
     ++depth_;

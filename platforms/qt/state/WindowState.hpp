@@ -8,7 +8,7 @@
 
 #include "MirethVex/Platform/Image.hpp"
 #include "MirethVex/Platform/View.hpp"
-#include "platforms/qt/mirror/ClassCatalog.hpp"
+#include "platforms/qt/objects/ClassCatalog.hpp"
 #include "platforms/qt/state/ItemState.hpp"
 #include "platforms/qt/state/StateDigest.hpp"
 #include "platforms/qt/state/WidgetState.hpp"

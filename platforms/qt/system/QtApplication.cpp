@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Base/GuardedRun.hpp"
-#include "platforms/qt/mirror/WindowKinds.hpp"
+#include "platforms/qt/objects/WindowKinds.hpp"
 
 namespace mireth::qt {
 

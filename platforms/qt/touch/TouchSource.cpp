@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "Base/GuardedRun.hpp"
-#include "platforms/qt/mirror/ScreenKeyboard.hpp"
+#include "platforms/qt/objects/ScreenKeyboard.hpp"
 
 namespace mireth::qt {
 

@@ -13,7 +13,7 @@
 #include "MirethVex/Platform/Clock.hpp"
 #include "MirethVex/Platform/TapCounter.hpp"
 #include "MirethVex/Platform/Window.hpp"
-#include "platforms/qt/mirror/LiveWindow.hpp"
+#include "platforms/qt/objects/LiveWindow.hpp"
 
 class QMouseEvent;
 class QPointF;

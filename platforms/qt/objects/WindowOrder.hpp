@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platforms/qt/mirror/LiveWindow.hpp"
+#include "platforms/qt/objects/LiveWindow.hpp"
 
 namespace mireth::qt {
 

@@ -1,4 +1,4 @@
-#include "platforms/qt/mirror/MarkedWidgets.hpp"
+#include "platforms/qt/objects/MarkedWidgets.hpp"
 
 #include <QApplication>
 #include <QGraphicsProxyWidget>
@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "platforms/qt/mirror/MarkingProperties.hpp"
+#include "platforms/qt/objects/MarkingProperties.hpp"
 
 namespace mireth::qt {
 

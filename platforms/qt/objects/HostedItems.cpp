@@ -1,4 +1,4 @@
-#include "platforms/qt/mirror/HostedItems.hpp"
+#include "platforms/qt/objects/HostedItems.hpp"
 
 #include <QGuiApplication>
 #include <QQuickRenderControl>

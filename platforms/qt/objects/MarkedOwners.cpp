@@ -1,4 +1,4 @@
-#include "platforms/qt/mirror/MarkedOwners.hpp"
+#include "platforms/qt/objects/MarkedOwners.hpp"
 
 #include <QAction>
 #include <QApplication>
@@ -11,10 +11,10 @@
 #include <cstddef>
 #include <vector>
 
-#include "platforms/qt/mirror/ItemOwner.hpp"
-#include "platforms/qt/mirror/LiveWindow.hpp"
-#include "platforms/qt/mirror/MarkingProperties.hpp"
-#include "platforms/qt/mirror/QtProperty.hpp"
+#include "platforms/qt/objects/ItemOwner.hpp"
+#include "platforms/qt/objects/LiveWindow.hpp"
+#include "platforms/qt/objects/MarkingProperties.hpp"
+#include "platforms/qt/objects/QtProperty.hpp"
 
 namespace mireth::qt {
 

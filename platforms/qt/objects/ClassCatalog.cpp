@@ -1,12 +1,12 @@
-#include "platforms/qt/mirror/ClassCatalog.hpp"
+#include "platforms/qt/objects/ClassCatalog.hpp"
 
 #include <algorithm>
 #include <cctype>
 #include <cstring>
 
-#include "platforms/qt/mirror/ClassRules.hpp"
-#include "platforms/qt/mirror/ScreenKeyboard.hpp"
-#include "platforms/qt/state/ClassState.hpp"
+#include "platforms/qt/objects/ClassRules.hpp"
+#include "platforms/qt/objects/ClassState.hpp"
+#include "platforms/qt/objects/ScreenKeyboard.hpp"
 
 namespace mireth::qt {
 

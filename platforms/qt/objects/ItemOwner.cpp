@@ -1,11 +1,11 @@
-#include "platforms/qt/mirror/ItemOwner.hpp"
+#include "platforms/qt/objects/ItemOwner.hpp"
 
 #include <QQuickWindow>
 #include <algorithm>
 #include <array>
 #include <string_view>
 
-#include "platforms/qt/mirror/QtProperty.hpp"
+#include "platforms/qt/objects/QtProperty.hpp"
 
 namespace mireth::qt {
 

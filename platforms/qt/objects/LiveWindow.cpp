@@ -1,9 +1,9 @@
-#include "platforms/qt/mirror/LiveWindow.hpp"
+#include "platforms/qt/objects/LiveWindow.hpp"
 
 #include <QApplication>
 #include <QGuiApplication>
 
-#include "platforms/qt/mirror/WindowKinds.hpp"
+#include "platforms/qt/objects/WindowKinds.hpp"
 
 namespace mireth::qt {
 

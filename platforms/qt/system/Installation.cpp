@@ -1,4 +1,4 @@
-#include "platforms/qt/Installation.hpp"
+#include "platforms/qt/system/Installation.hpp"
 
 #include <QGuiApplication>
 #include <cstdio>

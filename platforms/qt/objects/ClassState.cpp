@@ -1,4 +1,4 @@
-#include "platforms/qt/state/ClassState.hpp"
+#include "platforms/qt/objects/ClassState.hpp"
 
 #include <QMetaMethod>
 #include <QMetaProperty>
@@ -7,7 +7,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "platforms/qt/mirror/ClassCatalog.hpp"
+#include "platforms/qt/objects/ClassCatalog.hpp"
 
 namespace mireth::qt {
 
@@ -86,12 +86,6 @@ ClassState classStateOf(const QMetaObject& type) {
     }
     state.isTextEditOfItems = classNamed(type, "QQuickTextEdit") != nullptr;
     return state;
-}
-
-void addProperties(StateDigest& digest, const QObject& object, const std::vector<int>& properties) {
-    for (const int index : properties) {
-        digest.addValue(object.metaObject()->property(index).read(&object));
-    }
 }
 
 }  // namespace mireth::qt

@@ -1,4 +1,4 @@
-#include "platforms/qt/mirror/ClassRules.hpp"
+#include "platforms/qt/objects/ClassRules.hpp"
 
 #include <algorithm>
 #include <array>

@@ -2,10 +2,7 @@
 #pragma once
 
 #include <QMetaObject>
-#include <QObject>
 #include <vector>
-
-#include "platforms/qt/state/StateDigest.hpp"
 
 namespace mireth::qt {
 
@@ -20,8 +17,5 @@ struct ClassState {
 };
 
 ClassState classStateOf(const QMetaObject& type);
-
-/// `properties` are those of the object's class.
-void addProperties(StateDigest& digest, const QObject& object, const std::vector<int>& properties);
 
 }  // namespace mireth::qt

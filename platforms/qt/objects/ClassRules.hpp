@@ -3,7 +3,7 @@
 
 #include <QMetaObject>
 
-#include "platforms/qt/mirror/ClassCatalog.hpp"
+#include "platforms/qt/objects/ClassCatalog.hpp"
 
 namespace mireth::qt {
 

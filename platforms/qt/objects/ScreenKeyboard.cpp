@@ -1,11 +1,11 @@
-#include "platforms/qt/mirror/ScreenKeyboard.hpp"
+#include "platforms/qt/objects/ScreenKeyboard.hpp"
 
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <algorithm>
 
-#include "platforms/qt/mirror/ClassCatalog.hpp"
-#include "platforms/qt/mirror/HostedItems.hpp"
+#include "platforms/qt/objects/ClassCatalog.hpp"
+#include "platforms/qt/objects/HostedItems.hpp"
 
 namespace mireth::qt {
 

@@ -1,4 +1,4 @@
-#include "platforms/qt/mirror/LayerValues.hpp"
+#include "platforms/qt/objects/LayerValues.hpp"
 
 #include <QImage>
 #include <QString>

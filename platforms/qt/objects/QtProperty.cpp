@@ -1,4 +1,4 @@
-#include "platforms/qt/mirror/QtProperty.hpp"
+#include "platforms/qt/objects/QtProperty.hpp"
 
 #include <QMetaObject>
 #include <QMetaProperty>

@@ -1,4 +1,4 @@
-#include "platforms/qt/mirror/WindowOrder.hpp"
+#include "platforms/qt/objects/WindowOrder.hpp"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
