@@ -6,10 +6,10 @@
 
 #include "Base/GuardedRun.hpp"
 #include "MirethVex/PublicSide/MirethSR.hpp"
-#include "platforms/qt/system/Installation.hpp"
 #include "platforms/qt/mirror/RecordedWindows.hpp"
 #include "platforms/qt/objects/ClassCatalog.hpp"
 #include "platforms/qt/qml/QmlModule.hpp"
+#include "platforms/qt/system/Installation.hpp"
 #include "platforms/qt/system/QtApplication.hpp"
 #include "platforms/qt/system/QtMainQueue.hpp"
 

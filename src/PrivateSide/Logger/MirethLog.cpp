@@ -29,7 +29,7 @@ OSLoggers::MakeLogger sinksOf(const std::shared_ptr<platform::SystemLog>& system
 
 /// The system log may be the host's own; what it throws costs neither the listeners nor the remote log the
 /// line.
-constexpr const char* systemLog = "the system log";
+constexpr const char* hostsSystemLog = "the system log";
 
 }  // namespace
 
@@ -46,7 +46,7 @@ void MirethLog::info(LogTag logTag, const std::string& message, const Additional
         return;
     }
     const std::string line = lineText(message, additionalInfo);
-    runGuarded(systemLog, [&] { osLoggers_.info(logTag, line); });
+    runGuarded(hostsSystemLog, [&] { osLoggers_.info(logTag, line); });
     logListeners_.logToAll(logTag, LogLevel::info, line);
 }
 
@@ -120,7 +120,7 @@ bool MirethLog::isAllowed(LogTag logTag) const noexcept {
 
 void MirethLog::writeError(LogTag logTag, const std::string& message, const AdditionalInfo& additionalInfo) {
     const std::string line = lineText(message, additionalInfo);
-    runGuarded(systemLog, [&] { osLoggers_.error(logTag, line); });
+    runGuarded(hostsSystemLog, [&] { osLoggers_.error(logTag, line); });
     logListeners_.logToAll(logTag, LogLevel::error, line);
 }
 
