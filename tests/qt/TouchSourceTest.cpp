@@ -1,6 +1,5 @@
 // Which touches a window of the app's hands on to the library.
 #include <gtest/gtest.h>
-#include <memory>
 
 #include <QDialog>
 #include <QGuiApplication>
@@ -176,6 +175,20 @@ TEST_F(QtTouchSource, APressInADialogAboveCountsAtItsPlaceInTheWindow) {
     QTest::mouseClick(dialog.windowHandle(), Qt::LeftButton, {}, QPoint(5, 6));
     ASSERT_EQ(witness_->phases(), tap);
     EXPECT_EQ(witness_->seen[0].locationInWindow, (Point{55, 26}));
+}
+
+TEST_F(QtTouchSource, APressInADialogBesideTheWindowLiesOutsideOfIt) {
+    QDialog dialog(&window_);
+    dialog.setGeometry(20, 60, 60, 30);
+    dialog.show();
+    runFor(0.01);
+    QTest::mouseClick(dialog.windowHandle(), Qt::LeftButton, {}, QPoint(5, 6));
+    dialog.setGeometry(320, 220, 60, 30);
+    runFor(0.01);
+    QTest::mouseClick(dialog.windowHandle(), Qt::LeftButton, {}, QPoint(5, 6));
+    ASSERT_EQ(witness_->seen.size(), 4U);
+    EXPECT_EQ(witness_->seen[1].locationInWindow, (Point{-75, -34}));
+    EXPECT_EQ(witness_->seen[3].locationInWindow, (Point{225, 126}));
 }
 
 TEST_F(QtTouchSource, APressInANativeWidgetCountsAtItsPlaceInTheWindow) {
@@ -355,6 +368,40 @@ TEST_F(QtTouchSource, NobodyIsAskedAboutAWindowThatWentWhenItsTouchWasTold) {
     }
     EXPECT_TRUE(remover->isDone());
     EXPECT_EQ(later.count, 0);
+}
+
+/// Lets go of the recorded window when it hears that a touch was lost.
+class LetsGo final : public platform::GestureRecognizer {
+  public:
+    explicit LetsGo(std::shared_ptr<platform::Window> window) : window_(std::move(window)) {}
+    void touchesBegan(const std::vector<Touch>& touches, const TouchEvent& /*event*/) override {
+        for (const Touch& touch : touches) {
+            begunIn.push_back(touch.window.lock().get());
+        }
+    }
+    void touchesCancelled(const std::vector<Touch>& /*touches*/, const TouchEvent& /*event*/) override {
+        window_.reset();
+    }
+
+    /// Only to be compared.
+    std::vector<const platform::Window*> begunIn;
+
+  private:
+    std::shared_ptr<platform::Window> window_;
+};
+
+TEST_F(QtTouchSource, AWindowThatIsLetGoOfWhenATouchIsLostLastsUntilItsEventIsTold) {
+    recorded_->removeGestureRecognizer(witness_);
+    const platform::Window* const window = recorded_.get();
+    const auto letsGo = std::make_shared<LetsGo>(std::move(recorded_));
+    platform_.windowOf(window_)->addGestureRecognizer(letsGo);
+    // The press whose release was lost, that which takes the window away, and one in a window that is gone.
+    for (int i = 0; i < 3; ++i) {
+        QMouseEvent press(QEvent::MouseButtonPress, QPointF(30, 20), handle()->mapToGlobal(QPointF(30, 20)),
+                          Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(handle(), &press);
+    }
+    EXPECT_EQ(letsGo->begunIn, (std::vector{window, window}));
 }
 
 }  // namespace

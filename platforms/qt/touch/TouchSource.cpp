@@ -82,9 +82,11 @@ bool TouchSource::eventFilter(QObject* watched, QEvent* event) {
     if (!isOurs || !watched->isWindowType() || window_.gestureRecognizers().empty()) {
         return false;
     }
+    // Who hears of a touch may let go of the recorded window, and of this object with it.
+    const auto recorded = window_.weak_from_this().lock();
     const QPointer<QObject> alive(watched);
     runGuarded("the watching of touches", [&] { handle(static_cast<const QWindow&>(*watched), *event); });
-    // Who hears of a touch may take the window away, which nobody else may be asked about then.
+    // Or take the app's window away, which nobody else may be asked about then.
     return alive == nullptr;
 }
 
@@ -235,8 +237,6 @@ void TouchSource::send(const TouchEvent& event) {
     if (event.touches.empty()) {
         return;
     }
-    // Who hears of it may let go of the window, and of this object with it.
-    const auto alive = window_.weak_from_this().lock();
     window_.sendEvent(event);
     shownAtPress_ = nullptr;
 }
