@@ -10,11 +10,11 @@
 #include <QStyleFactory>
 #include <QStyleOptionSlider>
 #include <algorithm>
-#include <iterator>
 #include <typeinfo>
 #include <utility>
 
 #include "platforms/qt/objects/LayerValues.hpp"
+#include "platforms/qt/objects/PassEntries.hpp"
 
 namespace mireth::qt {
 
@@ -159,10 +159,7 @@ platform::Image StyledContents::of(const QWidget& widget) {
 }
 
 void StyledContents::endPass() {
-    for (auto entry = kept_.begin(); entry != kept_.end();) {
-        const bool wasSeen = std::exchange(entry->second.wasSeen, false);
-        entry = wasSeen ? std::next(entry) : kept_.erase(entry);
-    }
+    eraseUnseen(kept_);
 }
 
 }  // namespace mireth::qt

@@ -2,10 +2,9 @@
 
 #include <QPainter>
 #include <QQuickWindow>
-#include <iterator>
 #include <optional>
-#include <utility>
 
+#include "platforms/qt/objects/PassEntries.hpp"
 #include "platforms/qt/objects/QtProperty.hpp"
 #include "platforms/qt/pictures/ImageDrawing.hpp"
 #include "platforms/qt/pictures/PictureViews.hpp"
@@ -78,10 +77,7 @@ const ItemPictures::Kept& ItemPictures::pictureOf(QQuickItem& item, const ItemDr
 }
 
 void ItemPictures::endPass() {
-    for (auto entry = kept_.begin(); entry != kept_.end();) {
-        const bool wasSeen = std::exchange(entry->second.wasSeen, false);
-        entry = wasSeen ? std::next(entry) : kept_.erase(entry);
-    }
+    eraseUnseen(kept_);
 }
 
 }  // namespace mireth::qt

@@ -4,9 +4,9 @@
 #include <QEvent>
 #include <QGraphicsEffect>
 #include <QScopedValueRollback>
-#include <iterator>
 #include <utility>
 
+#include "platforms/qt/objects/PassEntries.hpp"
 #include "platforms/qt/pictures/PictureViews.hpp"
 
 namespace mireth::qt {
@@ -75,10 +75,7 @@ void WidgetPictures::add(QWidget& widget, View& view) {
 }
 
 void WidgetPictures::endPass() {
-    for (auto entry = kept_.begin(); entry != kept_.end();) {
-        const bool wasSeen = std::exchange(entry->second.wasSeen, false);
-        entry = wasSeen ? std::next(entry) : kept_.erase(entry);
-    }
+    eraseUnseen(kept_);
     const auto wanted = std::exchange(wanted_, {});
     if (isPainting_) {
         return;

@@ -1,8 +1,8 @@
 #include "platforms/qt/state/PaintCounts.hpp"
 
 #include <QCoreApplication>
-#include <iterator>
-#include <utility>
+
+#include "platforms/qt/objects/PassEntries.hpp"
 
 namespace mireth::qt {
 
@@ -20,10 +20,7 @@ void PaintCounts::endPass() {
     if (kept_.empty()) {
         return;
     }
-    for (auto entry = kept_.begin(); entry != kept_.end();) {
-        const bool wasSeen = std::exchange(entry->second.wasSeen, false);
-        entry = wasSeen ? std::next(entry) : kept_.erase(entry);
-    }
+    eraseUnseen(kept_);
     if (kept_.empty()) {
         QCoreApplication::instance()->removeEventFilter(this);
     }

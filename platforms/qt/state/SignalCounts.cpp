@@ -1,7 +1,6 @@
 #include "platforms/qt/state/SignalCounts.hpp"
 
-#include <iterator>
-#include <utility>
+#include "platforms/qt/objects/PassEntries.hpp"
 
 namespace mireth::qt {
 
@@ -15,10 +14,7 @@ std::uint64_t SignalCounts::of(const QObject& sender, std::span<const int> index
 }
 
 void SignalCounts::endPass() {
-    for (auto entry = kept_.begin(); entry != kept_.end();) {
-        const bool wasSeen = std::exchange(entry->second.wasSeen, false);
-        entry = wasSeen ? std::next(entry) : kept_.erase(entry);
-    }
+    eraseUnseen(kept_);
 }
 
 }  // namespace mireth::qt
