@@ -8,7 +8,7 @@ set_target_properties(MirethVexQt PROPERTIES
 target_include_directories(MirethVexQt INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platforms/qt/include>)
 target_link_libraries(MirethVexQt
   PUBLIC MirethVex
-  PRIVATE $<BUILD_INTERFACE:mireth_options> Qt6::Quick Qt6::Widgets)
+  PRIVATE $<BUILD_INTERFACE:mireth_options> Qt6::Quick Qt6::QuickWidgets Qt6::Widgets)
 if(BUILD_SHARED_LIBS)
   target_link_options(MirethVexQt PRIVATE "LINKER:--version-script=${_map}")
   set_property(TARGET MirethVexQt APPEND PROPERTY LINK_DEPENDS ${_map})

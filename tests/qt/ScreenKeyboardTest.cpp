@@ -1,8 +1,10 @@
 // What an on-screen keyboard of the app's tells: neither what is pressed on it nor how its keys look.
 #include <gtest/gtest.h>
 
+#include <QPushButton>
 #include <QQuickWidget>
 #include <QQuickWindow>
+#include <QStackedWidget>
 #include <QTest>
 #include <memory>
 
@@ -38,6 +40,8 @@ class TouchCount final : public platform::GestureRecognizer {
     int ended = 0;
 };
 
+constexpr const char* panel = "InputPanel { objectName: 'panel'; y: 50; width: 200; height: 50 }";
+
 class QtScreenKeyboard : public testing::Test {
   protected:
     QtScreenKeyboard() {
@@ -48,6 +52,15 @@ class QtScreenKeyboard : public testing::Test {
     }
     QUrl scene() const {
         return QUrl::fromLocalFile(QString::fromStdString((folder_ / "Scene.qml").native()));
+    }
+    /// Holds a keyboard as its lower half.
+    QQuickWidget* keyboardIn(QWidget* parent) const {
+        auto* const host = new QQuickWidget(parent);
+        host->setResizeMode(QQuickWidget::SizeRootObjectToView);
+        QQmlComponent component(host->engine());
+        component.setData(QByteArray("import QtQuick\nItem { ") + panel + " }", scene());
+        host->setContent({}, &component, component.create());
+        return host;
     }
     std::shared_ptr<platform::Window> watch(QWindow& window) {
         auto recorded = platform_.windowOf(window);
@@ -62,8 +75,6 @@ class QtScreenKeyboard : public testing::Test {
     const qt::QtPlatform platform_;
     const std::shared_ptr<TouchCount> touches_ = std::make_shared<TouchCount>();
 };
-
-constexpr const char* panel = "InputPanel { objectName: 'panel'; y: 50; width: 200; height: 50 }";
 
 TEST_F(QtScreenKeyboard, WhatIsPressedOnItIsNotTold) {
     QmlScene scene(panel, this->scene());
@@ -99,18 +110,61 @@ TEST_F(QtScreenKeyboard, IsABlockWithMaskingAndWithout) {
 TEST_F(QtScreenKeyboard, InAWidgetItIsLeftOut) {
     QWidget window;
     window.resize(200, 200);
-    QQuickWidget host(&window);
-    host.setGeometry(0, 100, 200, 100);
-    host.setResizeMode(QQuickWidget::SizeRootObjectToView);
-    QQmlComponent component(host.engine());
-    component.setData(QByteArray("import QtQuick\nItem { ") + panel + " }", scene());
-    host.setContent({}, &component, component.create());
+    keyboardIn(&window)->setGeometry(0, 100, 200, 100);
     window.show();
     runFor(0.02);
     const auto recorded = watch(*window.windowHandle());
     press(*window.windowHandle(), {100, 175});
     EXPECT_EQ(touches_->began, 0);
     press(*window.windowHandle(), {100, 120});
+    EXPECT_EQ(touches_->began, 1);
+}
+
+TEST_F(QtScreenKeyboard, OnAPageThatIsNotShownItSwallowsNothing) {
+    QStackedWidget window;
+    window.resize(200, 100);
+    window.addWidget(keyboardIn(&window));
+    window.addWidget(new QPushButton("Buy"));
+    window.show();
+    window.setCurrentIndex(1);
+    runFor(0.02);
+    const auto recorded = watch(*window.windowHandle());
+    press(*window.windowHandle(), {100, 75});
+    EXPECT_EQ(touches_->ended, 1);
+    window.setCurrentIndex(0);
+    press(*window.windowHandle(), {100, 75});
+    EXPECT_EQ(touches_->began, 1) << "it is shown now";
+}
+
+TEST_F(QtScreenKeyboard, BelowAnotherWidgetItSwallowsNothing) {
+    QWidget window;
+    window.resize(200, 100);
+    keyboardIn(&window)->setGeometry(0, 0, 200, 100);
+    QPushButton button("Buy", &window);
+    button.setGeometry(0, 60, 100, 30);
+    window.show();
+    runFor(0.02);
+    const auto recorded = watch(*window.windowHandle());
+    press(*window.windowHandle(), {50, 75});
+    EXPECT_EQ(touches_->ended, 1);
+    press(*window.windowHandle(), {150, 75});
+    EXPECT_EQ(touches_->began, 1) << "beside the button";
+}
+
+TEST_F(QtScreenKeyboard, InANativeWidgetItIsLeftOut) {
+    QWidget window;
+    window.resize(200, 200);
+    auto* const pane = new QWidget(&window);
+    pane->setGeometry(0, 100, 200, 100);
+    pane->setAttribute(Qt::WA_DontCreateNativeAncestors);
+    pane->setAttribute(Qt::WA_NativeWindow);
+    keyboardIn(pane)->setGeometry(0, 0, 200, 100);
+    window.show();
+    runFor(0.02);
+    const auto recorded = watch(*window.windowHandle());
+    press(*pane->windowHandle(), {100, 75});
+    EXPECT_EQ(touches_->began, 0);
+    press(*pane->windowHandle(), {100, 20});
     EXPECT_EQ(touches_->began, 1);
 }
 

@@ -23,6 +23,7 @@
 #include <QQuickWidget>
 #include <QSlider>
 #include <QSpinBox>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QStringListModel>
 #include <QTabBar>
@@ -237,6 +238,29 @@ TEST_F(QtWidgetTaps, ItemsInAWidgetMayReact) {
     EXPECT_FALSE(isDead([&] { area->setProperty("width", 90); }));
     EXPECT_FALSE(isDead([&] { area->setProperty("color", "blue"); }));
     EXPECT_TRUE(isDead([&] { click(widget, {200, 150}); }));
+}
+
+/// A page whose text is `text`.
+QQuickWidget* pageOfItems(QWidget* parent, const char* text) {
+    auto* const page = new QQuickWidget(parent);
+    QQmlComponent component(page->engine());
+    component.setData(QByteArray("import QtQuick\nText { width: 300; height: 200; text: '") + text + "' }",
+                      {});
+    page->setContent({}, &component, component.create());
+    return page;
+}
+
+TEST_F(QtWidgetTaps, ItemsOnEitherOfTwoPagesMayReact) {
+    auto& stack = shown<QStackedWidget>();
+    QQuickWidget* const pages[] = {pageOfItems(&stack, "a"), pageOfItems(&stack, "b")};
+    for (QQuickWidget* const page : pages) {
+        stack.addWidget(page);
+    }
+    for (QQuickWidget* const page : pages) {
+        stack.setCurrentWidget(page);
+        EXPECT_FALSE(isDead([&] { page->rootObject()->setProperty("text", "c"); }));
+        EXPECT_TRUE(isDead([&] { page->rootObject()->setProperty("text", "c"); }));
+    }
 }
 
 TEST_F(QtWidgetTaps, AStatusBarWithAnotherMessageHasReacted) {

@@ -1,20 +1,13 @@
-// The items that widgets of a window hold.
+// The items that a widget holds.
 #pragma once
 
-#include <QPoint>
 #include <QQuickWindow>
-#include <vector>
+#include <QWidget>
 
 namespace mireth::qt {
 
-struct HostedItems {
-    /// Of the items; it is never shown itself.
-    const QQuickWindow* window = nullptr;
-    /// Of its upper left corner in the window that is shown.
-    QPoint place;
-};
-
-/// Of each QQuickWidget in `window`. Main thread only.
-std::vector<HostedItems> itemsHostedIn(const QWindow& window);
+/// Those of a QQuickWidget, in a window that is never shown itself; null for any other widget. Main thread
+/// only.
+const QQuickWindow* itemsHostedBy(const QWidget& host);
 
 }  // namespace mireth::qt

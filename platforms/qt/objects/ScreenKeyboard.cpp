@@ -1,7 +1,9 @@
 #include "platforms/qt/objects/ScreenKeyboard.hpp"
 
+#include <QApplication>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QWidget>
 #include <algorithm>
 
 #include "platforms/qt/objects/ClassCatalog.hpp"
@@ -33,6 +35,14 @@ bool holdsKeyboardAt(const QQuickItem& item, const QPointF& place) {
                                [&](const QQuickItem* child) { return holdsKeyboardAt(*child, place); });
 }
 
+/// The widget that fills `window`, which may be a native one within another; null for a window without
+/// widgets.
+const QWidget* widgetOf(const QWindow& window) {
+    const auto widgets = QApplication::allWidgets();
+    const auto found = std::ranges::find(widgets, &window, &QWidget::windowHandle);
+    return found != widgets.end() ? *found : nullptr;
+}
+
 }  // namespace
 
 bool isKeyboard(const QMetaObject& type) {
@@ -52,10 +62,11 @@ bool isOnKeyboard(const QWindow& window, const QPointF& place) {
     if (const auto* const items = qobject_cast<const QQuickWindow*>(&window)) {
         return holdsKeyboardAt(*items->contentItem(), place);
     }
-    const auto hosted = itemsHostedIn(window);
-    return std::ranges::any_of(hosted, [&](const HostedItems& items) {
-        return holdsKeyboardAt(*items.window->contentItem(), place - items.place);
-    });
+    // Of all that lies there, hidden or not, one widget gets the press.
+    const QWidget* const widget = widgetOf(window);
+    const QWidget* const pressed = widget != nullptr ? widget->childAt(place.toPoint()) : nullptr;
+    const QQuickWindow* const items = pressed != nullptr ? itemsHostedBy(*pressed) : nullptr;
+    return items != nullptr && holdsKeyboardAt(*items->contentItem(), pressed->mapFrom(widget, place));
 }
 
 }  // namespace mireth::qt

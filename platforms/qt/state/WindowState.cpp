@@ -1,7 +1,6 @@
 #include "platforms/qt/state/WindowState.hpp"
 
 #include <QQuickWindow>
-#include <algorithm>
 #include <cstdint>
 
 #include "MirethVex/Platform/TextViews.hpp"
@@ -15,17 +14,6 @@ namespace {
 /// A text cursor that blinks lies in it, and nothing that its text does not tell.
 bool isTextEntry(Shown shown) {
     return shown == Shown::textField || shown == Shown::textView;
-}
-
-/// Of the items in a QQuickWidget; null for what cannot be looked into.
-const QQuickWindow* itemsIn(const QWidget& host) {
-    const QWindow* const window = host.window()->windowHandle();
-    if (window == nullptr) {
-        return nullptr;
-    }
-    const auto hosted = itemsHostedIn(*window);
-    const auto found = std::ranges::find(hosted, host.mapTo(host.window(), QPoint()), &HostedItems::place);
-    return found != hosted.end() ? found->window : nullptr;
 }
 
 }  // namespace
@@ -45,8 +33,7 @@ void WindowState::addPicture(const platform::Image& picture) {
 }
 
 void WindowState::addContentOf(const QWidget& widget) {
-    const Shown shown = catalog_.ofWidget(*widget.metaObject()).shown;
-    if (isTextEntry(shown) || depth_ >= maximumPassDepth) {
+    if (isTextEntry(catalog_.ofWidget(*widget.metaObject()).shown) || depth_ >= maximumPassDepth) {
         return;
     }
     ++depth_;
@@ -55,10 +42,8 @@ void WindowState::addContentOf(const QWidget& widget) {
             addHidden(*static_cast<const QWidget*>(child));
         }
     }
-    if (shown == Shown::hosted) {
-        if (const QQuickWindow* const items = itemsIn(widget)) {
-            addContentOf(*items->contentItem());
-        }
+    if (const QQuickWindow* const items = itemsHostedBy(widget)) {
+        addContentOf(*items->contentItem());
     }
     --depth_;
 }
