@@ -24,7 +24,7 @@ struct QtPlatform::Parts {
         : linuxAnswers(std::move(options)), windows(makeWindows()), services(makeServices()) {}
 
     std::shared_ptr<RecordedWindows> makeWindows() const {
-        RecordedWindow::Environment environment;
+        WindowEnvironment environment;
         environment.clock = linuxAnswers.services().clock;
         environment.mainQueue = mainQueue;
         environment.appearance = appearance;

@@ -8,14 +8,15 @@
 #include <vector>
 
 #include "platforms/qt/mirror/RecordedWindow.hpp"
+#include "platforms/qt/mirror/WindowEnvironment.hpp"
+#include "platforms/qt/objects/LiveWindow.hpp"
 
 namespace mireth::qt {
 
 /// Main thread only. A window that is still in use somewhere is given out again, not made anew.
 class RecordedWindows {
   public:
-    explicit RecordedWindows(RecordedWindow::Environment environment)
-        : environment_(std::move(environment)) {}
+    explicit RecordedWindows(WindowEnvironment environment) : environment_(std::move(environment)) {}
 
     /// For the window of a QQuickWidget's items: the one that the widget is in.
     std::shared_ptr<RecordedWindow> of(QWindow& window);
@@ -25,7 +26,7 @@ class RecordedWindows {
   private:
     std::shared_ptr<RecordedWindow> find(const LiveWindow& live);
 
-    const RecordedWindow::Environment environment_;
+    const WindowEnvironment environment_;
     std::vector<std::weak_ptr<RecordedWindow>> known_;
 };
 
