@@ -11,6 +11,7 @@
 #include "platforms/qt/qml/QmlModule.hpp"
 #include "platforms/qt/system/Installation.hpp"
 #include "platforms/qt/system/QtApplication.hpp"
+#include "platforms/qt/system/QtInformation.hpp"
 #include "platforms/qt/system/QtMainQueue.hpp"
 
 namespace mireth::qt {
@@ -35,6 +36,7 @@ struct QtPlatform::Parts {
         PlatformServices all = linuxAnswers.services();
         all.mainQueue = mainQueue;
         all.application = std::make_shared<QtApplication>(windows, appearance);
+        all.information = std::make_shared<QtInformation>(std::move(all.information));
         return all;
     }
 

@@ -22,7 +22,7 @@ ScratchThread::ScratchThread() {
     try {
         thread_ = startHelperThread("mireth-scratch", [this] { runSteps(); });
     } catch (const std::system_error&) {
-        // `run` does without.
+        heapEnd_.shrink_to_fit();  // `run` does without a thread, and so without this room
     }
 }
 
