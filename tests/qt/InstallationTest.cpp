@@ -11,7 +11,7 @@ TEST(EndToEndQtInstallation, WithoutThreadsEveryCallAnswersAndTheAppRunsOn) {
     EXPECT_EQ(ended.out,
               "install: false\n"
               "initializeProject: cannotGetKeyWindow\n"
-              "active: false\n"
+              "hasActiveSession: false\n"
               "started: cannotGetKeyWindow\n"
               "pause: notInitialized\n"
               "resume: notInitialized\n"

@@ -48,16 +48,14 @@ void MirethControl::start(const QString& brandId, const QString& projectId, QObj
         Q_EMIT started(textOf(caseName(initialized)), {}, {});
         return;
     }
-    auto result = library->startRecording(configurationFor(typesToMask_));
-    result.then([self = QPointer(this)](const SessionStartResult& start) {
-        if (self != nullptr) {
-            const QString sessionId =
-                start.info ? textOf(std::string_view(start.info->sessionId)) : QString();
-            Q_EMIT self->started(textOf(caseName(start.kind)), sessionId, textOf(start.reason));
-            Q_EMIT self->activeChanged();
-        }
-    });
-    Q_EMIT activeChanged();
+    library->startRecording(configurationFor(typesToMask_))
+        .then([self = QPointer(this)](const SessionStartResult& start) {
+            if (self != nullptr) {
+                const QString sessionId =
+                    start.info ? textOf(std::string_view(start.info->sessionId)) : QString();
+                Q_EMIT self->started(textOf(caseName(start.kind)), sessionId, textOf(start.reason));
+            }
+        });
 }
 
 void MirethControl::stop() {
@@ -69,7 +67,6 @@ void MirethControl::stop() {
     library->stopRecording().then([self = QPointer(this)](const SessionCloseResult& stop) {
         if (self != nullptr) {
             Q_EMIT self->stopped(textOf(caseName(stop.kind)), textOf(stop.reason));
-            Q_EMIT self->activeChanged();
         }
     });
 }
@@ -92,7 +89,7 @@ void MirethControl::logError(const QString& message) {
     }
 }
 
-bool MirethControl::isActive() const {
+bool MirethControl::hasActiveSession() const {
     const MirethSR* const library = Installation::shared().library();
     return library != nullptr && library->hasActiveSession();
 }

@@ -12,8 +12,6 @@ class MirethControl final : public QObject {
     Q_OBJECT
     /// Types and classes to be masked in the next session, with their subclasses: `["CardNumber"]`.
     Q_PROPERTY(QStringList typesToMask MEMBER typesToMask_ NOTIFY typesToMaskChanged)
-    /// True while a session is starting, running or paused.
-    Q_PROPERTY(bool active READ isActive NOTIFY activeChanged)
 
   public:
     using QObject::QObject;
@@ -26,14 +24,14 @@ class MirethControl final : public QObject {
     Q_INVOKABLE QString pause();
     Q_INVOKABLE QString resume();
     Q_INVOKABLE void logError(const QString& message);
-
-    bool isActive() const;
+    /// True while a session is starting, running, paused or being stopped. No property: sessions also end by
+    /// themselves, of which nothing tells.
+    Q_INVOKABLE bool hasActiveSession() const;
 
   Q_SIGNALS:
     void started(const QString& result, const QString& sessionId, const QString& reason);
     void stopped(const QString& result, const QString& reason);
     void typesToMaskChanged();
-    void activeChanged();
 
   private:
     QStringList typesToMask_;

@@ -17,6 +17,6 @@ Window {
     Timer {
         interval: 1700
         running: true
-        onTriggered: Qt.exit(MirethSR.active ? 5 : 6)
+        onTriggered: Qt.exit(MirethSR.hasActiveSession() ? 5 : 6)
     }
 }

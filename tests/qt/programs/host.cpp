@@ -34,7 +34,7 @@ int main(int argc, char** argv) {
                      [](const QString& result) { say("started", result); });
     QObject::connect(&control, &MirethControl::stopped,
                      [](const QString& result) { say("stopped", result); });
-    say("active", control.isActive());
+    say("hasActiveSession", control.hasActiveSession());
     control.start("b1", "p1");
     control.logError("broken");
     say("pause", control.pause());
