@@ -1,7 +1,9 @@
 // Which taps in a window of items the library takes for dead ones.
 #include <gtest/gtest.h>
 
+#include <QFont>
 #include <QTest>
+#include <array>
 #include <memory>
 #include <string>
 
@@ -38,11 +40,65 @@ TEST_F(QtItemTaps, AnItemThatIsDisabledHasReacted) {
     EXPECT_FALSE(staysTheSame(scene, "enabled", false));
 }
 
+/// A font that differs from the application's in one thing.
+template <class Change>
+QFont fontWith(Change change) {
+    QFont font;
+    change(font);
+    return font;
+}
+
 TEST_F(QtItemTaps, ATextInAnotherFontHasReacted) {
-    QmlScene scene("Text { objectName: 'object'; text: 'Buy' }");
-    QFont bold;
-    bold.setBold(true);
-    EXPECT_FALSE(staysTheSame(scene, "font", bold));
+    QmlScene scene("Text { objectName: 'object'; text: 'Buy'; anchors.fill: parent }");
+    const std::array changed{fontWith([](QFont& font) { font.setBold(true); }),
+                             fontWith([](QFont& font) { font.setPointSize(30); }),
+                             fontWith([](QFont& font) { font.setPixelSize(30); }),
+                             fontWith([](QFont& font) { font.setUnderline(true); }),
+                             fontWith([](QFont& font) { font.setOverline(true); }),
+                             fontWith([](QFont& font) { font.setStrikeOut(true); }),
+                             fontWith([](QFont& font) { font.setKerning(false); }),
+                             fontWith([](QFont& font) { font.setCapitalization(QFont::AllUppercase); }),
+                             fontWith([](QFont& font) { font.setWordSpacing(3); }),
+                             fontWith([](QFont& font) { font.setLetterSpacing(QFont::AbsoluteSpacing, 3); })};
+    for (const QFont& font : changed) {
+        scene.object("object").setProperty("font", QFont());
+        EXPECT_FALSE(staysTheSame(scene, "font", font)) << font.toString().toStdString();
+    }
+    EXPECT_TRUE(staysTheSame(scene, "font", changed.back()));
+}
+
+TEST_F(QtItemTaps, AnEntryInAnotherFontHasReacted) {
+    const QFont bold = fontWith([](QFont& font) { font.setBold(true); });
+    for (const char* const type : {"TextInput", "TextEdit", "TextField", "TextArea"}) {
+        QmlScene scene(type + std::string(" { objectName: 'object'; text: 'Buy' }"));
+        EXPECT_FALSE(staysTheSame(scene, "font", bold)) << type;
+        EXPECT_TRUE(staysTheSame(scene, "font", bold)) << type;
+    }
+}
+
+TEST_F(QtItemTaps, ATextInAnotherColourHasReacted) {
+    for (const char* const type : {"Text", "Label", "TextInput", "TextEdit", "TextField", "TextArea"}) {
+        QmlScene scene(type + std::string(" { objectName: 'object'; text: 'Buy' }"));
+        EXPECT_FALSE(staysTheSame(scene, "color", QColor(Qt::red))) << type;
+        EXPECT_FALSE(staysTheSame(scene, "color", QColor(255, 0, 0, 99))) << type;
+        EXPECT_TRUE(staysTheSame(scene, "color", QColor(255, 0, 0, 99))) << type;
+    }
+}
+
+TEST_F(QtItemTaps, AnIconInAnotherColourHasReacted) {
+    QmlScene scene(
+        "Button { property color shade: 'grey'; objectName: 'object'; icon.color: shade;"
+        " icon.source: 'data:image/svg+xml,' }");
+    EXPECT_FALSE(staysTheSame(scene, "shade", QColor(Qt::yellow)));
+    EXPECT_TRUE(staysTheSame(scene, "shade", QColor(Qt::yellow)));
+}
+
+TEST_F(QtItemTaps, ATextEntryWithAnotherPlaceholderHasReacted) {
+    for (const char* const type : {"TextField", "TextArea"}) {
+        QmlScene scene(type + std::string(" { objectName: 'object'; placeholderText: 'a' }"));
+        EXPECT_FALSE(staysTheSame(scene, "placeholderText", "b")) << type;
+        EXPECT_TRUE(staysTheSame(scene, "placeholderText", "b")) << type;
+    }
 }
 
 TEST_F(QtItemTaps, ACanvasThatPaintsAnewHasReacted) {

@@ -16,6 +16,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QQmlComponent>
@@ -29,6 +30,7 @@
 #include <QTabBar>
 #include <QTableWidget>
 #include <QTest>
+#include <QTextEdit>
 #include <QTreeWidget>
 #include <memory>
 
@@ -224,6 +226,14 @@ TEST_F(QtWidgetTaps, WhatAnMdiWindowHoldsMayReact) {
     EXPECT_FALSE(isDead([&] { label->setText("b"); }));
 }
 
+TEST_F(QtWidgetTaps, AnMdiWindowWithAnotherTitleHasReacted) {
+    auto& area = shown<QMdiArea>();
+    auto* const window = area.addSubWindow(new QLabel("a"));
+    window->show();
+    EXPECT_FALSE(isDead([&] { window->setWindowTitle("b"); }));
+    EXPECT_TRUE(isDead([&] { window->setWindowTitle("b"); }));
+}
+
 TEST_F(QtWidgetTaps, ItemsInAWidgetMayReact) {
     auto& widget = shown<QQuickWidget>();
     QQmlComponent component(widget.engine());
@@ -299,6 +309,26 @@ TEST_F(QtWidgetTaps, ALabelWithAnotherPictureFontOrColourHasReacted) {
     bold.setBold(true);
     EXPECT_FALSE(isDead([&] { label.setFont(bold); }));
     EXPECT_FALSE(isDead([&] { label.setStyleSheet("color: red"); }));
+}
+
+TEST_F(QtWidgetTaps, ALabelThatIsStruckOutHasReacted) {
+    auto& label = shown<QLabel>();
+    QFont struckOut = label.font();
+    struckOut.setStrikeOut(true);
+    EXPECT_FALSE(isDead([&] { label.setFont(struckOut); }));
+    EXPECT_TRUE(isDead([&] { label.setFont(struckOut); }));
+}
+
+template <class Entry>
+class QtTextEntryTaps : public QtWidgetTaps {};
+
+using TextEntries = testing::Types<QLineEdit, QTextEdit, QPlainTextEdit>;
+TYPED_TEST_SUITE(QtTextEntryTaps, TextEntries);
+
+TYPED_TEST(QtTextEntryTaps, AnEntryWithAnotherPlaceholderHasReacted) {
+    auto& entry = this->template shown<TypeParam>();
+    EXPECT_FALSE(this->isDead([&] { entry.setPlaceholderText("a"); }));
+    EXPECT_TRUE(this->isDead([&] { entry.setPlaceholderText("a"); }));
 }
 
 TEST_F(QtWidgetTaps, ABlinkingTextCursorIsNoReaction) {

@@ -13,30 +13,41 @@ namespace mireth::qt {
 
 namespace {
 
-constexpr std::array stateNames{"text",         "title",  "value",       "checkState", "checked",
-                                "currentIndex", "source", "windowTitle", "pixmap",     "icon",
-                                "selectedDate", "font",   "keySequence"};
+constexpr std::array stateNames{"text",         "title",  "value",       "checkState",      "checked",
+                                "currentIndex", "source", "windowTitle", "pixmap",          "icon",
+                                "selectedDate", "font",   "keySequence", "placeholderText", "color"};
 
 /// The classes of Qt's that declare them. Their getters run nothing of the app's.
-constexpr std::array<std::string_view, 38> statefulClasses{
-    "QAbstractButton",      "QAbstractSlider", "QAbstractSpinBox",    "QCalendarWidget", "QComboBox",
-    "QDateTimeEdit",        "QDockWidget",     "QDoubleSpinBox",      "QGroupBox",       "QKeySequenceEdit",
-    "QLCDNumber",           "QLabel",          "QLineEdit",           "QMdiSubWindow",   "QMenu",
-    "QProgressBar",         "QSpinBox",        "QStackedWidget",      "QTabBar",         "QTabWidget",
-    "QQuickAbstractButton", "QQuickCheckBox",  "QQuickCheckDelegate", "QQuickComboBox",  "QQuickContainer",
-    "QQuickDial",           "QQuickGroupBox",  "QQuickImageBase",     "QQuickItemView",  "QQuickPage",
-    "QQuickPathView",       "QQuickLoader",    "QQuickProgressBar",   "QQuickSlider",    "QQuickSpinBox",
-    "QQuickText",           "QQuickTextInput", "QQuickTumbler"};
+constexpr auto statefulWidgets =
+    std::to_array<std::string_view>({"QAbstractButton", "QAbstractSlider", "QAbstractSpinBox",
+                                     "QCalendarWidget", "QComboBox",       "QDockWidget",
+                                     "QDoubleSpinBox",  "QGroupBox",       "QKeySequenceEdit",
+                                     "QLCDNumber",      "QLabel",          "QLineEdit",
+                                     "QMenu",           "QPlainTextEdit",  "QProgressBar",
+                                     "QSpinBox",        "QStackedWidget",  "QTabBar",
+                                     "QTabWidget",      "QTextEdit"});
+constexpr auto statefulItems = std::to_array<std::string_view>(
+    {"QQuickAbstractButton", "QQuickCheckBox",  "QQuickCheckDelegate", "QQuickColorImage",
+     "QQuickComboBox",       "QQuickContainer", "QQuickDial",          "QQuickGroupBox",
+     "QQuickIconImage",      "QQuickImageBase", "QQuickItemView",      "QQuickLoader",
+     "QQuickPage",           "QQuickPathView",  "QQuickProgressBar",   "QQuickSlider",
+     "QQuickSpinBox",        "QQuickText",      "QQuickTextArea",      "QQuickTextEdit",
+     "QQuickTextField",      "QQuickTextInput", "QQuickTumbler"});
+
+bool isStateful(std::string_view type) {
+    return std::ranges::find(statefulWidgets, type) != statefulWidgets.end() ||
+           std::ranges::find(statefulItems, type) != statefulItems.end();
+}
 
 bool isPlain(const QMetaProperty& property) {
-    constexpr std::array plainTypes{QMetaType::Bool, QMetaType::Int, QMetaType::Double, QMetaType::QString,
-                                    QMetaType::QUrl};
+    constexpr std::array plainTypes{QMetaType::Bool,    QMetaType::Int,  QMetaType::Double,
+                                    QMetaType::QString, QMetaType::QUrl, QMetaType::QColor};
     return std::ranges::find(plainTypes, property.typeId()) != plainTypes.end();
 }
 
-/// The getter is virtual, and may be the app's.
-bool isVirtual(std::string_view declaring, std::string_view property) {
-    return declaring == "QProgressBar" && property == "text";
+/// That of a progress bar has a virtual getter, which may be the app's; a document's may be long.
+bool isLeftOut(std::string_view declaring, std::string_view property) {
+    return property == "text" && (declaring == "QProgressBar" || declaring == "QQuickTextEdit");
 }
 
 /// To read a property of the app's own classes would run the app's code, and so does an alias for one.
@@ -45,8 +56,7 @@ bool runsNoCodeOfTheApps(const QMetaObject& declaring, const QMetaProperty& prop
         return !property.isAlias() && isPlain(property);
     }
     const std::string_view name = declaring.className();
-    return std::ranges::find(statefulClasses, name) != statefulClasses.end() &&
-           !isVirtual(name, property.name());
+    return isStateful(name) && !isLeftOut(name, property.name());
 }
 
 /// That of the nearest class which may be asked; -1 when there is none.

@@ -12,11 +12,12 @@ namespace mireth::qt {
 void ItemState::addTo(StateDigest& digest, const QQuickItem& item, const MirroredClass& rule) {
     const ClassState& state = *rule.state;
     digest.addNumber(item.isEnabled() ? 1 : 0);
-    if (!state.isTextEditOfItems) {
-        digest.addProperties(item, state.properties);
-    } else if (const auto* const text =
-                   qtProperty(item, "QQuickTextEdit", "textDocument").value<QQuickTextDocument*>()) {
-        digest.addNumber(text->textDocument()->revision());
+    digest.addProperties(item, state.properties);
+    if (state.isTextEditOfItems) {
+        if (const auto* const text =
+                qtProperty(item, "QQuickTextEdit", "textDocument").value<QQuickTextDocument*>()) {
+            digest.addNumber(text->textDocument()->revision());
+        }
     }
     if (!state.changeSignals.empty()) {
         digest.add(signals_.of(item, state.changeSignals));

@@ -1,5 +1,6 @@
 #include "platforms/qt/state/StateDigest.hpp"
 
+#include <QColor>
 #include <QFont>
 #include <QHashFunctions>
 #include <QIcon>
@@ -22,6 +23,18 @@ void StateDigest::addText(const QString& text) {
     add(qHash(text, QHashSeed::globalSeed()));
 }
 
+void StateDigest::addFont(const QFont& font) {
+    add(qHash(font));
+    // Qt's hash leaves them out.
+    for (const bool isSet : {font.underline(), font.overline(), font.strikeOut(), font.kerning()}) {
+        addNumber(isSet ? 1 : 0);
+    }
+    addNumber(font.capitalization());
+    for (const double size : {font.pointSizeF(), font.wordSpacing(), font.letterSpacing()}) {
+        addReal(size);
+    }
+}
+
 void StateDigest::addValue(const QVariant& value) {
     switch (value.typeId()) {
         case QMetaType::Bool:
@@ -32,7 +45,10 @@ void StateDigest::addValue(const QVariant& value) {
             addReal(value.toDouble());
             break;
         case QMetaType::QFont:
-            add(qHash(value.value<QFont>()));
+            addFont(value.value<QFont>());
+            break;
+        case QMetaType::QColor:
+            addNumber(value.value<QColor>().rgba());
             break;
         case QMetaType::QIcon:
             addNumber(value.value<QIcon>().cacheKey());

@@ -1,6 +1,7 @@
 // One number for the state of many things: texts, values, places.
 #pragma once
 
+#include <QFont>
 #include <QObject>
 #include <QVariant>
 #include <cstdint>
@@ -17,6 +18,7 @@ class StateDigest {
     void addNumber(std::int64_t number) noexcept { add(static_cast<std::uint64_t>(number)); }
     void addReal(double number) noexcept;
     void addText(const QString& text);
+    void addFont(const QFont& font);
     /// Of pictures it is whether they are the same object.
     void addValue(const QVariant& value);
     /// The values of the properties at these indexes of the object's class.

@@ -3,10 +3,10 @@
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QAbstractScrollArea>
-#include <QFont>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMetaMethod>
 #include <QPlainTextEdit>
 #include <QScrollArea>
@@ -113,14 +113,13 @@ const QWidget* paintedOnly(const QWidget& widget, const MirroredClass& rule) {
 }  // namespace
 
 void WidgetState::addTo(StateDigest& digest, const QWidget& widget, const MirroredClass& rule) {
+    digest.addProperties(widget, rule.state->properties);
     if (const QTextDocument* const document = documentOf(widget)) {
         digest.addNumber(document->revision());
-    } else {
-        digest.addProperties(widget, rule.state->properties);
     }
     digest.addNumber(widget.isEnabled() ? 1 : 0);
     digest.addNumber(widget.palette().cacheKey());
-    digest.add(qHash(widget.font()));
+    digest.addFont(widget.font());
     if (const auto* const area = qobject_cast<const QAbstractScrollArea*>(&widget)) {
         addScrolling(digest, *area);
     }
@@ -130,6 +129,8 @@ void WidgetState::addTo(StateDigest& digest, const QWidget& widget, const Mirror
         addTabs(digest, *tabs);
     } else if (const auto* const bar = qobject_cast<const QStatusBar*>(&widget)) {
         digest.addText(bar->currentMessage());
+    } else if (qobject_cast<const QMdiSubWindow*>(&widget) != nullptr) {
+        digest.addText(widget.windowTitle());
     }
     if (const QWidget* const painted = paintedOnly(widget, rule)) {
         digest.add(paints_.of(*painted));
