@@ -46,9 +46,11 @@ class QtScreenKeyboard : public testing::Test {
   protected:
     QtScreenKeyboard() {
         // The keys are red, and suggestions stand above the panel.
-        test::writeFile(folder_ / "InputPanel.qml",
-                        "import QtQuick\nItem { Rectangle { anchors.fill: parent; color: 'red' }"
-                        " Rectangle { y: -20; width: 50; height: 20; color: 'red' } }");
+        for (const char* const name : {"InputPanel.qml", "HandwritingInputPanel.qml"}) {
+            test::writeFile(folder_ / name,
+                            "import QtQuick\nItem { Rectangle { anchors.fill: parent; color: 'red' }"
+                            " Rectangle { y: -20; width: 50; height: 20; color: 'red' } }");
+        }
     }
     QUrl scene() const {
         return QUrl::fromLocalFile(QString::fromStdString((folder_ / "Scene.qml").native()));
@@ -88,6 +90,18 @@ TEST_F(QtScreenKeyboard, WhatIsPressedOnItIsNotTold) {
     scene.object("panel").setProperty("visible", false);
     press(scene.window(), {100, 75});
     EXPECT_EQ(touches_->ended, 2) << "it is gone";
+}
+
+TEST_F(QtScreenKeyboard, HandwritingIsNotToldNorShown) {
+    QmlScene scene("HandwritingInputPanel { objectName: 'panel'; anchors.fill: parent }", this->scene());
+    const auto recorded = watch(scene.window());
+    press(scene.window(), {100, 75});
+    EXPECT_EQ(touches_->began, 0);
+    EXPECT_EQ(findCanary(recordedPicture(*recorded)), std::nullopt);
+    EXPECT_EQ(findCanary(unmaskedPicture(*recorded)), std::nullopt);
+    scene.object("panel").setProperty("enabled", false);
+    press(scene.window(), {100, 75});
+    EXPECT_EQ(touches_->ended, 1) << "it lets presses through";
 }
 
 TEST_F(QtScreenKeyboard, AFingerOnItIsNotTold) {

@@ -13,8 +13,13 @@ namespace mireth::qt {
 
 namespace {
 
+/// The panel for handwriting fills the window, and lets presses through while it is disabled.
+bool canBePressed(const QQuickItem& item) {
+    return item.isVisible() && item.isEnabled();
+}
+
 bool covers(const QQuickItem& item, const QPointF& place) {
-    if (!item.isVisible()) {
+    if (!canBePressed(item)) {
         return false;
     }
     // Suggestions and keys held down stand beside the panel that they lie in.
@@ -24,7 +29,7 @@ bool covers(const QQuickItem& item, const QPointF& place) {
 }
 
 bool holdsKeyboardAt(const QQuickItem& item, const QPointF& place) {
-    if (!item.isVisible()) {
+    if (!canBePressed(item)) {
         return false;
     }
     if (isKeyboard(*item.metaObject())) {
@@ -48,7 +53,8 @@ const QWidget* widgetOf(const QWindow& window) {
 bool isKeyboard(const QMetaObject& type) {
     for (const QMetaObject* candidate = &type; candidate != nullptr; candidate = candidate->superClass()) {
         const std::string name = className(*candidate);
-        if (name == "InputPanel" || name.starts_with("QtVirtualKeyboard::")) {
+        if (name == "InputPanel" || name == "HandwritingInputPanel" ||
+            name.starts_with("QtVirtualKeyboard::")) {
             return true;
         }
     }
