@@ -122,6 +122,19 @@ TEST(QtKeyWindow, IsAFocusedDialogWhoseWindowIsNotThere) {
     EXPECT_EQ(platform.services().application->keyWindow(), platform.windowOf(dialog));
 }
 
+TEST(QtKeyWindow, IsOneOfDialogsThatBelongToEachOtherInACircle) {
+    const qt::QtPlatform platform;
+    QDialog first;
+    QDialog second;
+    first.show();
+    second.show();
+    first.windowHandle()->setTransientParent(second.windowHandle());
+    second.windowHandle()->setTransientParent(first.windowHandle());
+    second.activateWindow();
+    ASSERT_TRUE(runUntil([&] { return QGuiApplication::focusWindow() == second.windowHandle(); }));
+    EXPECT_EQ(platform.services().application->keyWindow(), platform.windowOf(first));
+}
+
 TEST(QtKeyWindow, IsNeitherAToolTipNorASplashWhereThereIsAnother) {
     const qt::QtPlatform platform;
     QWidget toolTip(nullptr, Qt::ToolTip);

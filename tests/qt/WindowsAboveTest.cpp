@@ -94,6 +94,23 @@ TEST_F(QtWindowsAbove, ADialogStaysInFrontOfTheOneItBelongsTo) {
     EXPECT_EQ(greyAtTheCorner(), 100);
 }
 
+TEST_F(QtWindowsAbove, ThoseThatBelongToEachOtherInACircleEndTheLook) {
+    const auto first = dialog(window_, 10);
+    const auto second = dialog(window_, 100);
+    show(*first);
+    show(*second);
+    first->windowHandle()->setTransientParent(second->windowHandle());
+    second->windowHandle()->setTransientParent(first->windowHandle());
+    EXPECT_EQ(greyAtTheCorner(), 240);
+}
+
+TEST_F(QtWindowsAbove, AWindowInACircleHasTheOtherAboveIt) {
+    const auto other = dialog(window_, 10);
+    show(*other);
+    window_.windowHandle()->setTransientParent(other->windowHandle());
+    EXPECT_EQ(greyAtTheCorner(), 10);
+}
+
 TEST_F(QtWindowsAbove, APopUpIsInFrontOfDialogs) {
     const auto first = dialog(window_, 10);
     QMenu menu(&window_);

@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <QGuiApplication>
+#include <algorithm>
 
 #include "platforms/qt/objects/WindowKinds.hpp"
+#include "platforms/qt/objects/WindowsBelow.hpp"
 
 namespace mireth::qt {
 
@@ -31,13 +33,8 @@ bool standsAbove(const QWindow& window, const QWindow& below) {
     if (window.transientParent() == nullptr) {
         return isPassing(window.type());
     }
-    for (const QWindow* parent = window.transientParent(); parent != nullptr;
-         parent = parent->transientParent()) {
-        if (parent == &below) {
-            return true;
-        }
-    }
-    return false;
+    const auto owners = windowsBelow(window);
+    return std::ranges::find(owners, &below) != owners.end();
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <compare>
 
+#include "platforms/qt/objects/WindowsBelow.hpp"
+
 namespace mireth::qt {
 
 namespace {
@@ -57,8 +59,12 @@ WindowOrder::Place WindowOrder::placeOf(const QWindow& window, const QWindow* be
     Place place;
     place.storey = storeyOf(window);
     place.ownTurn = turnOf(window);
-    for (const QWindow* next = &window; next != nullptr && next != below; next = next->transientParent()) {
-        place.turn = std::max(place.turn, turnOf(*next));
+    place.turn = place.ownTurn;
+    for (const QWindow* const owner : windowsBelow(window)) {
+        if (owner == below) {
+            break;
+        }
+        place.turn = std::max(place.turn, turnOf(*owner));
         ++place.depth;
     }
     return place;

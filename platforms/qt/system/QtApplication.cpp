@@ -8,6 +8,7 @@
 
 #include "Base/GuardedRun.hpp"
 #include "platforms/qt/objects/WindowKinds.hpp"
+#include "platforms/qt/objects/WindowsBelow.hpp"
 
 namespace mireth::qt {
 
@@ -15,11 +16,15 @@ namespace {
 
 /// The one that holds `window`, or that a dialog, a menu or the like is open over.
 QWindow& mainWindowOf(QWindow& window) {
-    if (QWindow* const holder = window.parent()) {
-        return mainWindowOf(*holder);
+    QWindow* main = &window;
+    for (QWindow* const below : windowsBelow(window)) {
+        const bool isHeld = main->parent() == below;
+        if (!isHeld && (!isPassing(main->type()) || !below->isVisible())) {
+            break;
+        }
+        main = below;
     }
-    QWindow* const below = isPassing(window.type()) ? window.transientParent() : nullptr;
-    return below != nullptr && below->isVisible() ? mainWindowOf(*below) : window;
+    return *main;
 }
 
 }  // namespace
