@@ -71,9 +71,13 @@ Size LiveWindow::size() const {
 }
 
 double LiveWindow::scale() const {
-    const QWindow* const live = window();
-    const double scale = live != nullptr ? live->devicePixelRatio() : 1.0;
-    return scale > 0 ? scale : 1.0;
+    double scale = 1;
+    if (const QWindow* const live = window()) {
+        scale = live->devicePixelRatio();
+    } else if (widget_ != nullptr) {
+        scale = widget_->devicePixelRatioF();
+    }
+    return scale > 0 ? scale : 1;
 }
 
 Point LiveWindow::origin() const {

@@ -29,7 +29,8 @@ class LiveWindow {
     bool isVisible() const;
     /// In device-independent pixels, which are the library's points.
     Size size() const;
-    /// Pixels per point; 1 while it is not known.
+    /// Pixels per point: before the window is made, of the screen that it would be shown on; 1 when it is
+    /// gone.
     double scale() const;
     /// Of the window's upper left corner on the desktop.
     Point origin() const;
