@@ -84,10 +84,10 @@ void ItemMirror::addLook(QQuickItem& item, Shown shown, View& view) {
 }
 
 MirroredClass ItemMirror::classOf(const QQuickItem& item, bool isInThePlane) {
-    MirroredClass mirrored = catalog_.ofItem(*item.metaObject());
+    MirroredClass mirrored = catalog_.ofItem(item);
     const QObject* const owner = ownerOf(item);
     if (owner != nullptr) {
-        mirrored.viewClass = &withNamesOf(*owner->metaObject(), *mirrored.viewClass);
+        mirrored.viewClass = &withNamesOf(*owner, *mirrored.viewClass);
     }
     if (mirrored.shown == Shown::label && !item.flags().testFlag(QQuickItem::ItemHasContents)) {
         // It draws nothing itself.

@@ -147,7 +147,7 @@ std::shared_ptr<View> WidgetMirror::copy(QWidget& widget) {
 }
 
 MirroredClass WidgetMirror::classOf(const QWidget& widget, bool hasChildren) {
-    MirroredClass mirrored = catalog_.ofWidget(*widget.metaObject());
+    MirroredClass mirrored = catalog_.ofWidget(widget);
     if (pictures_ != nullptr) {
         mirrored = unmasked(mirrored, widget);
     }

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cctype>
 #include <cstring>
+#include <functional>
 
 #include "platforms/qt/objects/ClassRules.hpp"
 #include "platforms/qt/objects/ClassState.hpp"
+#include "platforms/qt/objects/CppClass.hpp"
 #include "platforms/qt/objects/ScreenKeyboard.hpp"
 
 namespace mireth::qt {
@@ -29,14 +31,63 @@ std::size_t endingOf(std::string_view name, std::string_view mark) {
     return isNumber ? begin : std::string_view::npos;
 }
 
+/// Without namespaces and the arguments of a template, which have namespaces of their own.
+std::string_view withoutScopes(std::string_view name) {
+    const std::string_view whole = name.substr(0, name.find('<'));
+    const auto lastScope = whole.rfind("::");
+    return lastScope == std::string_view::npos ? whole : whole.substr(lastScope + 2);
+}
+
+/// A subclass of `superclass` that goes by its whole name, and by the one without scopes.
+const ViewClass& subclassNamed(std::string_view name, const ViewClass& superclass) {
+    const std::string_view shortName = withoutScopes(name);
+    const ViewClass& named = ViewClass::registerSubclass(shortName, superclass);
+    return shortName == name ? named : ViewClass::registerSubclass(name, named);
+}
+
+/// What a class of C++ says that it is called in QML; empty when it says nothing else than its name.
+std::string_view qmlNameOf(const QMetaObject& type) {
+    const int element = type.indexOfClassInfo("QML.Element");
+    if (element < type.classInfoOffset()) {
+        return {};
+    }
+    const std::string_view name = type.classInfo(element).value();
+    return name == "auto" || name == "anonymous" ? std::string_view() : name;
+}
+
 /// Registers the superclasses first.
 const ViewClass& registeredBelow(const ViewClass& root, const QMetaObject* type) {
     if (type == nullptr || std::strcmp(type->className(), "QObject") == 0) {
         return root;
     }
-    const ViewClass& superclass = registeredBelow(root, type->superClass());
+    const ViewClass* named = &registeredBelow(root, type->superClass());
+    if (const auto qmlName = qmlNameOf(*type); !qmlName.empty()) {
+        named = &subclassNamed(qmlName, *named);
+    }
     const std::string name = className(*type);
-    return name.empty() ? superclass : ViewClass::registerSubclass(name, superclass);
+    return name.empty() ? *named : subclassNamed(name, *named);
+}
+
+/// Not by what the object says it inherits, which it also says of interfaces.
+bool isKnownToQt(const QObject& object, const std::string& name) {
+    const QMetaObject* type = object.metaObject();
+    while (type != nullptr && name != type->className()) {
+        type = type->superClass();
+    }
+    return type != nullptr;
+}
+
+/// Under all names of the object's class and of those that it derives from, that of its own last.
+const ViewClass& registeredClassOf(const QObject& object, const ViewClass& root) {
+    const ViewClass* below = &root;
+    if (const std::type_info* const type = cppClassOf(object)) {
+        for (const std::string& name : namesOf(*type)) {
+            if (!isKnownToQt(object, name)) {
+                below = &subclassNamed(name, *below);
+            }
+        }
+    }
+    return registeredBelow(*below, object.metaObject());
 }
 
 }  // namespace
@@ -67,22 +118,35 @@ const ViewClass& registeredViewClass(std::string_view name) {
     return ViewClass::registerClass(name, &ViewClass::view());
 }
 
-const ViewClass& withNamesOf(const QMetaObject& owner, const ViewClass& viewClass) {
-    return registeredBelow(viewClass, &owner);
+const ViewClass& withNamesOf(const QObject& owner, const ViewClass& viewClass) {
+    return registeredClassOf(owner, viewClass);
 }
 
-const MirroredClass& ClassCatalog::find(const QMetaObject& type, Family family) {
-    const auto [entry, isNew] = entries_.try_emplace(&type);
+const MirroredClass& ClassCatalog::ofWidget(const QWidget& widget) {
+    return find(widget, Family::widget);
+}
+
+const MirroredClass& ClassCatalog::ofItem(const QQuickItem& item) {
+    return find(item, Family::item);
+}
+
+const MirroredClass& ClassCatalog::find(const QObject& object, Family family) {
+    const QMetaObject& type = *object.metaObject();
+    const auto [entry, isNew] = entries_.try_emplace({&type, cppClassOf(object)});
     MirroredClass& mirrored = entry->second;
     if (isNew) {
         mirrored = family == Family::widget ? ruleForWidget(writtenIn(type)) : ruleForItem(writtenIn(type));
         if (family == Family::item && isKeyboard(type)) {
             mirrored.shown = Shown::hosted;
         }
-        mirrored.viewClass = &registeredBelow(ViewClass::view(), &type);
+        mirrored.viewClass = &registeredClassOf(object, ViewClass::view());
         mirrored.state = std::make_shared<const ClassState>(classStateOf(type));
     }
     return mirrored;
+}
+
+std::size_t ClassCatalog::KeyHash::operator()(const Key& key) const noexcept {
+    return std::hash<const void*>()(key.type) * 31 + std::hash<const void*>()(key.cppClass);
 }
 
 }  // namespace mireth::qt

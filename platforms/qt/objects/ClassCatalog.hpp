@@ -2,9 +2,13 @@
 #pragma once
 
 #include <QMetaObject>
+#include <QQuickItem>
+#include <QWidget>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <typeinfo>
 #include <unordered_map>
 
 #include "MirethVex/Platform/ViewClass.hpp"
@@ -40,7 +44,7 @@ struct MirroredClass {
     std::shared_ptr<const ClassState> state = nullptr;
 };
 
-/// The name by which a host knows a class: the C++ name, or `CardNumber` for the type of CardNumber.qml.
+/// The name by which Qt knows a class: the C++ name, or `CardNumber` for the type of CardNumber.qml.
 /// Empty for a class that Qt made up for a single object.
 std::string className(const QMetaObject& type);
 
@@ -53,9 +57,9 @@ const QMetaObject& writtenIn(const QMetaObject& type);
 /// Stands for all classes called `name`, those too that are met later.
 const platform::ViewClass& registeredViewClass(std::string_view name);
 
-/// The class of a view that shows two objects in one: an item of `viewClass`, and the window or pop-up of
-/// class `owner` that the item is all of. It goes by the names of both.
-const platform::ViewClass& withNamesOf(const QMetaObject& owner, const platform::ViewClass& viewClass);
+/// The class of a view that shows two objects in one: an item of `viewClass`, and the window or pop-up
+/// `owner` that the item is all of. It goes by the names of both.
+const platform::ViewClass& withNamesOf(const QObject& owner, const platform::ViewClass& viewClass);
 
 /// Remembers what it has found out, for one pass over the app's objects: a class of QML's may go after it,
 /// and another one come to lie at its place. Main thread only.
@@ -64,15 +68,25 @@ class ClassCatalog {
     void startPass() { entries_.clear(); }
 
     /// Both for the object's own class and through all superclasses.
-    const MirroredClass& ofWidget(const QMetaObject& type) { return find(type, Family::widget); }
-    const MirroredClass& ofItem(const QMetaObject& type) { return find(type, Family::item); }
+    const MirroredClass& ofWidget(const QWidget& widget);
+    const MirroredClass& ofItem(const QQuickItem& item);
 
   private:
     enum class Family { widget, item };
 
-    const MirroredClass& find(const QMetaObject& type, Family family);
+    /// Classes of C++ that Qt does not know share the meta-object of the nearest one that it does.
+    struct Key {
+        const QMetaObject* type;
+        const std::type_info* cppClass;
+        bool operator==(const Key&) const = default;
+    };
+    struct KeyHash {
+        std::size_t operator()(const Key& key) const noexcept;
+    };
 
-    std::unordered_map<const QMetaObject*, MirroredClass> entries_;
+    const MirroredClass& find(const QObject& object, Family family);
+
+    std::unordered_map<Key, MirroredClass, KeyHash> entries_;
 };
 
 }  // namespace mireth::qt

@@ -19,11 +19,11 @@ bool isTextEntry(Shown shown) {
 }  // namespace
 
 void WindowState::add(const QWidget& widget) {
-    widgets_.addTo(digest_, widget, catalog_.ofWidget(*widget.metaObject()));
+    widgets_.addTo(digest_, widget, catalog_.ofWidget(widget));
 }
 
 void WindowState::add(const QQuickItem& item) {
-    items_.addTo(digest_, item, catalog_.ofItem(*item.metaObject()));
+    items_.addTo(digest_, item, catalog_.ofItem(item));
 }
 
 void WindowState::addPicture(const platform::Image& picture) {
@@ -33,7 +33,7 @@ void WindowState::addPicture(const platform::Image& picture) {
 }
 
 void WindowState::addContentOf(const QWidget& widget) {
-    if (isTextEntry(catalog_.ofWidget(*widget.metaObject()).shown) || depth_ >= maximumPassDepth) {
+    if (isTextEntry(catalog_.ofWidget(widget).shown) || depth_ >= maximumPassDepth) {
         return;
     }
     ++depth_;
@@ -49,7 +49,7 @@ void WindowState::addContentOf(const QWidget& widget) {
 }
 
 void WindowState::addContentOf(const QQuickItem& item) {
-    if (isTextEntry(catalog_.ofItem(*item.metaObject()).shown) || depth_ >= maximumPassDepth) {
+    if (isTextEntry(catalog_.ofItem(item).shown) || depth_ >= maximumPassDepth) {
         return;
     }
     ++depth_;

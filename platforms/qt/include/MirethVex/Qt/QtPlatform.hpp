@@ -81,8 +81,9 @@ MIRETH_EXPORT InitializationResult initializeProject(const std::string& brandId,
 /// QGuiApplication is there.
 MIRETH_EXPORT bool finishRecording(platform::Seconds patience);
 
-/// A class for `VexConfiguration::additionalViewTypesToMask`, by its C++ name or by the name of its QML type,
-/// `CardNumber` for CardNumber.qml. Its subclasses are masked with it. The class need not be loaded yet;
+/// A class for `VexConfiguration::additionalViewTypesToMask`, by its C++ name, with or without its
+/// namespaces, or by the name of its QML type, `CardNumber` for CardNumber.qml. Its subclasses are masked
+/// with it. The class need not be loaded yet, and a name that none bears masks nothing;
 /// `VexConfiguration::create` knows the name from then on.
 MIRETH_EXPORT const platform::ViewClass& viewClassNamed(const std::string& name);
 
