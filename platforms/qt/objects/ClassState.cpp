@@ -4,10 +4,10 @@
 #include <QMetaProperty>
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <string_view>
 
 #include "platforms/qt/objects/ClassCatalog.hpp"
+#include "platforms/qt/objects/QtProperty.hpp"
 
 namespace mireth::qt {
 
@@ -71,14 +71,6 @@ int indexOfState(const QMetaObject& type, const char* name) {
         }
     }
     return -1;
-}
-
-const QMetaObject* classNamed(const QMetaObject& type, const char* name) {
-    const QMetaObject* candidate = &type;
-    while (candidate != nullptr && std::strcmp(candidate->className(), name) != 0) {
-        candidate = candidate->superClass();
-    }
-    return candidate;
 }
 
 }  // namespace

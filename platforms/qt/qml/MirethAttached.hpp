@@ -39,6 +39,8 @@ class MirethAttached final : public QObject {
     void leaveMarkOn(int index, QQuickItem* made);
 
   private:
+    /// Connects where the attachee is of that class of Qt's.
+    void hear(const char* type, const char* signal, const char* slot);
     bool isMarked() const { return isMasked_ || isMadeByMasked_; }
     void leaveMarksOnMade();
     void takeMarkBack();
