@@ -1,4 +1,4 @@
-// Widgets that are marked as masked are hidden with all that it opens, without masking, too.
+// Widgets that are marked as masked are hidden with all that they open, without masking, too.
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
