@@ -15,9 +15,11 @@ namespace mireth::qt {
 /// and is masked with it.
 class MirethAttached final : public QObject {
     Q_OBJECT
+    QML_NAMED_ELEMENT(Mireth)
+    QML_UNCREATABLE("Mireth is attached to other objects")
+    QML_ATTACHED(mireth::qt::MirethAttached)
     Q_PROPERTY(bool masked READ isMasked WRITE setMasked NOTIFY maskedChanged)
     Q_PROPERTY(QString screen READ screen WRITE setScreen NOTIFY screenChanged)
-    QML_ATTACHED(MirethAttached)
 
   public:
     explicit MirethAttached(QObject* attachee);
