@@ -86,7 +86,9 @@ ClassState classStateOf(const QMetaObject& type) {
     if (const QMetaObject* const canvas = classNamed(type, "QQuickCanvasItem")) {
         state.changeSignals.push_back(canvas->indexOfSignal("painted()"));
     }
-    state.isTextEditOfItems = classNamed(type, "QQuickTextEdit") != nullptr;
+    if (const QMetaObject* const edit = classNamed(type, "QQuickTextEdit")) {
+        state.changeSignals.push_back(edit->indexOfSignal("textChanged()"));
+    }
     return state;
 }
 
