@@ -331,6 +331,39 @@ TEST_F(QtItemMirror, APopUpStandsInFrontOfThePage) {
     EXPECT_TRUE(isMaskBlock(seen.pixel(70, 50)));
 }
 
+TEST_F(QtItemMirror, AWindowThatIsTurnedAsAWholeLooksAsItDoesOnTheScreen) {
+    for (const char* const turned :
+         {"contentItem.rotation: 90;", "contentItem.scale: 0.5;",
+          "contentItem { x: 30; y: 20; scale: 2; rotation: 180; transformOrigin: Item.TopRight }",
+          "contentItem.transform: Matrix4x4 { matrix: Qt.matrix4x4(1, 0.5, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, "
+          "0, 0, 1) }"}) {
+        QmlScene scene(std::string(turned) +
+                       " Rectangle { x: 20; width: 60; height: 50; color: '#202020' }"
+                       " Rectangle { x: 70; y: 40; width: 90; height: 40; color: '#808080'; rotation: 90 }");
+        const QImage shown = scene.window().grabWindow();
+        const QImage seen = pictureOf(scene);
+        for (int y = 2; y < 100; y += 4) {
+            for (int x = 2; x < 200; x += 4) {
+                // Away from edges, which are smooth in the one and not in the other.
+                const bool isPlain = shown.pixel(x - 2, y - 2) == shown.pixel(x + 1, y + 1) &&
+                                     shown.pixel(x - 2, y + 1) == shown.pixel(x + 1, y - 2);
+                if (isPlain) {
+                    EXPECT_NEAR(qRed(seen.pixel(x, y)), qRed(shown.pixel(x, y)), 3)
+                        << turned << x << ", " << y;
+                }
+            }
+        }
+    }
+}
+
+TEST_F(QtItemMirror, AWindowThatIsTurnedOutOfThePlaneIsABlock) {
+    const QImage seen = pictureOf(
+        "contentItem.transform: Rotation { origin.x: 100; axis { x: 0; y: 1; z: 0 } angle: 60 }"
+        " Rectangle { anchors.fill: parent; color: 'black' }");
+    EXPECT_TRUE(isMaskBlock(seen.pixel(100, 50)));
+    EXPECT_EQ(seen.pixel(10, 50), qRgb(240, 240, 240));
+}
+
 TEST_F(QtItemMirror, AWindowWithoutItemsOrWidgetsIsABlock) {
     QWindow window;
     window.resize(200, 100);

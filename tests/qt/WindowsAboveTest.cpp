@@ -164,6 +164,38 @@ TEST_F(QtWindowsAbove, ThoseOfItemsAreAsFaintAsTheirOpacityMakesThem) {
     EXPECT_NEAR(qRed(recordedPicture(*platform_.windowOf(scene.window())).pixel(20, 20)), 180, 3);
 }
 
+TEST_F(QtWindowsAbove, ThoseWhoseItemsAreTurnedAsAWholeStandAtTheirPlaces) {
+    QmlScene scene(
+        "Window { objectName: 'above'; visible: true; flags: Qt.Dialog; width: 60; height: 40; color: "
+        "'white';"
+        " contentItem.rotation: 90; Rectangle { width: 60; height: 10; color: 'black' } }");
+    auto& above = *qobject_cast<QQuickWindow*>(&scene.object("above"));
+    above.setPosition(scene.window().position() + QPoint(100, 30));
+    runFor(0.01);
+    const QImage seen = recordedPicture(*platform_.windowOf(scene.window()));
+    // It fills its 60 × 40 points with white; of the bar, turned about the middle, 40 are inside of it.
+    EXPECT_EQ(qRed(seen.pixel(103, 33)), 255);
+    EXPECT_EQ(qRed(seen.pixel(157, 67)), 255);
+    EXPECT_EQ(qRed(seen.pixel(145, 33)), 0);
+    EXPECT_EQ(qRed(seen.pixel(145, 67)), 0);
+    EXPECT_EQ(qRed(seen.pixel(145, 27)), 240);
+    EXPECT_EQ(qRed(seen.pixel(145, 73)), 240);
+    EXPECT_EQ(qRed(seen.pixel(97, 50)), 240);
+}
+
+TEST_F(QtWindowsAbove, NothingOfThemIsOutsideOfThem) {
+    QmlScene scene(
+        "Window { objectName: 'above'; visible: true; flags: Qt.Dialog; width: 60; height: 40; color: "
+        "'white';"
+        " Rectangle { x: 30; width: 60; height: 10; color: 'black' } }");
+    auto& above = *qobject_cast<QQuickWindow*>(&scene.object("above"));
+    above.setPosition(scene.window().position());
+    runFor(0.01);
+    const QImage seen = recordedPicture(*platform_.windowOf(scene.window()));
+    EXPECT_EQ(qRed(seen.pixel(57, 5)), 0);
+    EXPECT_EQ(qRed(seen.pixel(63, 5)), 240);
+}
+
 }  // namespace
 
 }  // namespace mireth::qttest

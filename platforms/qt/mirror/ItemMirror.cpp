@@ -25,10 +25,10 @@ bool isSeen(const QQuickItem& item) {
     return item.isVisible() && item.opacity() > 0;
 }
 
+/// To the window for the item that holds all others.
 QTransform transformToParent(const QQuickItem& item) {
-    QQuickItem* const parent = item.parentItem();
     bool isKnown = false;
-    const QTransform transform = parent != nullptr ? item.itemTransform(parent, &isKnown) : QTransform();
+    const QTransform transform = item.itemTransform(item.parentItem(), &isKnown);
     return isKnown ? transform : QTransform::fromTranslate(item.x(), item.y());
 }
 

@@ -9,6 +9,23 @@ namespace mireth::qt {
 
 using platform::View;
 
+namespace {
+
+/// Fills a window of this size with what the window holds, which may be moved or turned in it as a whole.
+std::shared_ptr<View> filledBy(std::shared_ptr<View> content, Size size) {
+    const bool isPlain = content->layer().transform.transform.isIdentity() &&
+                         content->frame() == Rect{0, 0, size.width, size.height};
+    if (isPlain) {
+        return content;
+    }
+    // Of its class, to be masked whenever it is.
+    auto window = std::make_shared<View>(content->viewClass());
+    window->addSubview(content);
+    return window;
+}
+
+}  // namespace
+
 std::vector<std::shared_ptr<View>> ViewMirror::viewsOf(const LiveWindow& live, SeenScreens& screens) {
     auto views = allOf(live, screens, nullptr);
     contents_.endPass();
@@ -42,17 +59,18 @@ std::vector<std::shared_ptr<View>> ViewMirror::allOf(const LiveWindow& live, See
     auto windowsAbove = live.windowsAbove();
     order_.sort(windowsAbove, live.window());
     for (const LiveWindow& above : windowsAbove) {
-        auto content = contentOf(above, screens, pictures);
         const Point place = above.origin();
         const Size size = above.size();
-        content->setFrame({place.x - origin.x, place.y - origin.y, size.width, size.height});
+        auto window = filledBy(contentOf(above, screens, pictures), size);
+        window->setFrame({place.x - origin.x, place.y - origin.y, size.width, size.height});
+        auto& appearance = window->mutableLayer().appearance;
         // What is a block stays one.
-        auto& background = content->mutableLayer().appearance.backgroundColor;
-        if (!background && !above.isTranslucent()) {
-            background = colorOf(above.backgroundColor());
+        if (!appearance.backgroundColor && !above.isTranslucent()) {
+            appearance.backgroundColor = colorOf(above.backgroundColor());
         }
-        content->mutableLayer().appearance.opacity *= above.opacity();
-        views.push_back(std::move(content));
+        appearance.opacity *= above.opacity();
+        appearance.masksToBounds = true;
+        views.push_back(std::move(window));
     }
     // At the back: the library looks at no more than so many views of a window.
     views.insert(views.begin(), state_.view());

@@ -8,7 +8,6 @@
 #include "platforms/qt/objects/LayerValues.hpp"
 #include "platforms/qt/objects/MarkingProperties.hpp"
 #include "platforms/qt/objects/QtProperty.hpp"
-#include "platforms/qt/objects/WindowKinds.hpp"
 
 namespace mireth::qt {
 
@@ -28,6 +27,10 @@ std::string nameOf(const QObject& object) {
     const std::string name = className(*type);
     const auto lastScope = name.rfind("::");
     return lastScope == std::string::npos ? name : name.substr(lastScope + 2);
+}
+
+bool isScreen(Qt::WindowType type) {
+    return type == Qt::Window || type == Qt::Dialog || type == Qt::Sheet || type == Qt::Widget;
 }
 
 /// A Loader is used for the smallest things; its item is a page when it takes up most of the window.
@@ -78,13 +81,13 @@ bool isOnAnotherPage(const QQuickItem& item) {
 }  // namespace
 
 void SeenScreens::addWindow(QWidget& window) {
-    if (canBeMain(window.windowType())) {
+    if (isScreen(window.windowType())) {
         add(&window);
     }
 }
 
 void SeenScreens::addWindow(QWindow& window) {
-    if (canBeMain(window.type())) {
+    if (isScreen(window.type())) {
         add(&window);
     }
 }

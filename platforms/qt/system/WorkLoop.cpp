@@ -16,9 +16,7 @@ WorkLoop::WorkLoop(QObject* parent, EscapedErrorHandler onEscapedError, std::fun
     : QObject(parent), onEscapedError_(std::move(onEscapedError)), whenGone_(std::move(whenGone)) {}
 
 WorkLoop::~WorkLoop() {
-    if (!isRetired_) {
-        whenGone_();
-    }
+    whenGone_();
 }
 
 void WorkLoop::run(Work& work) noexcept {

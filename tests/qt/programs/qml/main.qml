@@ -6,7 +6,7 @@ import MirethVex
 Window {
     id: window
 
-    required property var finger
+    required property QtObject finger
 
     width: 250
     height: 500
