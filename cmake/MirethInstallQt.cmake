@@ -32,5 +32,6 @@ if(TARGET mireth_qml_plugin)
   set(_module_dir ${CMAKE_INSTALL_LIBDIR}/qt6/qml/MirethVex)
   set_target_properties(mireth_qml_plugin PROPERTIES INSTALL_RPATH "$ORIGIN/../../..")
   install(TARGETS mireth_qml_plugin LIBRARY DESTINATION ${_module_dir})
-  install(FILES platforms/qt/qml/qmldir DESTINATION ${_module_dir})
+  install(FILES platforms/qt/qml/qmldir ${PROJECT_BINARY_DIR}/qml/MirethVex/mirethvex.qmltypes
+    DESTINATION ${_module_dir})
 endif()

@@ -24,6 +24,10 @@ namespace mireth::platform {
 namespace {
 
 std::shared_ptr<JsonFileInformationDictionary> makeInformation(LinuxPlatformOptions& options) {
+    if (options.informationFile) {
+        return std::make_shared<JsonFileInformationDictionary>(
+            *options.informationFile, std::move(options.information).value_or(TextMap()));
+    }
     return options.information
                ? std::make_shared<JsonFileInformationDictionary>(std::move(*options.information))
                : std::make_shared<JsonFileInformationDictionary>();

@@ -21,6 +21,8 @@ run() { # STATUS COMMAND...: fails unless the command ends with that status and 
 
 if [[ $SHARED == ON ]]; then
     QML_IMPORT_PATH=$PREFIX/$LIBDIR/qt6/qml run 6 "${program[@]}"
+    /usr/lib/qt6/bin/qmllint -I "$PREFIX/$LIBDIR/qt6/qml" "$SOURCE/tests/consumer/qmlhost/main.qml" ||
+        fail "the module's types are not known"
 fi
 
 "$BUILD/bin/mireth-receiver" --listen 127.0.0.1:0 --data "$work/data" --print-ready >"$work/ready" 2>"$work/log" &

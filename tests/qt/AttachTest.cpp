@@ -1,4 +1,6 @@
 // Programs that were never built for it are recorded, and stay as they are.
+#include <filesystem>
+
 #include "endtoend/support/Video.hpp"
 #include "qt/support/Attached.hpp"
 
@@ -60,6 +62,21 @@ TEST_F(EndToEndQtAttach, ItsMainWindowIsRecordedMaskedUntilItsEnd) {
     const auto sessions = receiver_->sessions();
     ASSERT_EQ(sessions.size(), 1U);
     expectFramesOfTheLabel(sessions[0]);
+}
+
+TEST_F(EndToEndQtAttach, AnInformationFileIsFoundFromWhereverTheProgramIsStarted) {
+    const auto file = std::filesystem::relative(info());
+    ASSERT_EQ(endtoend::runProcess({MIRETH_ATTACH_PROGRAM, "--sr-endpoint", receiver_->origin(), "--info",
+                                    file, "/bin/sh", "-c", "cd / && exec " MIRETH_PLAIN_PROGRAM})
+                  .status,
+              7);
+    setenv("MIRETHVEX_INFO", file.c_str(), 1);
+    EXPECT_EQ(endtoend::runProcess({MIRETH_ATTACH_PROGRAM, "--sr-endpoint", receiver_->origin(), "/bin/sh",
+                                    "-c", "cd / && exec " MIRETH_PLAIN_PROGRAM})
+                  .status,
+              7);
+    unsetenv("MIRETHVEX_INFO");
+    EXPECT_EQ(receiver_->sessions().size(), 2U);
 }
 
 TEST_F(EndToEndQtAttach, ADialogThatIsAProgramsMainWindowIsRecorded) {

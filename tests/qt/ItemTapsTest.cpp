@@ -93,6 +93,16 @@ TEST_F(QtItemTaps, AnIconInAnotherColourHasReacted) {
     EXPECT_TRUE(staysTheSame(scene, "shade", QColor(Qt::yellow)));
 }
 
+TEST_F(QtItemTaps, ATextEntryWithAnotherTextHasReactedAndIsLeftAsItIs) {
+    for (const char* const type : {"TextEdit", "TextArea"}) {
+        QmlScene scene(type + std::string(" { objectName: 'object'; text: '4111' }"));
+        const auto childrenBefore = scene.object("object").children().size();
+        EXPECT_FALSE(staysTheSame(scene, "text", "4112")) << type;
+        EXPECT_TRUE(staysTheSame(scene, "text", "4112")) << type;
+        EXPECT_EQ(scene.object("object").children().size(), childrenBefore) << type;
+    }
+}
+
 TEST_F(QtItemTaps, ATextEntryWithAnotherPlaceholderHasReacted) {
     for (const char* const type : {"TextField", "TextArea"}) {
         QmlScene scene(type + std::string(" { objectName: 'object'; placeholderText: 'a' }"));

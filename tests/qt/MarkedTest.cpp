@@ -1,4 +1,4 @@
-// Widgets that are marked as masked are hidden with all that it opens, without masking, too.
+// Widgets that are marked as masked are hidden with all that they open, without masking, too.
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
@@ -14,6 +14,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QToolTip>
+#include <QWhatsThis>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
 #include "platforms/qt/objects/MarkedWidgets.hpp"
@@ -158,19 +159,42 @@ TEST_F(QtMarked, TheMenuOfAButtonIsABlockWithTheMenusThatItOpens) {
 TEST_F(QtMarked, ItsToolTipIsABlockAlsoOneThatAnotherWidgetHadBefore) {
     const QString red("<p style='background-color: red'>4111 1111</p>");
     QLabel plain("plain", &window_);
-    plain.setGeometry(0, 0, 90, 20);
+    plain.setToolTip(red);
     QLabel card("card", &window_);
-    card.setGeometry(100, 0, 90, 20);
+    card.setToolTip(red + red);
     mark(card);
     // A tip goes away when its window becomes the active one.
     (void)unmasked();
-    QCursor::setPos(plain.mapToGlobal(QPoint(5, 5)));
-    QToolTip::showText(plain.mapToGlobal(QPoint(5, 25)), red, &plain);
+    const QPoint place = window_.mapToGlobal(QPoint(0, 25));
+    QToolTip::showText(place, plain.toolTip(), &plain);
     EXPECT_NE(findCanary(unmasked()), std::nullopt);
-    QCursor::setPos(card.mapToGlobal(QPoint(5, 5)));
-    QToolTip::showText(card.mapToGlobal(QPoint(5, 25)), red + red, &card);
+    QToolTip::showText(place, card.toolTip(), &card);
     EXPECT_EQ(findCanary(unmasked()), std::nullopt);
     QToolTip::hideText();
+}
+
+TEST_F(QtMarked, AToolTipThatMayBeItsOwnIsABlock) {
+    const QString red("<p style='background-color: red'>4111 1111</p>");
+    QLabel plain("plain", &window_);
+    QLabel card("card", &window_);
+    (void)unmasked();
+    QToolTip::showText(window_.mapToGlobal(QPoint(0, 25)), red, &plain);
+    QToolTip::showText(window_.mapToGlobal(QPoint(0, 25)), red + red, &card);
+    EXPECT_NE(findCanary(unmasked()), std::nullopt);
+    mark(card);
+    EXPECT_EQ(findCanary(unmasked()), std::nullopt);
+    QToolTip::hideText();
+}
+
+TEST_F(QtMarked, WhatIsThisIsABlockWhereAnythingIsMarked) {
+    QLabel card("card", &window_);
+    (void)unmasked();
+    QWhatsThis::showText(window_.mapToGlobal(QPoint(0, 25)), "<p style='background-color: red'>4111</p>",
+                         &card);
+    EXPECT_NE(findCanary(unmasked()), std::nullopt);
+    mark(card);
+    EXPECT_EQ(findCanary(unmasked()), std::nullopt);
+    QWhatsThis::hideText();
 }
 
 /// Lets the mouse through, as an overlay does.

@@ -17,6 +17,12 @@
 
 class BankSecret {};
 
+class View : public QWidget {
+    Q_OBJECT
+  public:
+    using QWidget::QWidget;
+};
+
 namespace bank {
 
 class PlainPanel : public QWidget {
@@ -40,6 +46,11 @@ class DerivedPanel : public PlainPanel, public BankSecret {
     Q_OBJECT
   public:
     using PlainPanel::PlainPanel;
+};
+
+class Window : public QWidget {
+  public:
+    using QWidget::QWidget;
 };
 
 class PlainWindow : public QQuickWindow {};
@@ -139,6 +150,21 @@ TEST_F(QtNamedClasses, AWindowOfItemsIsMaskedByTheNameOfItsClass) {
     const auto recorded = platform_.windowOf(window);
     EXPECT_FALSE(isMasked(*recorded, "OtherWindow"));
     EXPECT_TRUE(isMasked(*recorded, "PlainWindow"));
+}
+
+TEST_F(QtNamedClasses, ANameThatTheLibraryHasToStandsForQtsClassesOnly) {
+    WindowWith<QWidget> ordinary;
+    for (const char* name :
+         {"View", "Window", "Label", "TextField", "TextView", "ImageView", "ViewController"}) {
+        EXPECT_FALSE(isMasked(ordinary, name)) << name;
+    }
+    WindowWith<View> view;
+    EXPECT_TRUE(isMasked(view, "View"));
+    EXPECT_FALSE(isMasked(view, "Window"));
+    WindowWith<bank::Window> window;
+    EXPECT_TRUE(isMasked(window, "Window"));
+    EXPECT_TRUE(isMasked(window, "bank::Window"));
+    EXPECT_FALSE(isMasked(window, "View"));
 }
 
 TEST_F(QtNamedClasses, QtsOwnTypesAreMaskedByTheirNamesInQml) {

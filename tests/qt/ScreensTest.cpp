@@ -24,6 +24,12 @@ class Basket : public QWidget {
     Q_OBJECT
 };
 
+class StackWithASignalOfItsOwn : public QStackedWidget {
+    Q_OBJECT
+  Q_SIGNALS:
+    void currentChanged(int index);
+};
+
 class QtScreens : public testing::Test {
   protected:
     QtScreens() {
@@ -81,6 +87,19 @@ TEST_F(QtScreens, APageOfAStackGoesByItsClassAndItsChangeIsHeardAtOnce) {
     stack.setCurrentIndex(1);
     runFor(0.02);
     EXPECT_THAT(heard(), ElementsAre("-Home", "+Basket"));
+}
+
+TEST_F(QtScreens, AChangeOfPageIsHeardAtOnceThoughAClassOfTheAppsHasASignalOfThatName) {
+    StackWithASignalOfItsOwn window;
+    window.addWidget(new QLabel);
+    window.addWidget(new Basket);
+    window.show();
+    const auto recorded = platform_.windowOf(window);
+    pass(recorded);
+    heard();
+    window.setCurrentIndex(1);
+    runFor(0.02);
+    EXPECT_THAT(heard(), ElementsAre("-QLabel", "+Basket"));
 }
 
 TEST_F(QtScreens, AStackInACornerOfTheWindowHoldsNoPage) {

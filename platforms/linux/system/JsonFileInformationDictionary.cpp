@@ -17,29 +17,35 @@ std::filesystem::path executableDirectory() {
 
 }  // namespace
 
-JsonFileInformationDictionary::JsonFileInformationDictionary() {
-    const char* named = secure_getenv("MIRETHVEX_INFO");
+std::optional<std::filesystem::path> namedInformationFile() {
+    const char* const named = secure_getenv("MIRETHVEX_INFO");
     const bool isNamed = named != nullptr && *named != '\0';
-    auto read = readJsonTexts(isNamed ? named : (executableDirectory() / "MirethVex.info.json").native());
-    if (read) {
-        texts_ = std::move(read->texts);
-        otherKeys_ = std::move(read->otherKeys);
-    } else if (isNamed || !read.error().isMissing) {
-        error_ = std::move(read.error().description);
-    }
+    return isNamed ? std::optional<std::filesystem::path>(named) : std::nullopt;
 }
 
-JsonFileInformationDictionary::JsonFileInformationDictionary(const std::filesystem::path& file) {
-    auto read = readJsonTexts(file.native());
-    if (read) {
-        texts_ = std::move(read->texts);
-        otherKeys_ = std::move(read->otherKeys);
-    } else {
-        error_ = std::move(read.error().description);
-    }
+JsonFileInformationDictionary::JsonFileInformationDictionary() {
+    const auto named = namedInformationFile();
+    const auto file = named.value_or(executableDirectory() / "MirethVex.info.json");
+    take(readJsonTexts(file.native()), !named);
+}
+
+JsonFileInformationDictionary::JsonFileInformationDictionary(const std::filesystem::path& file,
+                                                             TextMap values)
+    : texts_(std::move(values)) {
+    take(readJsonTexts(file.native()), false);
 }
 
 JsonFileInformationDictionary::JsonFileInformationDictionary(TextMap values) : texts_(std::move(values)) {}
+
+void JsonFileInformationDictionary::take(std::expected<JsonTexts, JsonFileError> read, bool mayBeMissing) {
+    if (read) {
+        texts_.merge(read->texts);
+        otherKeys_ = std::move(read->otherKeys);
+        std::erase_if(otherKeys_, [this](const std::string& key) { return texts_.contains(key); });
+    } else if (!mayBeMissing || !read.error().isMissing) {
+        error_ = std::move(read.error().description);
+    }
+}
 
 std::optional<std::string> JsonFileInformationDictionary::string(std::string_view key) const {
     const auto found = texts_.find(key);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,14 +11,17 @@
 
 namespace mireth::platform {
 
+/// The file that the environment variable MIRETHVEX_INFO names; nothing when it names none.
+std::optional<std::filesystem::path> namedInformationFile();
+
 /// Reads once, at construction.
 class JsonFileInformationDictionary final : public InformationDictionary {
   public:
-    /// The file that the environment variable MIRETHVEX_INFO names, else MirethVex.info.json beside the
-    /// executable. The former must exist; the latter need not.
+    /// The file that the environment names, which must exist, else MirethVex.info.json beside the executable,
+    /// which need not.
     JsonFileInformationDictionary();
-    /// A file that must exist.
-    explicit JsonFileInformationDictionary(const std::filesystem::path& file);
+    /// A file that must exist. `values` stand in place of those that it has itself.
+    explicit JsonFileInformationDictionary(const std::filesystem::path& file, TextMap values = {});
     /// The host's own values; no file is looked at.
     explicit JsonFileInformationDictionary(TextMap values);
 
@@ -29,6 +33,8 @@ class JsonFileInformationDictionary final : public InformationDictionary {
     const std::vector<std::string>& keysOfOtherValues() const noexcept { return otherKeys_; }
 
   private:
+    void take(std::expected<JsonTexts, JsonFileError> read, bool mayBeMissing);
+
     TextMap texts_;
     std::vector<std::string> otherKeys_;
     std::string error_;

@@ -9,6 +9,7 @@
 #include "MirethVex/MirethVex.hpp"
 #include "MirethVex/Qt/QtPlatform.hpp"
 #include "platforms/qt/attach/MainWindows.hpp"
+#include "platforms/qt/system/ApplicationStates.hpp"
 
 namespace mireth::qt {
 
@@ -71,7 +72,7 @@ bool Attachment::isRecordedThere() const {
 
 void Attachment::stateChanged(Qt::ApplicationState state) {
     const bool wasInBackground = isInBackground_;
-    isInBackground_ = state == Qt::ApplicationSuspended || state == Qt::ApplicationHidden;
+    isInBackground_ = isBackground(state);
     if (wasInBackground && !isInBackground_ && recorded_ != nullptr) {
         recordNext(*recorded_);
     }

@@ -13,11 +13,6 @@ int areaOf(const QWindow& window) {
     return window.width() * window.height();
 }
 
-/// A window of items that asks for no frame, and for nothing else, is of the kind `Qt::Widget`.
-bool isOfAMainKind(const QWindow& window) {
-    return window.type() == Qt::Window || window.type() == Qt::Widget || isDialog(window.type());
-}
-
 bool isFrameless(const QWindow& window) {
     return window.flags().testFlag(Qt::FramelessWindowHint);
 }
@@ -34,7 +29,7 @@ bool isMainWindow(const QWindow& window) {
     const bool isOfItsOwn = window.parent() == nullptr && window.transientParent() == nullptr;
     const bool isWithinReach = !window.flags().testFlag(Qt::WindowTransparentForInput);
     const bool isManaged = !window.flags().testFlag(Qt::BypassWindowManagerHint) || fillsItsScreen(window);
-    return isOfItsOwn && isWithinReach && isManaged && isOfAMainKind(window);
+    return isOfItsOwn && isWithinReach && isManaged && canBeMain(window.type());
 }
 
 bool givesWay(const QWindow& recorded, const QWindow& window) {

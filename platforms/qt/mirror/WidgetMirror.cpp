@@ -153,7 +153,7 @@ MirroredClass WidgetMirror::classOf(const QWidget& widget, bool hasChildren) {
     }
     const bool isUnknownLeaf =
         mirrored.shown == Shown::container && !hasChildren && !mirrored.emptyIsHarmless;
-    // Else it is masked without that: to find the widget that a tool tip belongs to is not free of effects.
+    // Else it is masked without that.
     const bool isWindowToBeSeen =
         widget.isWindow() && (pictures_ != nullptr || showsSomething(mirrored.shown));
     const bool isMarked = (pictures_ != nullptr ? showsMarked(widget) : isMarkedAsMasked(widget)) ||

@@ -38,10 +38,16 @@ std::string_view withoutScopes(std::string_view name) {
     return lastScope == std::string_view::npos ? whole : whole.substr(lastScope + 2);
 }
 
+/// Of the library's own classes these two are all that is in a frame: Qt's of the same names have others.
+std::string registeredName(std::string_view name) {
+    const bool isEverything = name == ViewClass::view().name() || name == ViewClass::window().name();
+    return std::string(name) + (isEverything ? " of Qt" : "");
+}
+
 /// A subclass of `superclass` that goes by its whole name, and by the one without scopes.
 const ViewClass& subclassNamed(std::string_view name, const ViewClass& superclass) {
     const std::string_view shortName = withoutScopes(name);
-    const ViewClass& named = ViewClass::registerSubclass(shortName, superclass);
+    const ViewClass& named = ViewClass::registerSubclass(registeredName(shortName), superclass);
     return shortName == name ? named : ViewClass::registerSubclass(name, named);
 }
 
@@ -115,7 +121,7 @@ const QMetaObject& writtenIn(const QMetaObject& type) {
 }
 
 const ViewClass& registeredViewClass(std::string_view name) {
-    return ViewClass::registerClass(name, &ViewClass::view());
+    return ViewClass::registerClass(registeredName(name), &ViewClass::view());
 }
 
 const ViewClass& withNamesOf(const QObject& owner, const ViewClass& viewClass) {

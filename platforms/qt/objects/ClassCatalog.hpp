@@ -54,7 +54,7 @@ bool isDeclared(const QMetaObject& type);
 /// The class that the object was written in: the first one up that is of C++.
 const QMetaObject& writtenIn(const QMetaObject& type);
 
-/// Stands for all classes called `name`, those too that are met later.
+/// Stands for all of Qt's and the app's classes called `name`, those too that are met later.
 const platform::ViewClass& registeredViewClass(std::string_view name);
 
 /// The class of a view that shows two objects in one: an item of `viewClass`, and the window or pop-up

@@ -4,10 +4,10 @@
 #include <QMetaProperty>
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <string_view>
 
 #include "platforms/qt/objects/ClassCatalog.hpp"
+#include "platforms/qt/objects/QtProperty.hpp"
 
 namespace mireth::qt {
 
@@ -73,14 +73,6 @@ int indexOfState(const QMetaObject& type, const char* name) {
     return -1;
 }
 
-const QMetaObject* classNamed(const QMetaObject& type, const char* name) {
-    const QMetaObject* candidate = &type;
-    while (candidate != nullptr && std::strcmp(candidate->className(), name) != 0) {
-        candidate = candidate->superClass();
-    }
-    return candidate;
-}
-
 }  // namespace
 
 ClassState classStateOf(const QMetaObject& type) {
@@ -94,7 +86,9 @@ ClassState classStateOf(const QMetaObject& type) {
     if (const QMetaObject* const canvas = classNamed(type, "QQuickCanvasItem")) {
         state.changeSignals.push_back(canvas->indexOfSignal("painted()"));
     }
-    state.isTextEditOfItems = classNamed(type, "QQuickTextEdit") != nullptr;
+    if (const QMetaObject* const edit = classNamed(type, "QQuickTextEdit")) {
+        state.changeSignals.push_back(edit->indexOfSignal("textChanged()"));
+    }
     return state;
 }
 

@@ -10,10 +10,9 @@ namespace mireth::qt {
 struct ClassState {
     /// The indexes of the properties that are part of it. To read them runs none of the app's code.
     std::vector<int> properties;
-    /// The indexes of the signals that tell of a change which no property tells of.
+    /// The indexes of the signals that tell of a change which no property tells of, or only one that would
+    /// cost too much to read twice a second: a long text.
     std::vector<int> changeSignals;
-    /// A long document is told by its revision: to go through its text twice a second would cost too much.
-    bool isTextEditOfItems = false;
 };
 
 ClassState classStateOf(const QMetaObject& type);

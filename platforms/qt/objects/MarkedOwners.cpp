@@ -2,13 +2,14 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QCursor>
+#include <QLabel>
 #include <QMenu>
 #include <QQuickItem>
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <vector>
 
 #include "platforms/qt/objects/ItemOwner.hpp"
@@ -22,6 +23,20 @@ namespace {
 
 using Objects = std::vector<const QObject*>;
 
+/// One tip serves many widgets in turn, and its parent is only the first of them; "What's this?" has no
+/// parent. Whose they are their text may tell. Else it can be anyone's that is marked.
+void addThoseHelped(const QWidget& help, Objects& owners) {
+    const auto* const tip = qobject_cast<const QLabel*>(&help);
+    const auto isItsTip = [tip](const QWidget* widget) {
+        return tip != nullptr && widget->toolTip() == tip->text();
+    };
+    const auto widgets = QApplication::allWidgets();
+    const bool isTold = std::ranges::any_of(widgets, isItsTip);
+    std::ranges::copy_if(widgets, std::back_inserter(owners), [&](const QWidget* widget) {
+        return isTold ? isItsTip(widget) : isMarkedAsMasked(*widget);
+    });
+}
+
 void addOwners(const QWidget& widget, Objects& owners) {
     if (!widget.isWindow()) {
         return;
@@ -34,9 +49,8 @@ void addOwners(const QWidget& widget, Objects& owners) {
         const auto openers = menu->menuAction()->associatedObjects();
         owners.insert(owners.end(), openers.begin(), openers.end());
     }
-    // One tip serves many widgets in turn; its parent is only the first of them.
-    if (widget.inherits("QTipLabel")) {
-        owners.push_back(QApplication::widgetAt(QCursor::pos()));
+    if (widget.inherits("QTipLabel") || widget.inherits("QWhatsThat")) {
+        addThoseHelped(widget, owners);
     }
 }
 

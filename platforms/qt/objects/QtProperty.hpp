@@ -1,6 +1,7 @@
-// Properties of Qt's own classes, read past whatever an app has put over them.
+// Properties and signals of Qt's own classes, found past whatever an app has put over them.
 #pragma once
 
+#include <QMetaMethod>
 #include <QObject>
 #include <QVariant>
 
@@ -10,5 +11,11 @@ namespace mireth::qt {
 /// app's says under the same name: reading that may run the app's code, as an alias does. Invalid when the
 /// object is of no such class, or the class knows no such property.
 QVariant qtProperty(const QObject& object, const char* type, const char* name);
+
+/// The signal of that class of Qt's, `signature` as Qt normalises it. Invalid as above.
+QMetaMethod qtSignal(const QObject& object, const char* type, const char* signature);
+
+/// `type` or the one that it is derived from which is called `name`; null when there is none.
+const QMetaObject* classNamed(const QMetaObject& type, const char* name);
 
 }  // namespace mireth::qt

@@ -26,4 +26,10 @@ constexpr bool isDialog(Qt::WindowType type) {
     return type == Qt::Dialog || type == Qt::Sheet;
 }
 
+/// Kinds of window that an app shows its screens in. A window of items that asks for no frame, and for
+/// nothing else, is of the kind `Qt::Widget`.
+constexpr bool canBeMain(Qt::WindowType type) {
+    return type == Qt::Window || type == Qt::Widget || isDialog(type);
+}
+
 }  // namespace mireth::qt

@@ -3,7 +3,6 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QVariant>
-#include <array>
 
 #include "platforms/qt/objects/MarkingProperties.hpp"
 #include "platforms/qt/objects/QtProperty.hpp"
@@ -16,13 +15,14 @@ namespace {
 constexpr int markOfQml = 2;
 
 constexpr const char* repeater = "QQuickRepeater";
+constexpr const char* popup = "QQuickPopup";
 
 /// Where the mirror looks whether `attachee` is masked; null while there is nothing yet.
 QObject* shownBy(QObject& attachee) {
     if (auto* const window = qobject_cast<QQuickWindow*>(&attachee)) {
         return window->contentItem();
     }
-    if (!attachee.inherits("QQuickPopup")) {
+    if (!attachee.inherits(popup)) {
         return &attachee;
     }
     const auto* const content = attachee.property("contentItem").value<QQuickItem*>();
@@ -35,16 +35,16 @@ MirethAttached::MirethAttached(QObject* attachee) : QObject(attachee) {
     if (attachee == nullptr) {
         return;
     }
-    if (attachee->inherits(repeater)) {
-        connect(attachee, SIGNAL(itemAdded(int, QQuickItem*)), this, SLOT(leaveMarkOn(int, QQuickItem*)));
-    }
-    if (!attachee->inherits("QQuickPopup")) {
-        return;
-    }
+    hear(repeater, "itemAdded(int,QQuickItem*)", "leaveMarkOn(int,QQuickItem*)");
     // A pop-up makes what it shows late, and may change it.
-    constexpr std::array later{"2contentItemChanged()", "2aboutToShow()", "2opened()"};
-    for (const char* const signal : later) {
-        connect(attachee, signal, this, SLOT(leaveMark()));
+    for (const char* const signal : {"contentItemChanged()", "aboutToShow()", "opened()"}) {
+        hear(popup, signal, "leaveMark()");
+    }
+}
+
+void MirethAttached::hear(const char* type, const char* signal, const char* slot) {
+    if (const QMetaMethod told = qtSignal(*parent(), type, signal); told.isValid()) {
+        connect(parent(), told, this, staticMetaObject.method(staticMetaObject.indexOfSlot(slot)));
     }
 }
 

@@ -15,9 +15,11 @@ namespace mireth::qt {
 /// and is masked with it.
 class MirethAttached final : public QObject {
     Q_OBJECT
+    QML_NAMED_ELEMENT(Mireth)
+    QML_UNCREATABLE("Mireth is attached to other objects")
+    QML_ATTACHED(mireth::qt::MirethAttached)
     Q_PROPERTY(bool masked READ isMasked WRITE setMasked NOTIFY maskedChanged)
     Q_PROPERTY(QString screen READ screen WRITE setScreen NOTIFY screenChanged)
-    QML_ATTACHED(MirethAttached)
 
   public:
     explicit MirethAttached(QObject* attachee);
@@ -39,6 +41,8 @@ class MirethAttached final : public QObject {
     void leaveMarkOn(int index, QQuickItem* made);
 
   private:
+    /// Connects where the attachee is of that class of Qt's.
+    void hear(const char* type, const char* signal, const char* slot);
     bool isMarked() const { return isMasked_ || isMadeByMasked_; }
     void leaveMarksOnMade();
     void takeMarkBack();

@@ -4,12 +4,15 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QtQmlIntegration>
 
 namespace mireth::qt {
 
 /// Results go by the names they have in C++, such as "success" or "notInitialized". Main thread only.
 class MirethControl final : public QObject {
     Q_OBJECT
+    QML_NAMED_ELEMENT(MirethSR)
+    QML_SINGLETON
     /// Types and classes to be masked in the next session, with their subclasses: `["CardNumber"]`.
     Q_PROPERTY(QStringList typesToMask MEMBER typesToMask_ NOTIFY typesToMaskChanged)
 

@@ -9,11 +9,7 @@ namespace mireth::qt {
 
 void registerQmlModule() {
     [[maybe_unused]] static const bool isRegistered = [] {
-        constexpr const char* module = "MirethVex";
-        qmlRegisterSingletonType<MirethControl>(
-            module, 1, 0, "MirethSR", [](QQmlEngine*, QJSEngine*) -> QObject* { return new MirethControl; });
-        qmlRegisterUncreatableType<MirethAttached>(module, 1, 0, "Mireth",
-                                                   "Mireth is attached to other objects");
+        qmlRegisterTypesAndRevisions<MirethControl, MirethAttached>("MirethVex", 1);
         return true;
     }();
 }

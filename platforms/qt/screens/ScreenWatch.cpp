@@ -6,9 +6,25 @@
 #include <array>
 #include <utility>
 
+#include "platforms/qt/objects/QtProperty.hpp"
+
 namespace mireth::qt {
 
 using platform::ViewController;
+
+namespace {
+
+/// What tells that another page is shown. By name: the classes of Qt Quick are not public.
+struct PageSignal {
+    const char* type;
+    const char* signature;
+};
+constexpr std::array pageSignals{PageSignal{"QQuickStackView", "currentItemChanged()"},
+                                 PageSignal{"QQuickContainer", "currentItemChanged()"},
+                                 PageSignal{"QQuickLoader", "itemChanged()"},
+                                 PageSignal{"QStackedWidget", "currentChanged(int)"}};
+
+}  // namespace
 
 ScreenWatch::ScreenWatch(std::shared_ptr<const platform::AppearanceDelivery> delivery,
                          std::shared_ptr<platform::MainQueue> mainQueue, std::function<void()> look)
@@ -20,22 +36,20 @@ ScreenWatch::ScreenWatch(std::shared_ptr<const platform::AppearanceDelivery> del
 }
 
 void ScreenWatch::watch(const QObject& holder) {
-    // By name: the classes of Qt Quick that have these signals are not public.
-    struct Signal {
-        const char* signature;
-        const char* code;
-    };
-    constexpr std::array signals{Signal{"currentItemChanged()", "2currentItemChanged()"},
-                                 Signal{"itemChanged()", "2itemChanged()"},
-                                 Signal{"currentChanged(int)", "2currentChanged(int)"}};
-    for (const auto& signal : signals) {
-        if (holder.metaObject()->indexOfSignal(signal.signature) >= 0) {
-            QObject::connect(&holder, signal.code, &soon_, SLOT(start()), Qt::UniqueConnection);
+    if (std::ranges::any_of(watched_, [&holder](const auto& watched) { return watched == &holder; })) {
+        return;
+    }
+    watched_.emplace_back(&holder);
+    const QMetaObject& timer = QTimer::staticMetaObject;
+    for (const auto& [type, signature] : pageSignals) {
+        if (const QMetaMethod changed = qtSignal(holder, type, signature); changed.isValid()) {
+            QObject::connect(&holder, changed, &soon_, timer.method(timer.indexOfSlot("start()")));
         }
     }
 }
 
 void ScreenWatch::update(const SeenScreens& seen) {
+    std::erase_if(watched_, [](const auto& watched) { return watched.isNull(); });
     for (const QObject* const holder : seen.holders()) {
         watch(*holder);
     }

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 #include <functional>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "MirethVex/Platform/AppearanceDelivery.hpp"
@@ -15,9 +15,9 @@
 
 namespace mireth::qt {
 
-/// Compares what one pass over the window has seen with the pass before. Recording makes two passes a second;
-/// what holds pages, and the application where the focus is in another window, ask for one in between. Main
-/// thread only.
+/// Compares what one pass over the window has seen with the pass before. Recording makes one for each of its
+/// frames, two a second; what holds pages, and the application where the focus is in another window, ask for
+/// one in between. Main thread only.
 class ScreenWatch {
   public:
     /// `look` makes a pass now, and gives what it saw to `update`.
@@ -39,6 +39,8 @@ class ScreenWatch {
     const std::shared_ptr<const platform::AppearanceDelivery> delivery_;
     const std::shared_ptr<platform::MainQueue> mainQueue_;
     std::vector<Shown> shown_;
+    /// What holds pages.
+    std::vector<QPointer<const QObject>> watched_;
     /// Runs out as soon as the app has done what it is doing.
     QTimer soon_;
 };

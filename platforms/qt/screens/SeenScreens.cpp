@@ -8,6 +8,7 @@
 #include "platforms/qt/objects/LayerValues.hpp"
 #include "platforms/qt/objects/MarkingProperties.hpp"
 #include "platforms/qt/objects/QtProperty.hpp"
+#include "platforms/qt/objects/WindowKinds.hpp"
 
 namespace mireth::qt {
 
@@ -27,10 +28,6 @@ std::string nameOf(const QObject& object) {
     const std::string name = className(*type);
     const auto lastScope = name.rfind("::");
     return lastScope == std::string::npos ? name : name.substr(lastScope + 2);
-}
-
-bool isScreen(Qt::WindowType type) {
-    return type == Qt::Window || type == Qt::Dialog || type == Qt::Sheet || type == Qt::Widget;
 }
 
 /// A Loader is used for the smallest things; its item is a page when it takes up most of the window.
@@ -81,13 +78,13 @@ bool isOnAnotherPage(const QQuickItem& item) {
 }  // namespace
 
 void SeenScreens::addWindow(QWidget& window) {
-    if (isScreen(window.windowType())) {
+    if (canBeMain(window.windowType())) {
         add(&window);
     }
 }
 
 void SeenScreens::addWindow(QWindow& window) {
-    if (isScreen(window.type())) {
+    if (canBeMain(window.type())) {
         add(&window);
     }
 }

@@ -1,8 +1,6 @@
 #include "platforms/qt/state/ItemState.hpp"
 
 #include <QColor>
-#include <QQuickTextDocument>
-#include <QTextDocument>
 
 #include "platforms/qt/objects/ClassState.hpp"
 #include "platforms/qt/objects/QtProperty.hpp"
@@ -13,12 +11,6 @@ void ItemState::addTo(StateDigest& digest, const QQuickItem& item, const Mirrore
     const ClassState& state = *rule.state;
     digest.addNumber(item.isEnabled() ? 1 : 0);
     digest.addProperties(item, state.properties);
-    if (state.isTextEditOfItems) {
-        if (const auto* const text =
-                qtProperty(item, "QQuickTextEdit", "textDocument").value<QQuickTextDocument*>()) {
-            digest.addNumber(text->textDocument()->revision());
-        }
-    }
     if (!state.changeSignals.empty()) {
         digest.add(signals_.of(item, state.changeSignals));
     }

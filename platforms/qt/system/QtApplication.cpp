@@ -9,6 +9,7 @@
 #include "Base/GuardedRun.hpp"
 #include "platforms/qt/objects/WindowKinds.hpp"
 #include "platforms/qt/objects/WindowsBelow.hpp"
+#include "platforms/qt/system/ApplicationStates.hpp"
 
 namespace mireth::qt {
 
@@ -46,9 +47,8 @@ std::shared_ptr<platform::Window> QtApplication::keyWindow() const {
             candidates.push_back(&mainWindowOf(*window));
         }
     }
-    const auto main = std::ranges::find_if(candidates, [](const QWindow* window) {
-        return !isPassing(window->type()) || isDialog(window->type());
-    });
+    const auto main =
+        std::ranges::find_if(candidates, [](const QWindow* window) { return canBeMain(window->type()); });
     if (main != candidates.end()) {
         return windows_->of(**main);
     }
@@ -71,7 +71,7 @@ AnyCancellable QtApplication::interceptViewDidDisappear(platform::AppearanceInte
 
 void QtApplication::stateChanged(Qt::ApplicationState state) {
     const bool wasInBackground = isInBackground_;
-    isInBackground_ = state == Qt::ApplicationSuspended || state == Qt::ApplicationHidden;
+    isInBackground_ = isBackground(state);
     if (isInBackground_ && !wasInBackground) {
         didEnterBackground_.send({});
     }

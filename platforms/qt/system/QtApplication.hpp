@@ -13,7 +13,7 @@
 
 namespace mireth::qt {
 
-/// Main thread only. Being suspended or hidden counts as the background; losing the focus does not.
+/// Main thread only.
 class QtApplication final : public platform::Application {
   public:
     /// `appearance` is what the windows deliver their screens through.

@@ -16,7 +16,9 @@ WorkLoop::WorkLoop(QObject* parent, EscapedErrorHandler onEscapedError, std::fun
     : QObject(parent), onEscapedError_(std::move(onEscapedError)), whenGone_(std::move(whenGone)) {}
 
 WorkLoop::~WorkLoop() {
-    whenGone_();
+    if (!isRetired_) {
+        whenGone_();
+    }
 }
 
 void WorkLoop::run(Work& work) noexcept {

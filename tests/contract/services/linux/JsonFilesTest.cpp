@@ -28,6 +28,23 @@ TEST(JsonFileInformationDictionary, TheEnvironmentNamesTheFile) {
     EXPECT_NE(missing.error().find("missing.json"), std::string::npos) << "a file that was asked for";
 }
 
+TEST(JsonFileInformationDictionary, ValuesBesideAFileStandInPlaceOfItsOwn) {
+    const TemporaryDirectory root;
+    writeFile(root / "info.json", R"({"VEX_VERSION": "2", "SR_ENDPOINT_URL": 1, "DEVICE_IDIOM": "phone"})");
+    const JsonFileInformationDictionary information(
+        root / "info.json", {{"VEX_VERSION", "3"}, {"SR_ENDPOINT_URL", "https://a.example"}});
+    EXPECT_EQ(information.string("VEX_VERSION"), "3");
+    EXPECT_EQ(information.string("SR_ENDPOINT_URL"), "https://a.example");
+    EXPECT_EQ(information.string("DEVICE_IDIOM"), "phone");
+    EXPECT_TRUE(information.keysOfOtherValues().empty());
+}
+
+TEST(JsonFileInformationDictionary, WithoutTheFileTheValuesBesideItHold) {
+    const JsonFileInformationDictionary information("/nowhere/info.json", {{"VEX_VERSION", "3"}});
+    EXPECT_EQ(information.string("VEX_VERSION"), "3");
+    EXPECT_NE(information.error(), "");
+}
+
 TEST(JsonFileInformationDictionary, TheFileBesideTheExecutableNeedNotBeThere) {
     const JsonFileInformationDictionary information;
     EXPECT_EQ(information.error(), "");

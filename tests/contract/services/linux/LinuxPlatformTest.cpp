@@ -85,6 +85,18 @@ TEST(LinuxPlatform, ABadInformationFileIsAWarning) {
     EXPECT_NE(platform.warnings().front().find("info.json"), std::string::npos);
 }
 
+TEST(LinuxPlatform, ReadsTheInformationFileThatItIsGiven) {
+    const test::TemporaryDirectory root;
+    test::writeFile(root / "info.json", R"({"VEX_VERSION": "2", "DEVICE_IDIOM": "phone"})");
+    LinuxPlatformOptions options;
+    options.informationFile = root / "info.json";
+    EXPECT_EQ(LinuxPlatform(options).services().information->string("VEX_VERSION"), "2");
+    options.information.emplace()["VEX_VERSION"] = "3";
+    const LinuxPlatform platform(options);
+    EXPECT_EQ(platform.services().information->string("VEX_VERSION"), "3");
+    EXPECT_EQ(platform.services().device->userInterfaceIdiom(), UserInterfaceIdiom::phone);
+}
+
 using Warnings = std::vector<std::string>;
 
 Warnings warningsOf(const std::map<std::string, std::string, std::less<>>& information) {

@@ -6,7 +6,7 @@ import MirethVex
 Window {
     id: window
 
-    required property QtObject finger
+    required property var finger
 
     width: 250
     height: 500

@@ -17,9 +17,12 @@ namespace mireth::platform {
 struct LinuxPlatformOptions {
     // Where values come from.
 
-    /// The information dictionary. Absent: the file that the environment variable MIRETHVEX_INFO names, else
-    /// MirethVex.info.json beside the executable. A JSON object of texts, 1 MiB at most.
+    /// The information dictionary: these values alone, or, beside an `informationFile`, in place of that
+    /// file's.
     std::optional<std::map<std::string, std::string, std::less<>>> information;
+    /// A JSON object of texts, 1 MiB at most. Absent, as `information` is: the file that the environment
+    /// variable MIRETHVEX_INFO names, else MirethVex.info.json beside the executable.
+    std::optional<std::filesystem::path> informationFile;
     /// The kind of device. Absent: the information dictionary's "DEVICE_IDIOM", else what the system says of
     /// its chassis.
     std::optional<UserInterfaceIdiom> idiom;
