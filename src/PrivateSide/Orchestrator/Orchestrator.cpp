@@ -86,6 +86,15 @@ void Orchestrator::takeWaitingLogErrors() const {
     }
 }
 
+void Orchestrator::switchAutomaticScreenChangeTracking(bool on) {
+    if (on) {
+        enableAutomaticScreenChangeTracking();
+    } else if (parts_.appearanceDetection->shouldReportChange().value_or(false)) {
+        // A start that failed or a reset has left it on.
+        disableAutomaticScreenChangeTracking();
+    }
+}
+
 void Orchestrator::enableAutomaticScreenChangeTracking() {
     log_.info(LogTag::lifecycle, "Enabling automatic screen change detection.");
     parts_.appearanceDetection->enableSwizzle();

@@ -85,6 +85,7 @@ class Orchestrator : public std::enable_shared_from_this<Orchestrator> {
     static Task<void> stopIfAlive(std::weak_ptr<Orchestrator> weak);
 
     void takeWaitingLogErrors() const;
+    void switchAutomaticScreenChangeTracking(bool on);
     void enableAutomaticScreenChangeTracking();
     void disableAutomaticScreenChangeTracking();
 

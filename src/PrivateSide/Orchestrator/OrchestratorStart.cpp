@@ -37,12 +37,10 @@ Task<SessionStartResult> Orchestrator::start(Self self, VexConfiguration vexConf
 }
 
 Task<SessionStartResult> Orchestrator::startFromStopped(Self self, VexConfiguration vexConfiguration) {
-    if (vexConfiguration.automaticNavigationTracking) {
-        self->enableAutomaticScreenChangeTracking();
-        // A log listener may have started a session meanwhile.
-        if (!self->life_.state().isStopped()) {
-            co_return SessionStartResult::of(SessionStartResult::Kind::alreadyStarted);
-        }
+    self->switchAutomaticScreenChangeTracking(vexConfiguration.automaticNavigationTracking);
+    // A log listener may have started a session meanwhile.
+    if (!self->life_.state().isStopped()) {
+        co_return SessionStartResult::of(SessionStartResult::Kind::alreadyStarted);
     }
     self->life_.prepare();
     const auto configuration = co_await self->parts_.remoteSessionManager->initialize();

@@ -101,6 +101,29 @@ TEST_F(ScreenChanges, AfterAStartThatFailedAScreenIsRefused) {
     host.capture.expectLines({errorLine(LogTag::signal, notStartedLine)});
 }
 
+TEST_F(ScreenChanges, ASessionWithoutThemReportsNoneAfterAStartWithThemThatFailed) {
+    host.service.enablement = "SR_DISABLED";
+    ASSERT_EQ(library.initializeProject("b1", "p1", host.window), InitializationResult::success);
+    ASSERT_NE(host.await(library.startRecording(VexConfiguration(false, true))).kind,
+              SessionStartResult::Kind::success);
+    host.service.enablement = "SR_ENABLED_FOR_MOBILE_ONLY";
+    startAgain(false);
+    appear(controller("Cart"));
+    host.capture.expectLines({});
+    host.advance(10);
+    EXPECT_THAT(uploaded(), IsEmpty());
+}
+
+TEST_F(ScreenChanges, ASessionWithoutThemReportsNoneAfterAResetInOneWithThem) {
+    start(true);
+    library.reset();
+    start(false);
+    appear(controller("Cart"));
+    host.capture.expectLines({});
+    host.advance(10);
+    EXPECT_THAT(uploaded(), IsEmpty());
+}
+
 TEST_F(ScreenChanges, WhilePausedAScreenIsRefusedAndItsHandlerRuns) {
     start(true);
     ASSERT_EQ(library.pauseRecording(), SessionPauseResult::success);
