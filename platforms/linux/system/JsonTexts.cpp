@@ -83,6 +83,8 @@ std::expected<JsonTexts, JsonFileError> readJsonTexts(const std::string& path) {
     } catch (const nlohmann::json::parse_error& error) {
         // The parser's own words quote the file, which may hold anything.
         return failure(path, "it is no JSON from byte " + std::to_string(error.byte) + " on");
+    } catch (const nlohmann::json::exception&) {
+        return failure(path, "a number in it is too large");
     }
 }
 

@@ -58,6 +58,7 @@ TEST(JsonFileInformationDictionary, ABadFileGivesNoValuesAndAReasonThatNamesIt) 
         {"", "it is no JSON from byte 1 on"},
         {"{\"a\":\"b\"", "it is no JSON from byte 9 on"},
         {"[\"a\"]", "its top is no object"},
+        {"{\"a\":\"b\",\"c\":1e999}", "a number in it is too large"},
         {"{\"a\":\"\xff\"}", "it is no JSON from byte "},
         {"{\"a\":" + std::string(33, '[') + std::string(33, ']') + "}", "it is nested deeper than 32"},
         {std::string(500'000, '['), "it is nested deeper than 32"},
@@ -103,6 +104,9 @@ TEST(JsonFileKeyValueStore, ABadFileKeepsTheValuesAndSaysWhy) {
     writeFile(root / "defaults.json", R"({"a":)");
     EXPECT_FALSE(store.synchronize());
     EXPECT_NE(store.error().find("defaults.json"), std::string::npos);
+    EXPECT_EQ(store.string("a"), "1");
+    writeFile(root / "defaults.json", R"({"a":"2","limit":1e999})");
+    EXPECT_FALSE(store.synchronize());
     EXPECT_EQ(store.string("a"), "1");
     std::filesystem::remove(root / "defaults.json");
     EXPECT_TRUE(store.synchronize()) << "no file means no values";
