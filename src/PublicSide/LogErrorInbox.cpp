@@ -2,10 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
-#include <optional>
 #include <utility>
-
-#include "PrivateSide/Logger/ListenerScope.hpp"
 
 namespace mireth {
 
@@ -47,7 +44,7 @@ void LogErrorInbox::add(LogErrorData error) {
     bool needsTurn = false;
     {
         const std::lock_guard lock(mutex_);
-        waiting_.push_back({std::move(error), ListenerScope::isInside()});
+        waiting_.push_back({std::move(error), LogOutletScope::current()});
         needsTurn = !std::exchange(isTurnDue_, true);
     }
     if (needsTurn) {
@@ -89,10 +86,7 @@ void LogErrorInbox::drain() {
 }
 
 void LogErrorInbox::handle(const Entry& entry) const {
-    std::optional<ListenerScope> scope;
-    if (entry.fromListener) {
-        scope.emplace();
-    }
+    const LogOutletScope scope(entry.outlet);
     handler_(entry.error);
 }
 

@@ -8,6 +8,7 @@
 
 #include "MirethVex/Platform/MainQueue.hpp"
 #include "PrivateSide/Detection/Signals/SignalPublishers/LogErrorData.hpp"
+#include "PrivateSide/Logger/LogOutletScope.hpp"
 
 namespace mireth {
 
@@ -27,8 +28,8 @@ class LogErrorInbox : public std::enable_shared_from_this<LogErrorInbox> {
 
     /// Takes an error. On main it is handled before this returns, after all that wait; elsewhere in a later
     /// turn of the main queue, an interval later at the most. What one thread adds keeps its order. An error
-    /// that is added inside a log listener is handled as inside one: were it refused with a line that is
-    /// posted, and the post failed, the listener would hear of it and might add the next. Any thread.
+    /// that is added inside a log listener or the system log is handled as inside one: were it refused with a
+    /// line, they would hear of it and might add the next. Any thread.
     void add(LogErrorData error);
 
     /// Handles what waits now, and not what is added meanwhile: threads that log without end cannot keep main
@@ -39,7 +40,8 @@ class LogErrorInbox : public std::enable_shared_from_this<LogErrorInbox> {
     class Turn;
     struct Entry {
         LogErrorData error;
-        bool fromListener;
+        /// That it was logged in.
+        LogOutlet outlet;
     };
 
     void takeTurn();

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "Base/GuardedRun.hpp"
-#include "PrivateSide/Logger/ListenerScope.hpp"
+#include "PrivateSide/Logger/LogOutletScope.hpp"
 
 namespace mireth {
 
@@ -27,9 +27,16 @@ OSLoggers::MakeLogger sinksOf(const std::shared_ptr<platform::SystemLog>& system
     };
 }
 
-/// The system log may be the host's own; what it throws costs neither the listeners nor the remote log the
-/// line.
-constexpr const char* hostsSystemLog = "the system log";
+/// The system log may be the host's own. What it throws costs neither the listeners nor the remote log the
+/// line, and what it logs itself does not come back to it.
+template <class Write>
+void tellSystemLog(const Write& write) {
+    if (LogOutletScope::current() == LogOutlet::systemLog) {
+        return;
+    }
+    const LogOutletScope scope(LogOutlet::systemLog);
+    runGuarded("the system log", write);
+}
 
 }  // namespace
 
@@ -46,14 +53,14 @@ void MirethLog::info(LogTag logTag, const std::string& message, const Additional
         return;
     }
     const std::string line = lineText(message, additionalInfo);
-    runGuarded(hostsSystemLog, [&] { osLoggers_.info(logTag, line); });
+    tellSystemLog([&] { osLoggers_.info(logTag, line); });
     logListeners_.logToAll(logTag, LogLevel::info, line);
 }
 
 void MirethLog::error(LogTag logTag, const std::string& message, const AdditionalInfo& additionalInfo,
                       bool postMessage) {
     writeError(logTag, message, additionalInfo);
-    if (!postMessage || ListenerScope::isInside()) {
+    if (!postMessage || LogOutletScope::current() != LogOutlet::none) {
         return;
     }
     std::shared_ptr<RemoteLogPoster> poster;
@@ -78,7 +85,7 @@ void MirethLog::objectInit(MemoryUseStatus status, std::string_view file) {
 void MirethLog::logWithRemoteLogger(RemoteLogPoster& remoteLogger, LogTag logTag, const std::string& message,
                                     bool postMessage) {
     writeError(logTag, message, {});
-    if (postMessage && !ListenerScope::isInside()) {
+    if (postMessage && LogOutletScope::current() == LogOutlet::none) {
         remoteLogger.post(LogLevel::error, logTag, message, {}, false);
     }
 }
@@ -120,7 +127,7 @@ bool MirethLog::isAllowed(LogTag logTag) const noexcept {
 
 void MirethLog::writeError(LogTag logTag, const std::string& message, const AdditionalInfo& additionalInfo) {
     const std::string line = lineText(message, additionalInfo);
-    runGuarded(hostsSystemLog, [&] { osLoggers_.error(logTag, line); });
+    tellSystemLog([&] { osLoggers_.error(logTag, line); });
     logListeners_.logToAll(logTag, LogLevel::error, line);
 }
 

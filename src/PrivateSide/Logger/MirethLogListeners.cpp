@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "Base/GuardedRun.hpp"
-#include "PrivateSide/Logger/ListenerScope.hpp"
+#include "PrivateSide/Logger/LogOutletScope.hpp"
 
 namespace mireth {
 
@@ -18,7 +18,7 @@ void MirethLogListeners::add(Listener listener) {
 }
 
 void MirethLogListeners::logToAll(LogTag tag, LogLevel level, const std::string& line) const {
-    if (ListenerScope::isInside()) {
+    if (LogOutletScope::current() != LogOutlet::none) {
         return;
     }
     std::shared_ptr<const List> listeners;
@@ -26,7 +26,7 @@ void MirethLogListeners::logToAll(LogTag tag, LogLevel level, const std::string&
         const std::lock_guard lock(mutex_);
         listeners = listeners_;
     }
-    const ListenerScope scope;
+    const LogOutletScope scope(LogOutlet::listener);
     for (const auto& listener : *listeners) {
         runGuarded("a log listener", [&] { listener(tag, level, line); });
     }

@@ -94,5 +94,37 @@ TEST(ThrowingSinks, CostNeitherTheListenersNorTheRemoteLogTheLine) {
     EXPECT_NE(complaints.find("the journal is gone"), std::string::npos);
 }
 
+/// Reports what it is given as an error, as an app's own logging may.
+class ReportingSystemLog final : public platform::SystemLog {
+  public:
+    bool hasStructuredLog() const override { return true; }
+    void writeStructured(std::string_view, std::string_view, SystemLogType,
+                         std::string_view message) override {
+        messages.emplace_back(message);
+        log->error(LogTag::signal, "reported: " + std::string(message));
+        log->info(LogTag::signal, "reported");
+    }
+    void writeLegacy(std::string_view, std::string_view, SystemLogType, std::string_view) override {}
+
+    MirethLog* log = nullptr;
+    std::vector<std::string> messages;
+};
+
+TEST(ReportingSinks, HearNothingOfWhatTheyReport) {
+    const auto sink = std::make_shared<ReportingSystemLog>();
+    MirethLog log{std::shared_ptr<platform::SystemLog>(sink)};
+    sink->log = &log;
+    const auto poster = std::make_shared<PostedMessages>();
+    log.setRemotePoster(poster);
+    log.setAllowedTags({LogTag::signal});
+    std::vector<std::string> heard;
+    log.addLogListener([&heard](LogTag, LogLevel, const std::string& line) { heard.push_back(line); });
+    log.error(LogTag::signal, "e");
+    log.info(LogTag::signal, "i");
+    EXPECT_THAT(sink->messages, ElementsAre("e", "i"));
+    EXPECT_THAT(heard, ElementsAre("e", "i"));
+    EXPECT_THAT(poster->messages, ElementsAre("e"));
+}
+
 }  // namespace
 }  // namespace mireth

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "PrivateSide/Logger/ListenerScope.hpp"
+#include "PrivateSide/Logger/LogOutletScope.hpp"
 #include "support/ManualMainQueue.hpp"
 
 namespace mireth {
@@ -174,22 +174,28 @@ TEST_F(LogErrors, WhatTheHandlerThrowsEndsTheTurnAndTheRestComesWithTheNext) {
     EXPECT_THAT(handled, ElementsAre(1, 2));
 }
 
-TEST_F(LogErrors, OneLoggedInsideAListenerIsHandledAsInsideOneAndNoOther) {
-    std::map<std::int64_t, bool> inside;
+TEST_F(LogErrors, OneLoggedInsideAListenerOrTheSystemLogIsHandledAsInsideItAndNoOther) {
+    std::map<std::int64_t, LogOutlet> inside;
     whenHandled = [&inside](const LogErrorData& error) {
-        inside[error.detectionTime] = ListenerScope::isInside();
+        inside[error.detectionTime] = LogOutletScope::current();
     };
     std::thread([this] {
         inbox->add(at(1));
         {
-            const ListenerScope scope;
+            const LogOutletScope scope(LogOutlet::listener);
             inbox->add(at(2));
+            const LogOutletScope further(LogOutlet::systemLog);
+            inbox->add(at(3));
+            const LogOutletScope notOut(LogOutlet::listener);
+            inbox->add(at(4));
         }
-        inbox->add(at(3));
+        inbox->add(at(5));
     }).join();
     mainQueue->runAll();
-    EXPECT_THAT(inside, ElementsAre(Pair(1, false), Pair(2, true), Pair(3, false)));
-    EXPECT_FALSE(ListenerScope::isInside());
+    EXPECT_THAT(inside, ElementsAre(Pair(1, LogOutlet::none), Pair(2, LogOutlet::listener),
+                                    Pair(3, LogOutlet::systemLog), Pair(4, LogOutlet::systemLog),
+                                    Pair(5, LogOutlet::none)));
+    EXPECT_EQ(LogOutletScope::current(), LogOutlet::none);
 }
 
 TEST_F(LogErrors, WhatWaitsWhenTheInboxGoesIsDropped) {
