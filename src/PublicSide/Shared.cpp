@@ -121,11 +121,13 @@ MirethSR& MirethSR::shared() noexcept {
 
 bool MirethSR::installPlatformServices(platform::PlatformServices services) noexcept {
     auto& place = slot();
+    // Outlive the lock: their destructors are the host's, and may ask for the library.
+    std::optional<platform::PlatformServices> replaced(std::move(services));
     const std::lock_guard lock(place.mutex);
-    if (place.areTaken || !isComplete(services)) {
+    if (place.areTaken || !isComplete(*replaced)) {
         return false;
     }
-    place.services = std::move(services);
+    place.services.swap(replaced);
     return true;
 }
 

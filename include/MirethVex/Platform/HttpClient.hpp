@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "MirethVex/Base/AnyCancellable.hpp"
+#include "MirethVex/Base/Export.hpp"
 
 namespace mireth::platform {
 
@@ -28,7 +29,7 @@ struct HttpRequest {
 };
 
 /// Compares header names as RFC 9110 wants them compared: ASCII case does not count.
-struct CaseInsensitiveLess {
+struct MIRETH_EXPORT CaseInsensitiveLess {
     using is_transparent = void;
     bool operator()(std::string_view left, std::string_view right) const noexcept;
 };

@@ -43,6 +43,8 @@ int main() {
         phone.stopMainLoop();
     });
     expect(library.hasActiveSession(), true, "a session that is starting");
+    // As a host's own HttpClient would write them down.
+    expect(platform::HeaderFields{{"Retry-After", "1"}}.contains("retry-after"), true, "header names");
     phone.runMainLoop();
     expect(library.hasActiveSession(), false, "a session that could not start");
     library.reset();

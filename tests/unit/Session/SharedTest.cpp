@@ -78,6 +78,22 @@ TEST(Shared, AServiceThatThrowsWhileItIsAskedCostsOneLine) {
               "M-VEX: a service of the platform threw: a bug of the host\n");
 }
 
+/// Asks for the library when it is let go of.
+struct CallingAtItsEnd final : platform::KeyValueStore {
+    ~CallingAtItsEnd() override { EXPECT_FALSE(MirethSR::shared().hasActiveSession()); }
+    bool synchronize() override { return true; }
+    std::optional<std::string> string(std::string_view) const override { return std::nullopt; }
+};
+
+TEST(Shared, AServiceMayCallItWhileOthersAreInstalledInItsPlace) {
+    const test::SessionHost host;
+    auto services = host.phone().services();
+    services.userDefaults = std::make_shared<CallingAtItsEnd>();
+    ASSERT_TRUE(MirethSR::installPlatformServices(std::move(services)));
+    EXPECT_TRUE(MirethSR::installPlatformServices(host.phone().services()));
+    EXPECT_FALSE(MirethSR::installPlatformServices(host.phone().services())) << "it was used meanwhile";
+}
+
 TEST(Shared, NoOtherServicesCanBeInstalledOnceItWasUsed) {
     const test::SessionHost host;
     ASSERT_TRUE(MirethSR::installPlatformServices(host.phone().services()));
