@@ -32,6 +32,8 @@ std::filesystem::path SessionDataDao::getClearedPlaybackFileURL(const std::strin
         throw RecordingError(count.error().description);
     }
     if (*count >= configuration_.maxNumberOfFiles()) {
+        // Nor can what has happened meanwhile be sent any more: it would pile up as long as the app runs.
+        eventBuffer_->remove(sessionId);
         throw RecordingError::playbackStorageFull();
     }
     playbackStorage_->deleteFile(sessionId, chunkNumber);

@@ -157,6 +157,17 @@ TEST_F(SessionData, AFullStoreDeletesNothing) {
     EXPECT_TRUE(memory->files.contains(directory / "S1-0.mp4"));
 }
 
+TEST_F(SessionData, WhatHappensOnceTheStoreIsFullIsNotKept) {
+    store->addEvent("S1", at(1));
+    storeFiles(180);
+    EXPECT_EQ(clearedFile(*store, "S1", 180), "Playback storage is full");
+    std::size_t events = 99;
+    const auto token =
+        store->subscribeToChunks([&](const ChunkData& chunk) { events = chunk.timeline.size(); });
+    store->notifyPlaybackChunkReady(session, 0, 1);
+    EXPECT_EQ(events, 0);
+}
+
 TEST_F(SessionData, AStoreThatCannotBeCountedFailsWithTheReason) {
     files->failNext(FileOperation::contentsOfDirectory, 1, "broken disk");
     EXPECT_THAT(clearedFile(*store, "S1", 0), HasSubstr("broken disk"));
