@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Platform/LayerShape.hpp"
+#include "Platform/ViewTreeLimits.hpp"
 
 namespace mireth::platform {
 
@@ -59,6 +60,7 @@ void pushSubviews(const Candidate& parent, std::vector<Candidate>& candidates) {
 std::shared_ptr<View> deepestViewAt(std::shared_ptr<View> root, Point point) {
     // A list of its own instead of the stack, which a very deep tree would use up.
     std::vector<Candidate> candidates{{std::move(root), point}};
+    std::size_t viewsSeen = 0;
     while (!candidates.empty()) {
         const Candidate candidate = std::move(candidates.back());
         candidates.pop_back();
@@ -75,7 +77,9 @@ std::shared_ptr<View> deepestViewAt(std::shared_ptr<View> root, Point point) {
         if (holdsPoint) {
             candidates.push_back({candidate.view, candidate.point, true});
         }
-        pushSubviews(candidate, candidates);
+        if (viewsSeen++ < maxViews) {
+            pushSubviews(candidate, candidates);
+        }
     }
     return nullptr;
 }

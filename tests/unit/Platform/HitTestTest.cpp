@@ -133,7 +133,7 @@ TEST_F(HitTest, AVeryDeepTreeIsSearchedToItsEnd) {
     const auto deepest = std::make_shared<View>();
     deepest->setFrame({0, 0, 100, 100});
     auto root = deepest;
-    for (int depth = 0; depth < 100'000; ++depth) {
+    for (int depth = 0; depth < 40'000; ++depth) {
         const auto parent = std::make_shared<View>();
         parent->setFrame({0, 0, 100, 100});
         parent->addSubview(root);
@@ -141,6 +141,19 @@ TEST_F(HitTest, AVeryDeepTreeIsSearchedToItsEnd) {
     }
     window->addSubview(root);
     EXPECT_EQ(window->hitTest({10, 10}), deepest);
+}
+
+TEST_F(HitTest, AViewThatLiesInItselfIsFoundAllTheSame) {
+    struct Endless final : View {
+        const std::vector<std::shared_ptr<View>>& subviews() const override { return itself; }
+        std::vector<std::shared_ptr<View>> itself;
+    };
+    const auto endless = std::make_shared<Endless>();
+    endless->itself = {endless};
+    endless->setFrame({0, 0, 100, 100});
+    window->addSubview(endless);
+    EXPECT_EQ(window->hitTest({10, 10}), endless);
+    endless->itself.clear();
 }
 
 }  // namespace

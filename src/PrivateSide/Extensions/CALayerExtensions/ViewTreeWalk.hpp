@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "MirethVex/Platform/View.hpp"
+#include "Platform/ViewTreeLimits.hpp"
 
 namespace mireth {
 
@@ -13,8 +14,8 @@ namespace mireth {
 /// subviews when it is asked for them, change the tree around it, or throw.
 class ViewTreeWalk {
   public:
-    static constexpr std::size_t maxDepth = 1000;
-    static constexpr std::size_t maxViews = 50'000;
+    static constexpr std::size_t maxDepth = platform::maxViewDepth;
+    static constexpr std::size_t maxViews = platform::maxViews;
 
     /// Asked once for every view, on arrival. True for a view that is its own ancestor, lies deeper than
     /// `maxDepth`, or comes after `maxViews` others: it must not be entered.
