@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Base/GuardedRun.hpp"
+
 namespace mireth {
 
 namespace {
@@ -43,9 +45,11 @@ NetworkStateProvider::~NetworkStateProvider() {
     watch_->isReleased = true;
     // In the background: cancelling waits for the monitor's thread, and for its start if that is under way.
     // What is still reported until then reaches nobody.
-    runInBackground_([watch = watch_] {
-        const std::lock_guard lock(watch->mutex);
-        watch->monitor.reset();
+    runGuarded("the background executor", [this] {
+        runInBackground_([watch = watch_] {
+            const std::lock_guard lock(watch->mutex);
+            watch->monitor.reset();
+        });
     });
 }
 

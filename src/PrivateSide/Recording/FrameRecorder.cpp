@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Base/CurrentException.hpp"
+#include "Base/GuardedRun.hpp"
 #include "Platform/Async/Task.hpp"
 #include "PrivateSide/Extensions/CALayerExtensions/LayerOperations.hpp"
 
@@ -61,7 +62,7 @@ FrameRecorder::FrameRecorder(MirethLog& log, std::shared_ptr<const platform::Vie
       memoryUse_(log, "PrivateSide/Recording/FrameRecorder") {}
 
 FrameRecorder::~FrameRecorder() {
-    dropTimer();
+    runGuarded("a timer", [this] { dropTimer(); });
 }
 
 void FrameRecorder::startFrameRecording(const PlaybackConfiguration& playbackConfiguration,

@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <memory>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -40,6 +41,22 @@ TEST_F(NetworkState, ConstructionReturnsBeforeTheMonitorStarts) {
     EXPECT_EQ(script->starts, 0);
     runBackground();
     EXPECT_EQ(script->starts, 1);
+}
+
+TEST_F(NetworkState, ABackgroundThatTakesNoMoreWorkCostsItsEndALine) {
+    auto provider = std::make_unique<NetworkStateProvider>(
+        capture.log(), std::make_unique<FakePathMonitor>(script), [this](Work work) {
+            if (!background.empty()) {
+                throw std::runtime_error("the pool is closed");
+            }
+            background.push_back(std::move(work));
+        });
+    testing::internal::CaptureStderr();
+    provider.reset();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "M-VEX: the background executor threw: the pool is closed\n");
+    runBackground();
+    EXPECT_EQ(script->starts, 0);
 }
 
 TEST_F(NetworkState, BeforeTheFirstUpdateThereIsNoConnectionAndTheTypeIsUnknown) {
