@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Base/GuardedRun.hpp"
+
 namespace mireth {
 
 TimelineEventDetector::TimelineEventDetector(MirethLog& log, const std::shared_ptr<platform::Window>& window,
@@ -30,7 +32,7 @@ TimelineEventDetector::TimelineEventDetector(MirethLog& log, const std::shared_p
 
 TimelineEventDetector::~TimelineEventDetector() {
     if (isAttached_) {
-        removeGestureRecognizers();
+        runGuarded("the main queue", [this] { removeGestureRecognizers(); });
     }
 }
 
@@ -46,6 +48,12 @@ void TimelineEventDetector::stopDetection() {
     delivery_->eventCallback = nullptr;
     navigationChangeSubscription_.cancel();
     navigationChangeListener_.reset();
+}
+
+void TimelineEventDetector::setPaused(bool isPaused) {
+    delivery_->isPaused = isPaused;
+    errorTapSignalListener_.setPaused(isPaused);
+    deadTapListener_.setPaused(isPaused);
 }
 
 void TimelineEventDetector::observe(const NavigationChangePublisher& navigationChangePublisher) {

@@ -54,9 +54,9 @@ class TimelineEventDetector {
     void startDetection(SessionEventCallback sessionEventCallback);
     /// Also ends what `observe` began.
     void stopDetection();
-    /// While paused, what the listeners find is dropped with a log line.
-    void pauseDetection() { delivery_->isPaused = true; }
-    void resumeDetection() { delivery_->isPaused = false; }
+    /// While paused, what the listeners find is dropped with a log line; what was tapped then never comes.
+    void pauseDetection() { setPaused(true); }
+    void resumeDetection() { setPaused(false); }
 
     /// Passes an error that the host reported to the listeners.
     void recordLogError(const LogErrorData& error);
@@ -82,6 +82,7 @@ class TimelineEventDetector {
         bool isPaused = false;
     };
 
+    void setPaused(bool isPaused);
     template <class Data>
     void deliver(const AnyPublisher<std::optional<Data>>& published);
     void attachGestureRecoginzers();

@@ -35,16 +35,17 @@ class DetectorHost : public testing::Test {
     LogCapture capture{{LogTag::signal}};
     std::shared_ptr<ManualMainQueue> queue = std::make_shared<ManualMainQueue>();
     std::shared_ptr<platform::Window> window = std::make_shared<platform::Window>(Size{390, 844});
-    std::shared_ptr<TimelineEventDetector> detector = make();
+    std::shared_ptr<TimelineEventDetector> detector = make(queue);
     std::vector<Seen> seen;
     Finger finger{window};
 
-    std::shared_ptr<TimelineEventDetector> make() {
+    std::shared_ptr<TimelineEventDetector> make(std::shared_ptr<platform::MainQueue> mainQueue) {
         return std::make_shared<TimelineEventDetector>(
             capture.log(), window,
             std::make_unique<MirethGestureRecognizer>(capture.log(),
                                                       std::make_shared<GestureRecognizerObserver>()),
-            TimelineEventDetector::Environment{queue, [] { return Date(1); }, DevicePerformanceEvaluator(0)});
+            TimelineEventDetector::Environment{std::move(mainQueue), [] { return Date(1); },
+                                               DevicePerformanceEvaluator(0)});
     }
 
     void remember(const EventData& data) {

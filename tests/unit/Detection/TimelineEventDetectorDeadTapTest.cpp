@@ -52,6 +52,25 @@ TEST_F(DetectorDeadTap, FoundWhilePausedOrStoppedIsRefused) {
     EXPECT_THAT(seen, SizeIs(2)) << "the two taps";
 }
 
+TEST_F(DetectorDeadTap, OfATapInAPauseNeverComes) {
+    start();
+    detector->pauseDetection();
+    finger.tap({10, 20}, 7);
+    detector->resumeDetection();
+    capture.expectLines({errorLine(LogTag::signal, "Could not record event - event callback is nil")});
+    queue->advance(Seconds(2));
+    EXPECT_THAT(seen, ElementsAre()) << "and costs no second line";
+}
+
+TEST_F(DetectorDeadTap, OfATapBeforeAPauseComesAfterIt) {
+    start();
+    finger.tap({10, 20}, 7);
+    detector->pauseDetection();
+    detector->resumeDetection();
+    queue->advance(Seconds(2));
+    EXPECT_THAT(seen, ElementsAre(Seen{"Tap", 7000, {10, 20}}, Seen{"DeadTap", 7000, {10, 20}}));
+}
+
 TEST_F(DetectorDeadTap, ThatIsWaitedForWhenTheDetectorIsDroppedIsLogged) {
     start();
     finger.tap({10, 20}, 7);

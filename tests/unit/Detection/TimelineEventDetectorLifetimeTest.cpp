@@ -1,4 +1,6 @@
 // What may go away, and when.
+#include <stdexcept>
+
 #include "DetectorHost.hpp"
 
 namespace mireth {
@@ -49,9 +51,42 @@ TEST_F(DetectorLifetime, DroppedAfterAStopOrWithoutAStartItPostsNothingMore) {
     queue->runAll();
     detector.reset();
     EXPECT_FALSE(queue->runAll());
-    detector = make();
+    detector = make(queue);
     detector.reset();
     EXPECT_FALSE(queue->runAll());
+}
+
+/// Takes work until it is closed.
+class ClosableMainQueue final : public platform::MainQueue {
+  public:
+    explicit ClosableMainQueue(std::shared_ptr<platform::MainQueue> inner) : inner_(std::move(inner)) {}
+
+    void post(Work work) override {
+        if (isClosed) {
+            throw std::runtime_error("the loop is closed");
+        }
+        inner_->post(std::move(work));
+    }
+    void postAfter(platform::Seconds delay, Work work) override { inner_->postAfter(delay, std::move(work)); }
+    std::unique_ptr<platform::Timer> scheduleRepeating(platform::Seconds interval, Work tick) override {
+        return inner_->scheduleRepeating(interval, std::move(tick));
+    }
+    bool isCurrent() const noexcept override { return inner_->isCurrent(); }
+
+    bool isClosed = false;
+
+  private:
+    const std::shared_ptr<platform::MainQueue> inner_;
+};
+
+TEST_F(DetectorLifetime, AMainQueueThatTakesNoMoreWorkCostsItsEndALine) {
+    const auto closable = std::make_shared<ClosableMainQueue>(queue);
+    detector = make(closable);
+    start();
+    closable->isClosed = true;
+    testing::internal::CaptureStderr();
+    detector.reset();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "M-VEX: the main queue threw: the loop is closed\n");
 }
 
 TEST_F(DetectorLifetime, AWindowThatIsGoneIsNoError) {
@@ -136,7 +171,7 @@ TEST_F(DetectorLifetime, ALogListenerMayStopTheDetectorWhenItIsAttached) {
 TEST_F(DetectorLifetime, TheMemoryUseLinesNameWhatItOwns) {
     detector.reset();
     capture.log().setAllowedTags({LogTag::memoryUse});
-    detector = make();
+    detector = make(queue);
     std::vector<std::string> lines;
     for (const auto& line : capture.take()) {
         lines.push_back(line.text);

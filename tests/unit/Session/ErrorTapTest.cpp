@@ -79,7 +79,8 @@ TEST_F(ErrorTapSession, AClockSetForwardDoesNotPair) {
     EXPECT_THAT(errorTaps(), IsEmpty());
 }
 
-TEST_F(ErrorTapSession, WhilePausedErrorsAreRefusedAndATapStillArms) {
+TEST_F(ErrorTapSession, WhilePausedErrorsAreRefusedAndATapBelongsToNoErrorAfterIt) {
+    tap({1, 1});
     (void)host.core.pauseRecording();
     tap();
     // What the listeners find while paused is refused by the detector.
@@ -88,7 +89,17 @@ TEST_F(ErrorTapSession, WhilePausedErrorsAreRefusedAndATapStillArms) {
     EXPECT_THAT(host.errors(), ElementsAre(test::errorRefusal));
     (void)host.core.resumeRecording();
     log("after it");
-    EXPECT_THAT(errorTaps(), ElementsAre("0 after it 585"));
+    tap();
+    log("of this one");
+    EXPECT_THAT(errorTaps(), ElementsAre("0 of this one 585"));
+}
+
+TEST_F(ErrorTapSession, ATapBeforeAPausePairsAfterIt) {
+    tap();
+    (void)host.core.pauseRecording();
+    (void)host.core.resumeRecording();
+    log();
+    EXPECT_THAT(errorTaps(), ElementsAre("0 e 585"));
 }
 
 TEST_F(ErrorTapSession, ATapOfTheSessionBeforeDoesNotPair) {

@@ -16,12 +16,12 @@ DeadTapListener::DeadTapListener(MirethLog& log, const MirethGestureRecognizer& 
                                  std::shared_ptr<ViewAnalyzer> viewAnalyzer)
     : viewAnalyzer_(std::move(viewAnalyzer)),
       signalData_(std::make_shared<SignalData>()),
-      session_(std::make_shared<std::uint64_t>(0)),
+      period_(std::make_shared<Period>()),
       recognizedGestureSubscription_(
           mirethGestureRecognizer.recognizedGestures()
               .filter([](const GestureEvent& gesture) { return gesture.isSingleTap(); })
               .sink([&log, analyzer = std::weak_ptr(viewAnalyzer_),
-                     judgement = Judgement{signalData_, session_}](const GestureEvent& gesture) {
+                     judgement = Judgement{signalData_, period_}](const GestureEvent& gesture) {
                   if (const auto strong = analyzer.lock()) {
                       handleGesture(log, *strong, judgement, gesture);
                   }
@@ -30,19 +30,19 @@ DeadTapListener::DeadTapListener(MirethLog& log, const MirethGestureRecognizer& 
 
 void DeadTapListener::handleGesture(MirethLog& log, ViewAnalyzer& viewAnalyzer, const Judgement& judgement,
                                     const GestureEvent& gesture) {
-    viewAnalyzer.analyzeView([&log, judgement, gesture,
-                              session = *judgement.session](const ViewAnalyzer::ComparisonResult& result) {
-        using Kind = ViewAnalyzer::ComparisonResult::Kind;
-        if (result.kind == Kind::error) {
-            log.error(LogTag::signal, "Error during analysis: " + result.message);
-            return;
-        }
-        const auto published = judgement.signalData.lock();
-        if (result.kind == Kind::equal && published && session == *judgement.session &&
-            gesture.getTouchData()) {
-            *published = toDeadTapSignalData(*gesture.getTouchData());
-        }
-    });
+    viewAnalyzer.analyzeView(
+        [&log, judgement, gesture, tapped = *judgement.now](const ViewAnalyzer::ComparisonResult& result) {
+            using Kind = ViewAnalyzer::ComparisonResult::Kind;
+            if (result.kind == Kind::error) {
+                log.error(LogTag::signal, "Error during analysis: " + result.message);
+                return;
+            }
+            const auto published = judgement.signalData.lock();
+            if (result.kind == Kind::equal && published && judgement.now->follows(tapped) &&
+                gesture.getTouchData()) {
+                *published = toDeadTapSignalData(*gesture.getTouchData());
+            }
+        });
 }
 
 }  // namespace mireth

@@ -24,7 +24,10 @@ class DeadTapListener {
                     std::shared_ptr<ViewAnalyzer> viewAnalyzer);
 
     /// The taps whose wait is not over are judged no more: they belong to the session before.
-    void forget() const { ++*session_; }
+    void forget() const { ++period_->session; }
+
+    /// A tap in a pause is none of the recording: what is found of it after the pause is dropped.
+    void setPaused(bool isPaused) const { period_->isPaused = isPaused; }
 
     /// The last dead tap; nothing before the first.
     AnyPublisher<std::optional<DeadTapSignalData>> signalData() const {
@@ -34,10 +37,22 @@ class DeadTapListener {
   private:
     using SignalData = LatestEvent<DeadTapSignalData>;
 
+    /// When something happens.
+    struct Period {
+        /// Counts the sessions.
+        std::uint64_t session = 0;
+        bool isPaused = false;
+
+        /// Whether what was tapped in `tapped` may be told of now.
+        bool follows(const Period& tapped) const {
+            return session == tapped.session && (isPaused || !tapped.isPaused);
+        }
+    };
+
     /// What a judgement works on, so that one which waits survives the end of the listener.
     struct Judgement {
         std::weak_ptr<SignalData> signalData;
-        std::shared_ptr<const std::uint64_t> session;
+        std::shared_ptr<const Period> now;
     };
 
     static void handleGesture(MirethLog& log, ViewAnalyzer& viewAnalyzer, const Judgement& judgement,
@@ -45,8 +60,7 @@ class DeadTapListener {
 
     const std::shared_ptr<ViewAnalyzer> viewAnalyzer_;
     const std::shared_ptr<SignalData> signalData_;
-    /// Counts the sessions.
-    const std::shared_ptr<std::uint64_t> session_;
+    const std::shared_ptr<Period> period_;
     AnyCancellable recognizedGestureSubscription_;
     const MemoryUseLines memoryUse_;
 };

@@ -36,6 +36,11 @@ class ErrorTapSignalListener::Pairing {
         }
         // What was logged before this tap belongs to the one before it, on whichever thread that was.
         takeWaitingErrors_();
+        if (isPaused_) {
+            // Of what was touched in a pause nothing is told, also not by an error after it.
+            forget();
+            return;
+        }
         // Errors carry the wall clock, a touch the uptime clock: only one clock can be compared with itself.
         lastDetectedTouch_ =
             TouchData{touchData->x, touchData->y, currentTimeProvider_().toTimestampMillis()};
@@ -51,6 +56,7 @@ class ErrorTapSignalListener::Pairing {
     }
 
     void forget() noexcept { lastDetectedTouch_.reset(); }
+    void setPaused(bool isPaused) noexcept { isPaused_ = isPaused; }
 
     AnyPublisher<std::optional<ErrorTapSignalData>> signalData() const {
         return signalData_.eraseToAnyPublisher();
@@ -62,6 +68,7 @@ class ErrorTapSignalListener::Pairing {
     LatestEvent<ErrorTapSignalData> signalData_;
     /// With the wall-clock time at which it was recognised as its time.
     std::optional<TouchData> lastDetectedTouch_;
+    bool isPaused_ = false;
 };
 
 ErrorTapSignalListener::ErrorTapSignalListener(MirethLog& log,
@@ -85,6 +92,10 @@ ErrorTapSignalListener::ErrorTapSignalListener(MirethLog& log,
 
 void ErrorTapSignalListener::forget() const {
     pairing_->forget();
+}
+
+void ErrorTapSignalListener::setPaused(bool isPaused) const {
+    pairing_->setPaused(isPaused);
 }
 
 AnyPublisher<std::optional<ErrorTapSignalData>> ErrorTapSignalListener::signalData() const {

@@ -27,6 +27,9 @@ class ErrorTapSignalListener {
     /// Forgets the latest tap: an error of a session belongs to no tap of the session before.
     void forget() const;
 
+    /// A tap in a pause is none that an error could belong to, and the tap before it is the latest no more.
+    void setPaused(bool isPaused) const;
+
     /// The last error tap; nothing before the first.
     AnyPublisher<std::optional<ErrorTapSignalData>> signalData() const;
 
