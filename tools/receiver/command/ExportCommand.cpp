@@ -75,6 +75,7 @@ int exportVideo(const ExportOptions& options, std::ostream& errors) {
     }
     bound(RLIMIT_FSIZE, static_cast<rlim_t>((*outline)->summary.bytes) + overhead);
     std::vector<VideoPart> parts;
+    parts.reserve(chunks.size());
     for (const auto& chunk : chunks) {
         parts.push_back({.name = "chunk " + std::to_string(chunk.number),
                          .open = [&, key = chunk.video.key] { return (*store)->openVideo(key); },

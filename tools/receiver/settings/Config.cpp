@@ -81,7 +81,7 @@ const ProjectSettings* Config::find(const std::string& brandId, const std::strin
 
 std::pair<std::string, std::string> Config::payerOf(const std::string& brandId,
                                                     const std::string& projectId) const {
-    std::pair key{brandId, projectId};
+    const std::pair key{brandId, projectId};
     return projects.contains(key) ? key : std::pair<std::string, std::string>{};
 }
 

@@ -50,6 +50,7 @@ class PassingFile {
 
 std::optional<pid_t> spawn(std::vector<std::string> arguments) {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (auto& argument : arguments) {
         pointers.push_back(argument.data());
     }

@@ -20,7 +20,7 @@ constexpr int bufferBytes = 32 * 1024;
 }  // namespace
 
 void SourceStream::Free::operator()(AVIOContext* context) const {
-    av_freep(&context->buffer);
+    av_freep(static_cast<void*>(&context->buffer));
     avio_context_free(&context);
 }
 
