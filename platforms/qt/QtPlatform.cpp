@@ -7,7 +7,9 @@
 #include "Base/GuardedRun.hpp"
 #include "MirethVex/PublicSide/MirethSR.hpp"
 #include "platforms/qt/mirror/RecordedWindows.hpp"
+#include "platforms/qt/mirror/WindowEnvironment.hpp"
 #include "platforms/qt/objects/ClassCatalog.hpp"
+#include "platforms/qt/objects/WindowOrder.hpp"
 #include "platforms/qt/qml/QmlModule.hpp"
 #include "platforms/qt/system/Installation.hpp"
 #include "platforms/qt/system/QtApplication.hpp"
@@ -29,6 +31,7 @@ struct QtPlatform::Parts {
         environment.clock = linuxAnswers.services().clock;
         environment.mainQueue = mainQueue;
         environment.appearance = appearance;
+        environment.order = order;
         return std::make_shared<RecordedWindows>(std::move(environment));
     }
 
@@ -44,6 +47,7 @@ struct QtPlatform::Parts {
     const std::shared_ptr<QtMainQueue> mainQueue = std::make_shared<QtMainQueue>();
     const std::shared_ptr<platform::AppearanceDelivery> appearance =
         std::make_shared<platform::AppearanceDelivery>();
+    const std::shared_ptr<const WindowOrder> order = std::make_shared<WindowOrder>();
     const std::shared_ptr<RecordedWindows> windows;
     const PlatformServices services;
 };

@@ -31,9 +31,10 @@ class QtKeptPictures : public testing::Test {
 
     const std::shared_ptr<headless::VirtualMainQueue> queue_ = std::make_shared<headless::VirtualMainQueue>();
     Painted window_;
-    const qt::RecordedWindow recorded_{qt::LiveWindow(window_),
-                                       {std::make_shared<headless::HeadlessClock>(queue_, 0, 0), queue_,
-                                        std::make_shared<platform::AppearanceDelivery>()}};
+    const qt::RecordedWindow recorded_{
+        qt::LiveWindow(window_),
+        {std::make_shared<headless::HeadlessClock>(queue_, 0, 0), queue_,
+         std::make_shared<platform::AppearanceDelivery>(), std::make_shared<qt::WindowOrder>()}};
 };
 
 TEST_F(QtKeptPictures, AreKeptAsLongAsFramesWithoutMaskingAreMade) {

@@ -85,6 +85,16 @@ TEST_F(QtWindowsAbove, TheLastFocusedOrRaisedIsInFront) {
     EXPECT_EQ(greyAtTheCorner(), 100);
 }
 
+TEST_F(QtWindowsAbove, TheirOrderIsKnownFromBeforeTheWindowIsRecorded) {
+    recorded_.reset();
+    const auto first = dialog(window_, 10);
+    const auto second = dialog(window_, 100);
+    show(*second);
+    show(*first);
+    recorded_ = platform_.windowOf(window_);
+    EXPECT_EQ(greyAtTheCorner(), 10);
+}
+
 TEST_F(QtWindowsAbove, ADialogStaysInFrontOfTheOneItBelongsTo) {
     const auto below = dialog(window_, 10);
     const auto question = dialog(*below, 100);

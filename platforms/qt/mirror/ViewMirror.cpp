@@ -57,7 +57,7 @@ std::vector<std::shared_ptr<View>> ViewMirror::allOf(const LiveWindow& live, See
     views.push_back(contentOf(live, screens, pictures));
     const Point origin = live.origin();
     auto windowsAbove = live.windowsAbove();
-    order_.sort(windowsAbove, live.window());
+    order_->sort(windowsAbove, live.window());
     for (const LiveWindow& above : windowsAbove) {
         const Point place = above.origin();
         const Size size = above.size();

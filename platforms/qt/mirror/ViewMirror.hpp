@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "MirethVex/Platform/View.hpp"
@@ -19,6 +20,8 @@ namespace mireth::qt {
 /// One mirror serves one window. Main thread only.
 class ViewMirror {
   public:
+    explicit ViewMirror(std::shared_ptr<const WindowOrder> order) : order_(std::move(order)) {}
+
     /// The window's content, and then the windows above it at their places. Nothing of the app's is painted
     /// or changed for it, and none of its code runs.
     /// `screens` hears of the screens that are met.
@@ -42,9 +45,9 @@ class ViewMirror {
     std::shared_ptr<platform::View> contentOf(const LiveWindow& live, SeenScreens& screens,
                                               UnmaskedPictures* pictures);
 
+    const std::shared_ptr<const WindowOrder> order_;
     ClassCatalog catalog_;
     WindowState state_{catalog_};
-    WindowOrder order_;
     MirroredViews views_;
     StyledContents contents_;
     std::shared_ptr<UnmaskedPictures> pictures_;

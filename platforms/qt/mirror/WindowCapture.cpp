@@ -10,6 +10,7 @@ WindowCapture::WindowCapture(platform::Window& window, const LiveWindow& live,
                              const WindowEnvironment& environment)
     : live_(live),
       mainQueue_(environment.mainQueue),
+      mirror_(environment.order),
       screens_(environment.appearance, environment.mainQueue, [this] { lookAgain(); }),
       touches_(window, live, environment.clock, [this] { return look(); }) {
     layer_.appearance.masksToBounds = true;

@@ -1,7 +1,6 @@
 #include "platforms/qt/objects/WindowOrder.hpp"
 
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <QWidget>
 #include <algorithm>
 #include <compare>
@@ -24,9 +23,9 @@ int storeyOf(const QWindow& window) {
 struct WindowOrder::Place {
     int storey = 0;
     /// The latest of the window's own turn and those of the windows that it belongs to, which it comes with.
-    std::uint64_t turn = 0;
+    std::ptrdiff_t turn = 0;
     int depth = 0;
-    std::uint64_t ownTurn = 0;
+    std::ptrdiff_t ownTurn = 0;
 
     auto operator<=>(const Place&) const = default;
 };
@@ -35,10 +34,7 @@ WindowOrder::WindowOrder() {
     QCoreApplication::instance()->installEventFilter(this);
 }
 
-void WindowOrder::sort(std::vector<LiveWindow>& windows, const QWindow* below) {
-    const auto all = QGuiApplication::topLevelWindows();
-    std::erase_if(turns_,
-                  [&all](const auto& known) { return std::ranges::find(all, known.first) == all.end(); });
+void WindowOrder::sort(std::vector<LiveWindow>& windows, const QWindow* below) const {
     std::ranges::stable_sort(windows, {}, [this, below](const LiveWindow& live) {
         const QWindow* const window = live.window();
         return window != nullptr ? placeOf(*window, below) : Place();
@@ -72,13 +68,15 @@ WindowOrder::Place WindowOrder::placeOf(const QWindow& window, const QWindow* be
 
 void WindowOrder::toFront(const QWindow* window) {
     if (window != nullptr && window->isTopLevel()) {
-        turns_[window] = ++lastTurn_;
+        std::erase_if(backToFront_,
+                      [window](const auto& known) { return known == nullptr || known == window; });
+        backToFront_.emplace_back(window);
     }
 }
 
-std::uint64_t WindowOrder::turnOf(const QWindow& window) const {
-    const auto known = turns_.find(&window);
-    return known != turns_.end() ? known->second : 0;
+std::ptrdiff_t WindowOrder::turnOf(const QWindow& window) const {
+    const auto known = std::ranges::find_if(backToFront_, [&](const auto& each) { return each == &window; });
+    return known != backToFront_.end() ? known - backToFront_.begin() + 1 : 0;
 }
 
 }  // namespace mireth::qt

@@ -3,9 +3,9 @@
 
 #include <QEvent>
 #include <QObject>
+#include <QPointer>
 #include <QWindow>
-#include <cstdint>
-#include <unordered_map>
+#include <cstddef>
 #include <vector>
 
 #include "platforms/qt/objects/LiveWindow.hpp"
@@ -13,15 +13,19 @@
 namespace mireth::qt {
 
 /// Qt does not tell how the desktop stacks windows. It follows from what the app and the user have done with
-/// them since this object was made: a window comes to the front when it is shown, raised or focused. Main
-/// thread only.
+/// them since this object was made: a window comes to the front when it is shown, raised or focused. One
+/// serves the whole application. Main thread only.
 class WindowOrder final : public QObject {
   public:
     WindowOrder();
 
     /// Puts windows that stand above `below` back to front: dialogs in front of those that they belong to,
     /// menus and tool tips in front of all.
-    void sort(std::vector<LiveWindow>& windows, const QWindow* below);
+    void sort(std::vector<LiveWindow>& windows, const QWindow* below) const;
+
+    /// How many windows it keeps in mind: those that are there, and what has gone since one last came to the
+    /// front.
+    std::size_t size() const noexcept { return backToFront_.size(); }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -30,11 +34,10 @@ class WindowOrder final : public QObject {
 
     Place placeOf(const QWindow& window, const QWindow* below) const;
     void toFront(const QWindow* window);
-    /// 0 for a window that was not seen coming to the front.
-    std::uint64_t turnOf(const QWindow& window) const;
+    /// Counted from 1; 0 for a window that was not seen coming to the front.
+    std::ptrdiff_t turnOf(const QWindow& window) const;
 
-    std::unordered_map<const QWindow*, std::uint64_t> turns_;
-    std::uint64_t lastTurn_ = 0;
+    std::vector<QPointer<const QWindow>> backToFront_;
 };
 
 }  // namespace mireth::qt
