@@ -5,27 +5,22 @@
 #include <QMouseEvent>
 #include <QPointer>
 #include <QPointingDevice>
-#include <QStyleHints>
 #include <QThread>
 #include <QTouchEvent>
 #include <algorithm>
-#include <cmath>
 #include <utility>
-#include <vector>
 
 #include "Base/GuardedRun.hpp"
 #include "platforms/qt/objects/ScreenKeyboard.hpp"
 
 namespace mireth::qt {
 
-using platform::Touch;
 using platform::TouchEvent;
-using platform::TouchPhase;
 
 namespace {
 
 /// No touch point has it: their identifiers are ints, one device's range beside the other's.
-constexpr std::uint64_t mouseKey = ~std::uint64_t{0};
+constexpr Fingers::Key mouseKey = ~Fingers::Key{0};
 
 bool isFrom(QInputDevice::DeviceType type, const QPointerEvent& event) {
     const auto* const device = event.pointingDevice();
@@ -53,13 +48,8 @@ bool isTouch(QEvent::Type type) {
            type == QEvent::TouchCancel;
 }
 
-std::uint64_t keyOf(const QEventPoint& point) {
+Fingers::Key keyOf(const QEventPoint& point) {
     return static_cast<std::uint32_t>(point.id());
-}
-
-bool exceedsDragDistance(Point from, Point to) {
-    const int distance = QGuiApplication::styleHints()->startDragDistance();
-    return std::abs(to.x - from.x) + std::abs(to.y - from.y) > distance;
 }
 
 }  // namespace
@@ -114,7 +104,7 @@ void TouchSource::handleMouse(const QWindow& window, const QMouseEvent& event) {
             // The release was lost, as when a menu is closed by a press outside of it.
             end(touches, mouseKey, std::nullopt);
         } else if (location) {
-            move(touches, mouseKey, *location);
+            fingers_.move(touches, mouseKey, *location);
         }
     } else if (event.button() == Qt::LeftButton) {
         end(touches, mouseKey, location);
@@ -124,13 +114,14 @@ void TouchSource::handleMouse(const QWindow& window, const QMouseEvent& event) {
 
 void TouchSource::handleTouch(const QWindow& window, const QTouchEvent& event) {
     const QPointingDevice* const device = event.pointingDevice();
+    TouchEvent touches = makeEvent();
     if (event.type() == QEvent::TouchCancel) {
         if (locationOf(window, QPointF())) {
-            cancelAllOf(device);
+            fingers_.cancelAllOf(touches, device);
+            send(touches);
         }
         return;
     }
-    TouchEvent touches = makeEvent();
     for (const QEventPoint& point : event.points()) {
         const auto location = locationOf(window, point.position());
         if (point.state() == QEventPoint::Released) {
@@ -139,7 +130,7 @@ void TouchSource::handleTouch(const QWindow& window, const QTouchEvent& event) {
                    !isOnKeyboard(window, point.position())) {
             begin(touches, keyOf(point), device, *location);
         } else if (location && point.state() == QEventPoint::Updated) {
-            move(touches, keyOf(point), *location);
+            fingers_.move(touches, keyOf(point), *location);
         }
     }
     send(touches);
@@ -151,86 +142,19 @@ TouchEvent TouchSource::makeEvent() const {
     return event;
 }
 
-void TouchSource::begin(TouchEvent& event, std::uint64_t key, const QPointingDevice* device, Point location) {
+void TouchSource::begin(TouchEvent& event, Fingers::Key key, const QPointingDevice* device, Point location) {
     // By itself: within one event a begin would be heard of first.
     TouchEvent lost = makeEvent();
-    cancel(lost, key);
+    fingers_.cancel(lost, key);
     send(lost);
-    Finger finger;
-    finger.device = device;
-    finger.touch.identity = ++lastIdentity_;
-    finger.touch.phase = TouchPhase::began;
-    finger.touch.locationInWindow = location;
-    finger.touch.timestamp = event.timestamp;
-    finger.touch.tapCount = counter().countOf(location, event.timestamp);
-    // No view: those of the mirror last for one pass, and nobody asks a touch for its own.
-    finger.touch.window = std::static_pointer_cast<platform::Window>(window_.weak_from_this().lock());
-    finger.shownAtPress = std::make_shared<const Views>(look_());
-    event.touches.push_back(finger.touch);
-    fingers_.emplace(key, std::move(finger));
+    const auto recorded = std::static_pointer_cast<platform::Window>(window_.weak_from_this().lock());
+    fingers_.begin(event, key, {device, location, recorded, std::make_shared<const Views>(look_())});
 }
 
-void TouchSource::move(TouchEvent& event, std::uint64_t key, Point location) {
-    const auto found = fingers_.find(key);
-    if (found == fingers_.end()) {
-        return;
+void TouchSource::end(TouchEvent& event, Fingers::Key key, std::optional<Point> location) {
+    if (auto shown = fingers_.end(event, key, location)) {
+        shownAtPress_ = std::move(shown);
     }
-    Finger& finger = found->second;
-    if (!finger.hasMoved && !exceedsDragDistance(finger.touch.locationInWindow, location)) {
-        return;
-    }
-    finger.hasMoved = true;
-    finger.touch.phase = TouchPhase::moved;
-    finger.touch.locationInWindow = location;
-    finger.touch.timestamp = event.timestamp;
-    event.touches.push_back(finger.touch);
-}
-
-void TouchSource::end(TouchEvent& event, std::uint64_t key, std::optional<Point> location) {
-    const auto found = fingers_.find(key);
-    if (found == fingers_.end()) {
-        return;
-    }
-    if (location && !found->second.hasMoved) {
-        // While the app drags something, Qt keeps the moves and hands on no more than the release.
-        move(event, key, *location);
-    }
-    Finger finger = std::move(found->second);
-    fingers_.erase(found);
-    finger.touch.phase = TouchPhase::ended;
-    finger.touch.timestamp = event.timestamp;
-    if (finger.hasMoved && location) {
-        finger.touch.locationInWindow = *location;
-    }
-    counter().touchEnded(finger.touch);
-    event.touches.push_back(finger.touch);
-    shownAtPress_ = std::move(finger.shownAtPress);
-}
-
-void TouchSource::cancel(TouchEvent& event, std::uint64_t key) {
-    const auto found = fingers_.find(key);
-    if (found == fingers_.end()) {
-        return;
-    }
-    Touch touch = std::move(found->second.touch);
-    fingers_.erase(found);
-    touch.phase = TouchPhase::cancelled;
-    touch.timestamp = event.timestamp;
-    event.touches.push_back(std::move(touch));
-}
-
-void TouchSource::cancelAllOf(const QPointingDevice* device) {
-    std::vector<std::uint64_t> keys;
-    for (const auto& [key, finger] : fingers_) {
-        if (finger.device == device) {
-            keys.push_back(key);
-        }
-    }
-    TouchEvent event = makeEvent();
-    for (const auto key : keys) {
-        cancel(event, key);
-    }
-    send(event);
 }
 
 void TouchSource::send(const TouchEvent& event) {
@@ -260,14 +184,6 @@ std::optional<Point> TouchSource::locationOf(const QWindow& window, const QPoint
     const QPointF global = outer->mapToGlobal(place);
     const QPointF own = recorded->mapFromGlobal(global);
     return Point{own.x(), own.y()};
-}
-
-platform::TapCounter& TouchSource::counter() {
-    if (!counter_) {
-        const auto* const hints = QGuiApplication::styleHints();
-        counter_.emplace(hints->mouseDoubleClickInterval() / 1000.0, hints->startDragDistance());
-    }
-    return *counter_;
 }
 
 }  // namespace mireth::qt
