@@ -113,7 +113,7 @@ void ItemMirror::addChildren(const QQuickItem& item, View& view) {
     }
     ++depth_;
     for (QQuickItem* const child : children) {
-        if (isSeen(*child)) {
+        if (isSeen(*child) && size_.takeOneMore()) {
             view.addSubview(viewOf(*child));
         }
     }

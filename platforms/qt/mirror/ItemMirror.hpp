@@ -8,6 +8,7 @@
 #include "MirethVex/Platform/View.hpp"
 #include "platforms/qt/mirror/MirroredViews.hpp"
 #include "platforms/qt/objects/ClassCatalog.hpp"
+#include "platforms/qt/objects/PassSize.hpp"
 #include "platforms/qt/pictures/ItemPictures.hpp"
 #include "platforms/qt/screens/SeenScreens.hpp"
 #include "platforms/qt/state/WindowState.hpp"
@@ -19,9 +20,15 @@ namespace mireth::qt {
 class ItemMirror {
   public:
     ItemMirror(ClassCatalog& catalog, const MirroredViews& views, WindowState& state, SeenScreens& screens,
-               ItemPictures* pictures = nullptr)
-        : catalog_(catalog), views_(views), state_(state), screens_(screens), pictures_(pictures) {}
+               PassSize& size, ItemPictures* pictures = nullptr)
+        : catalog_(catalog),
+          views_(views),
+          state_(state),
+          screens_(screens),
+          size_(size),
+          pictures_(pictures) {}
 
+    /// What there is no room for in the pass is left out.
     std::shared_ptr<platform::View> viewOf(QQuickItem& item);
 
   private:
@@ -33,6 +40,7 @@ class ItemMirror {
     const MirroredViews& views_;
     WindowState& state_;
     SeenScreens& screens_;
+    PassSize& size_;
     ItemPictures* const pictures_;
     std::size_t depth_ = 0;
 };

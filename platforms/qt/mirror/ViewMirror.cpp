@@ -54,6 +54,7 @@ std::vector<std::shared_ptr<View>> ViewMirror::allOf(const LiveWindow& live, See
     }
     catalog_.startPass();
     state_.startPass();
+    size_.startPass();
     views.push_back(contentOf(live, screens, pictures));
     const Point origin = live.origin();
     auto windowsAbove = live.windowsAbove();
@@ -81,13 +82,13 @@ std::shared_ptr<View> ViewMirror::contentOf(const LiveWindow& live, SeenScreens&
                                             UnmaskedPictures* pictures) {
     if (QWidget* const widget = live.widget()) {
         screens.addWindow(*widget);
-        return WidgetMirror(catalog_, views_, contents_, state_, screens,
+        return WidgetMirror(catalog_, views_, contents_, state_, screens, size_,
                             pictures != nullptr ? &pictures->ofWidgets : nullptr)
             .viewOf(*widget);
     }
     if (QQuickWindow* const window = live.quickWindow()) {
         screens.addWindow(*window);
-        return ItemMirror(catalog_, views_, state_, screens,
+        return ItemMirror(catalog_, views_, state_, screens, size_,
                           pictures != nullptr ? &pictures->ofItems : nullptr)
             .viewOf(*window->contentItem());
     }

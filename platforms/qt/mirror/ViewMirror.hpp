@@ -10,6 +10,7 @@
 #include "platforms/qt/mirror/StyledContents.hpp"
 #include "platforms/qt/objects/ClassCatalog.hpp"
 #include "platforms/qt/objects/LiveWindow.hpp"
+#include "platforms/qt/objects/PassSize.hpp"
 #include "platforms/qt/objects/WindowOrder.hpp"
 #include "platforms/qt/pictures/UnmaskedPictures.hpp"
 #include "platforms/qt/screens/SeenScreens.hpp"
@@ -48,6 +49,7 @@ class ViewMirror {
     const std::shared_ptr<const WindowOrder> order_;
     ClassCatalog catalog_;
     WindowState state_{catalog_};
+    PassSize size_;
     MirroredViews views_;
     StyledContents contents_;
     std::shared_ptr<UnmaskedPictures> pictures_;

@@ -139,7 +139,9 @@ std::shared_ptr<View> WidgetMirror::copy(QWidget& widget) {
     } else {
         ++depth_;
         for (QWidget* const child : children) {
-            view->addSubview(copy(*child));
+            if (size_.takeOneMore()) {
+                view->addSubview(copy(*child));
+            }
         }
         --depth_;
     }

@@ -9,6 +9,7 @@
 #include "platforms/qt/mirror/MirroredViews.hpp"
 #include "platforms/qt/mirror/StyledContents.hpp"
 #include "platforms/qt/objects/ClassCatalog.hpp"
+#include "platforms/qt/objects/PassSize.hpp"
 #include "platforms/qt/pictures/WidgetPictures.hpp"
 #include "platforms/qt/screens/SeenScreens.hpp"
 #include "platforms/qt/state/WindowState.hpp"
@@ -20,15 +21,17 @@ namespace mireth::qt {
 class WidgetMirror {
   public:
     WidgetMirror(ClassCatalog& catalog, const MirroredViews& views, StyledContents& contents,
-                 WindowState& state, SeenScreens& screens, WidgetPictures* pictures = nullptr)
+                 WindowState& state, SeenScreens& screens, PassSize& size, WidgetPictures* pictures = nullptr)
         : catalog_(catalog),
           views_(views),
           contents_(contents),
           state_(state),
           screens_(screens),
+          size_(size),
           pictures_(pictures) {}
 
-    /// The window itself lies at the origin; its background is left to whoever places it.
+    /// The window itself lies at the origin; its background is left to whoever places it. What there is no
+    /// room for in the pass is left out.
     std::shared_ptr<platform::View> viewOf(QWidget& window);
 
   private:
@@ -43,6 +46,7 @@ class WidgetMirror {
     StyledContents& contents_;
     WindowState& state_;
     SeenScreens& screens_;
+    PassSize& size_;
     WidgetPictures* const pictures_;
     std::size_t depth_ = 0;
 };

@@ -60,7 +60,7 @@ void WindowState::addContentOf(const QQuickItem& item) {
 }
 
 void WindowState::addHidden(const QWidget& widget) {
-    if (!widget.isVisible() || widget.isWindow()) {
+    if (!widget.isVisible() || widget.isWindow() || !hiddenSize_.takeOneMore()) {
         return;
     }
     const QRect& place = widget.geometry();
@@ -72,7 +72,7 @@ void WindowState::addHidden(const QWidget& widget) {
 }
 
 void WindowState::addHidden(const QQuickItem& item) {
-    if (!item.isVisible() || item.opacity() <= 0) {
+    if (!item.isVisible() || item.opacity() <= 0 || !hiddenSize_.takeOneMore()) {
         return;
     }
     ItemState::addLook(digest_, item);

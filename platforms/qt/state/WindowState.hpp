@@ -9,6 +9,7 @@
 #include "MirethVex/Platform/Image.hpp"
 #include "MirethVex/Platform/View.hpp"
 #include "platforms/qt/objects/ClassCatalog.hpp"
+#include "platforms/qt/objects/PassSize.hpp"
 #include "platforms/qt/state/ItemState.hpp"
 #include "platforms/qt/state/StateDigest.hpp"
 #include "platforms/qt/state/WidgetState.hpp"
@@ -20,7 +21,10 @@ class WindowState {
   public:
     explicit WindowState(ClassCatalog& catalog) : catalog_(catalog) {}
 
-    void startPass() { digest_ = {}; }
+    void startPass() {
+        digest_ = {};
+        hiddenSize_.startPass();
+    }
 
     /// Of one widget or item of the mirror; what lies in it comes by itself.
     void add(const QWidget& widget);
@@ -43,6 +47,8 @@ class WindowState {
     WidgetState widgets_;
     ItemState items_;
     std::size_t depth_ = 0;
+    /// Of what the mirror does not show.
+    PassSize hiddenSize_;
 };
 
 }  // namespace mireth::qt
