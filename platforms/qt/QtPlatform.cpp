@@ -6,8 +6,6 @@
 
 #include "Base/GuardedRun.hpp"
 #include "MirethVex/PublicSide/MirethSR.hpp"
-#include "platforms/qt/mirror/RecordedWindows.hpp"
-#include "platforms/qt/mirror/WindowEnvironment.hpp"
 #include "platforms/qt/objects/ClassCatalog.hpp"
 #include "platforms/qt/objects/WindowOrder.hpp"
 #include "platforms/qt/qml/QmlModule.hpp"
@@ -15,6 +13,8 @@
 #include "platforms/qt/system/QtApplication.hpp"
 #include "platforms/qt/system/QtInformation.hpp"
 #include "platforms/qt/system/QtMainQueue.hpp"
+#include "platforms/qt/window/RecordedWindows.hpp"
+#include "platforms/qt/window/WindowEnvironment.hpp"
 
 namespace mireth::qt {
 

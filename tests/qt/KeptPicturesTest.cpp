@@ -6,7 +6,7 @@
 
 #include "MirethVex/Headless/HeadlessClock.hpp"
 #include "MirethVex/Headless/VirtualMainQueue.hpp"
-#include "platforms/qt/mirror/RecordedWindow.hpp"
+#include "platforms/qt/window/RecordedWindow.hpp"
 
 namespace mireth::qttest {
 

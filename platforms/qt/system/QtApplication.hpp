@@ -9,7 +9,7 @@
 #include "MirethVex/Base/PassthroughSubject.hpp"
 #include "MirethVex/Platform/AppearanceDelivery.hpp"
 #include "MirethVex/Platform/Application.hpp"
-#include "platforms/qt/mirror/RecordedWindows.hpp"
+#include "platforms/qt/window/RecordedWindows.hpp"
 
 namespace mireth::qt {
 

@@ -1,6 +1,6 @@
-#include "platforms/qt/mirror/RecordedWindow.hpp"
+#include "platforms/qt/window/RecordedWindow.hpp"
 
-#include "platforms/qt/mirror/WindowCapture.hpp"
+#include "platforms/qt/window/WindowCapture.hpp"
 
 namespace mireth::qt {
 

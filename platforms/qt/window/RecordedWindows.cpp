@@ -1,4 +1,4 @@
-#include "platforms/qt/mirror/RecordedWindows.hpp"
+#include "platforms/qt/window/RecordedWindows.hpp"
 
 #include <QQuickRenderControl>
 #include <QQuickWindow>

@@ -9,10 +9,10 @@
 #include "MirethVex/Platform/MainQueue.hpp"
 #include "MirethVex/Platform/Window.hpp"
 #include "platforms/qt/mirror/ViewMirror.hpp"
-#include "platforms/qt/mirror/WindowEnvironment.hpp"
 #include "platforms/qt/objects/LiveWindow.hpp"
 #include "platforms/qt/screens/ScreenWatch.hpp"
 #include "platforms/qt/touch/TouchSource.hpp"
+#include "platforms/qt/window/WindowEnvironment.hpp"
 
 namespace mireth::qt {
 

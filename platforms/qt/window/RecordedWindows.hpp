@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "platforms/qt/mirror/RecordedWindow.hpp"
-#include "platforms/qt/mirror/WindowEnvironment.hpp"
 #include "platforms/qt/objects/LiveWindow.hpp"
+#include "platforms/qt/window/RecordedWindow.hpp"
+#include "platforms/qt/window/WindowEnvironment.hpp"
 
 namespace mireth::qt {
 

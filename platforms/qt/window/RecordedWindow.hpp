@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "MirethVex/Platform/Window.hpp"
-#include "platforms/qt/mirror/WindowEnvironment.hpp"
 #include "platforms/qt/objects/LiveWindow.hpp"
+#include "platforms/qt/window/WindowEnvironment.hpp"
 
 namespace mireth::qt {
 

@@ -1,4 +1,4 @@
-#include "platforms/qt/mirror/WindowCapture.hpp"
+#include "platforms/qt/window/WindowCapture.hpp"
 
 #include <utility>
 
