@@ -176,8 +176,12 @@ TEST_F(QtMarked, ItsToolTipIsABlockAlsoOneThatAnotherWidgetHadBefore) {
 TEST_F(QtMarked, AToolTipThatMayBeItsOwnIsABlock) {
     const QString red("<p style='background-color: red'>4111 1111</p>");
     QLabel plain("plain", &window_);
+    plain.setGeometry(0, 0, 90, 20);
     QLabel card("card", &window_);
+    card.setGeometry(100, 0, 90, 20);
     (void)unmasked();
+    // As for a key or a touch, with the mouse left elsewhere.
+    QCursor::setPos(window_.mapToGlobal(QPoint(10, 90)));
     QToolTip::showText(window_.mapToGlobal(QPoint(0, 25)), red, &plain);
     QToolTip::showText(window_.mapToGlobal(QPoint(0, 25)), red + red, &card);
     EXPECT_NE(findCanary(unmasked()), std::nullopt);
