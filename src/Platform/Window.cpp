@@ -31,6 +31,7 @@ void Window::addGestureRecognizer(const std::shared_ptr<GestureRecognizer>& reco
         std::ranges::find(gestureRecognizers_, recognizer) == gestureRecognizers_.end()) {
         recognizer->setState(GestureRecognizer::State::possible);
         gestureRecognizers_.push_back(recognizer);
+        gestureRecognizersDidChange();
     }
 }
 
@@ -42,6 +43,7 @@ void Window::removeGestureRecognizer(const std::shared_ptr<GestureRecognizer>& r
     // The argument may be the very element that is taken out.
     const std::shared_ptr<GestureRecognizer> removed = std::move(*found);
     gestureRecognizers_.erase(found);
+    gestureRecognizersDidChange();
     touchDelivery_->recognizerWasRemoved(*removed);
 }
 

@@ -70,6 +70,22 @@ TEST_F(QtScreens, TheRecordedWindowIsAScreenOnce) {
     EXPECT_THAT(heard(), ElementsAre("-Main"));
 }
 
+TEST_F(QtScreens, EachRecordingBeginsWithTheScreensThatAreThere) {
+    QWidget window;
+    window.setProperty("mirethScreen", "Main");
+    window.show();
+    const auto recorded = platform_.windowOf(window);
+    const auto recording = std::make_shared<platform::GestureRecognizer>();
+    recorded->addGestureRecognizer(recording);
+    pass(recorded);
+    EXPECT_THAT(heard(), ElementsAre("+Main"));
+    recorded->removeGestureRecognizer(recording);
+    window.setProperty("mirethScreen", "Basket");
+    recorded->addGestureRecognizer(recording);
+    pass(recorded);
+    EXPECT_THAT(heard(), ElementsAre("+Basket")) << "nor does it begin with the end of one before it";
+}
+
 TEST_F(QtScreens, APageOfAStackGoesByItsClassAndItsChangeIsHeardAtOnce) {
     QWidget window;
     window.setProperty("mirethScreen", "Main");

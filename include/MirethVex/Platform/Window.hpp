@@ -48,6 +48,11 @@ class MIRETH_EXPORT Window : public View {
     /// things in the order in which they happened.
     void sendEvent(const TouchEvent& event);
 
+  protected:
+    /// Called after a recogniser came or went. A recording adds one when it begins and removes it at its end:
+    /// a platform that finds screens out by itself begins anew with the next one. Must not throw.
+    virtual void gestureRecognizersDidChange() {}
+
   private:
     double screenScale_;
     std::vector<std::shared_ptr<GestureRecognizer>> gestureRecognizers_;

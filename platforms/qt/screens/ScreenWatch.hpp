@@ -27,6 +27,8 @@ class ScreenWatch {
     /// Delivers what has changed, a turn of the main queue later: first the screens that went, then those
     /// that came.
     void update(const SeenScreens& seen);
+    /// Nobody listens any more: whoever does next is told of all the screens that are there.
+    void forget() noexcept { shown_.clear(); }
 
   private:
     void watch(const QObject& holder);

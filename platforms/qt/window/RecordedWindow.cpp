@@ -21,6 +21,12 @@ const platform::Layer& RecordedWindow::layer() const {
     return capture_->layer();
 }
 
+void RecordedWindow::gestureRecognizersDidChange() {
+    if (gestureRecognizers().empty()) {
+        capture_->recordingEnded();
+    }
+}
+
 std::shared_ptr<const View> RecordedWindow::unmasked() const {
     auto window = std::make_shared<View>(viewClass());
     window->mutableLayer() = layer();

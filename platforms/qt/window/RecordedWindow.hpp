@@ -28,6 +28,9 @@ class RecordedWindow final : public platform::Window {
     std::shared_ptr<const platform::View> unmasked() const override;
     double screenScale() const override { return live_.scale(); }
 
+  protected:
+    void gestureRecognizersDidChange() override;
+
   private:
     const LiveWindow live_;
     /// Works whenever the window is asked for something.

@@ -31,6 +31,7 @@ class WindowCapture {
     void paintPictures() { mirror_.paintPictures(); }
     /// Of the window itself.
     const platform::Layer& layer();
+    void recordingEnded() noexcept { screens_.forget(); }
 
   private:
     using SteadyClock = std::chrono::steady_clock;

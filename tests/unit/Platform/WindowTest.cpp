@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <memory>
 #include <numbers>
+#include <vector>
 
 namespace mireth::platform {
 namespace {
@@ -33,6 +35,21 @@ TEST(Window, IsResizedInPlaceAlsoWhileATransformTurnsIt) {
     window.resize({200, 100});
     EXPECT_EQ(window.bounds(), (Rect{0, 0, 200, 100}));
     EXPECT_EQ(window.layer().geometry.position, (Point{100, 50}));
+}
+
+TEST(Window, TellsItsPlatformWhenRecognisersComeAndGo) {
+    struct Told final : Window {
+        Told() : Window({1, 1}) {}
+        void gestureRecognizersDidChange() override { counts.push_back(gestureRecognizers().size()); }
+        std::vector<std::size_t> counts;
+    };
+    Told window;
+    const auto recognizer = std::make_shared<GestureRecognizer>();
+    window.addGestureRecognizer(recognizer);
+    window.addGestureRecognizer(recognizer);
+    window.removeGestureRecognizer(recognizer);
+    window.removeGestureRecognizer(recognizer);
+    EXPECT_EQ(window.counts, (std::vector<std::size_t>{1, 0}));
 }
 
 TEST(Window, SenselessScreenScaleIsOne) {
