@@ -31,8 +31,11 @@
 #include <QTableWidget>
 #include <QTest>
 #include <QTextEdit>
+#include <QTimer>
 #include <QTreeWidget>
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
 #include "qt/support/TapReaction.hpp"
@@ -388,6 +391,38 @@ TEST_F(QtWidgetTaps, AWidgetThatPaintsItselfAnewHasReacted) {
     auto& gauge = shown<Gauge>();
     EXPECT_FALSE(isDead([&] { gauge.grow(); }));
     EXPECT_TRUE(isDead([&] { click(gauge, {20, 20}); }));
+}
+
+/// The app's own; it opens a dialog for a key before the key goes on.
+class KeyFilter final : public QObject {
+  public:
+    explicit KeyFilter(std::function<void()> openDialog) : openDialog_(std::move(openDialog)) {}
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::KeyPress && watched->isWindowType() && ++keys == 1) {
+            openDialog_();
+        }
+        return false;
+    }
+    int keys = 0;
+
+  private:
+    std::function<void()> openDialog_;
+};
+
+TEST_F(QtWidgetTaps, AFilterOfTheAppsIsAskedOnceAlthoughMeanwhileAWidgetThatPaintsItselfIsSeenFirst) {
+    Gauge gauge(&window_);
+    gauge.hide();
+    window_.show();
+    const auto recorded = platform_.windowOf(window_);
+    KeyFilter filter([&] {
+        gauge.show();
+        QTimer::singleShot(0, &window_, [&] { (void)Seen(recorded); });
+        runFor(0.02);
+    });
+    QCoreApplication::instance()->installEventFilter(&filter);
+    (void)Seen(recorded);
+    QTest::keyClick(window_.windowHandle(), Qt::Key_F1);
+    EXPECT_EQ(filter.keys, 1);
 }
 
 /// As terminals and drawing areas are made.

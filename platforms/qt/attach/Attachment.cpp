@@ -34,15 +34,23 @@ bool Attachment::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Expose && watched->isWindowType()) {
         auto& window = static_cast<QWindow&>(*watched);
         if (window.isExposed() && isMainWindow(window)) {
-            runGuarded("the recording of a program", [&] { shown(window); });
+            // What is installed in the middle of an event has Qt ask one of the program's filters twice.
+            inATurn([this, shownWindow = QPointer(&window)] {
+                if (shownWindow != nullptr) {
+                    shown(*shownWindow);
+                }
+            });
         }
     } else if (event->type() == QEvent::Hide && watched == recorded_) {
-        // A turn later: what is made anew is hidden and shown again at once.
-        QMetaObject::invokeMethod(
-            this, [this] { runGuarded("the recording of a program", [this] { lookForAnother(); }); },
-            Qt::QueuedConnection);
+        // What is made anew is hidden and shown again at once.
+        inATurn([this] { lookForAnother(); });
     }
     return false;
+}
+
+void Attachment::inATurn(const std::function<void()>& work) {
+    QMetaObject::invokeMethod(
+        this, [work] { runGuarded("the recording of a program", work); }, Qt::QueuedConnection);
 }
 
 void Attachment::shown(QWindow& window) {

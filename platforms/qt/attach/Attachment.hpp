@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QWindow>
+#include <functional>
 #include <optional>
 
 #include "MirethVex/PublicSide/MirethSR.hpp"
@@ -23,6 +24,8 @@ class Attachment final : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    /// When the present event has been handled.
+    void inATurn(const std::function<void()>& work);
     void shown(QWindow& window);
     /// When the recorded window is gone.
     void lookForAnother();

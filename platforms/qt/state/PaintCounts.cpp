@@ -6,24 +6,19 @@
 
 namespace mireth::qt {
 
+PaintCounts::PaintCounts() {
+    // For all widgets at once: a filter for each would outlive what is known of the widget.
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
 std::uint64_t PaintCounts::of(const QWidget& widget) {
-    if (kept_.empty()) {
-        // All widgets at once: one for each would outlive what is known of the widget.
-        QCoreApplication::instance()->installEventFilter(this);
-    }
     Kept& kept = kept_[&widget];
     kept.wasSeen = true;
     return kept.count;
 }
 
 void PaintCounts::endPass() {
-    if (kept_.empty()) {
-        return;
-    }
     eraseUnseen(kept_);
-    if (kept_.empty()) {
-        QCoreApplication::instance()->removeEventFilter(this);
-    }
 }
 
 bool PaintCounts::eventFilter(QObject* watched, QEvent* event) {

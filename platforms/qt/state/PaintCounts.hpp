@@ -13,6 +13,9 @@ namespace mireth::qt {
 /// in every pass. Main thread only.
 class PaintCounts final : public QObject {
   public:
+    /// Not while one of the app's filters runs, of which Qt would then ask one twice about the same event.
+    PaintCounts();
+
     /// Since it was asked for first.
     std::uint64_t of(const QWidget& widget);
 

@@ -1,9 +1,10 @@
 // A Qt program that knows nothing of being recorded: plain [dialog | log-in]. It says what its children would
-// find in the environment, shows a window for a while, or a dialog, or the one after the other, and ends with
-// status 7.
+// find in the environment, shows a window for a while, or a dialog, or the one after the other, says how
+// often it heard that one was exposed, and ends with status 7.
 #include <unistd.h>
 #include <QApplication>
 #include <QDialog>
+#include <QEvent>
 #include <QLabel>
 #include <QMainWindow>
 #include <QTimer>
@@ -27,11 +28,23 @@ void prepare(QWidget& window) {
     window.resize(250, 500);
 }
 
+/// As a program's own that watches all of its windows.
+class ExposeCount final : public QObject {
+  public:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        count += event->type() == QEvent::Expose ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    ExposeCount exposes;
+    qApp->installEventFilter(&exposes);
     const std::string_view kind = argc > 1 ? argv[1] : "";
     for (const QByteArray name : {"QT_QPA_GENERIC_PLUGINS", "QT_PLUGIN_PATH", "MIRETHVEX_INFO"}) {
         const QByteArray value = qEnvironmentVariableIsSet(name) ? qgetenv(name) : "(not set)";
@@ -57,5 +70,7 @@ int main(int argc, char** argv) {
     QWidget& last = kind == "dialog" ? static_cast<QWidget&>(dialog) : window;
     last.show();
     QTimer::singleShot(aWhile, &last, [] { QCoreApplication::exit(7); });
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    std::printf("%d\n", exposes.count);
+    return status;
 }
