@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDial>
 #include <QGraphicsScene>
 #include <QGraphicsTextItem>
@@ -198,6 +199,7 @@ TEST_F(QtWidgetTaps, ATabBarWithAnotherTabHasReacted) {
     EXPECT_FALSE(isDead([&] { bar.addTab("two"); }));
     EXPECT_FALSE(isDead([&] { bar.setTabText(0, "three"); }));
     EXPECT_TRUE(isDead([&] { bar.setTabText(0, "three"); }));
+    EXPECT_FALSE(isDead([&] { bar.setTabIcon(0, QIcon(QPixmap(8, 8))); }));
 }
 
 TEST_F(QtWidgetTaps, AGraphicsViewThatIsPaintedAnewHasReacted) {
@@ -295,6 +297,12 @@ TEST_F(QtWidgetTaps, AButtonWithAnotherIconHasReacted) {
     QPixmap picture(16, 16);
     picture.fill(Qt::blue);
     EXPECT_FALSE(isDead([&] { button.setIcon(picture); }));
+}
+
+TEST_F(QtWidgetTaps, AComboBoxWhoseItemIsRenamedHasReacted) {
+    auto& box = shown<QComboBox>();
+    box.addItem("one");
+    EXPECT_FALSE(isDead([&box] { box.setItemText(0, "two"); }));
 }
 
 TEST_F(QtWidgetTaps, AClickOnAButtonThatDoesNothingIsDead) {

@@ -15,7 +15,8 @@ namespace {
 
 constexpr std::array stateNames{"text",         "title",  "value",       "checkState",      "checked",
                                 "currentIndex", "source", "windowTitle", "pixmap",          "icon",
-                                "selectedDate", "font",   "keySequence", "placeholderText", "color"};
+                                "selectedDate", "font",   "keySequence", "placeholderText", "color",
+                                "currentText",  "mirror"};
 
 /// The classes of Qt's that declare them. Their getters run nothing of the app's.
 constexpr auto statefulWidgets =

@@ -88,6 +88,7 @@ void addScrolling(StateDigest& digest, const QAbstractScrollArea& area) {
 void addTabs(StateDigest& digest, const QTabBar& bar) {
     for (int tab = 0; tab < bar.count(); ++tab) {
         digest.addText(bar.tabText(tab));
+        digest.addNumber(bar.tabIcon(tab).cacheKey());
     }
 }
 

@@ -1,5 +1,6 @@
 #include "platforms/qt/state/WindowState.hpp"
 
+#include <QGuiApplication>
 #include <QQuickWindow>
 #include <cstdint>
 
@@ -16,7 +17,25 @@ bool isTextEntry(Shown shown) {
     return shown == Shown::textField || shown == Shown::textView;
 }
 
+/// The app's windows, also those that do not belong to the recorded one: to open one is a reaction. A tool
+/// tip comes by itself.
+void addWindows(StateDigest& digest) {
+    for (const QWindow* const window : QGuiApplication::topLevelWindows()) {
+        if (window->isVisible() && window->type() != Qt::ToolTip) {
+            digest.addNumber(static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(window)));
+        }
+    }
+    // That of a dialog of the desktop's is not visible.
+    digest.addNumber(QGuiApplication::modalWindow() != nullptr ? 1 : 0);
+}
+
 }  // namespace
+
+void WindowState::startPass() {
+    digest_ = {};
+    hiddenSize_.startPass();
+    addWindows(digest_);
+}
 
 void WindowState::add(const QWidget& widget) {
     widgets_.addTo(digest_, widget, catalog_.ofWidget(widget));

@@ -21,10 +21,7 @@ class WindowState {
   public:
     explicit WindowState(ClassCatalog& catalog) : catalog_(catalog) {}
 
-    void startPass() {
-        digest_ = {};
-        hiddenSize_.startPass();
-    }
+    void startPass();
 
     /// Of one widget or item of the mirror; what lies in it comes by itself.
     void add(const QWidget& widget);
