@@ -62,6 +62,25 @@ TEST_F(QtWindowsAbove, ThoseOfAnotherWindowAreNotThere) {
     EXPECT_EQ(greyAtTheCorner(), 240);
 }
 
+TEST_F(QtWindowsAbove, ADialogOfNobodysIsThereUntilTheWindowComesInFrontOfIt) {
+    QDialog dialog;
+    dialog.setPalette(QPalette(QColor(100, 100, 100)));
+    dialog.setGeometry(100, 100, 50, 50);
+    show(dialog);
+    EXPECT_EQ(greyAtTheCorner(), 100);
+    window_.raise();
+    EXPECT_EQ(greyAtTheCorner(), 240);
+    dialog.raise();
+    EXPECT_EQ(greyAtTheCorner(), 100);
+}
+
+TEST_F(QtWindowsAbove, ADialogStaysInFrontOfTheWindowItBelongsTo) {
+    const auto held = dialog(window_, 100);
+    show(*held);
+    window_.raise();
+    EXPECT_EQ(greyAtTheCorner(), 100);
+}
+
 TEST_F(QtWindowsAbove, TheLastShownIsInFrontWhicheverWasMadeFirst) {
     const auto first = dialog(window_, 10);
     const auto second = dialog(window_, 100);

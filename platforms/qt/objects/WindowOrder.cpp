@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <compare>
 
+#include "platforms/qt/objects/WindowKinds.hpp"
 #include "platforms/qt/objects/WindowsBelow.hpp"
 
 namespace mireth::qt {
@@ -35,6 +36,7 @@ WindowOrder::WindowOrder() {
 }
 
 void WindowOrder::sort(std::vector<LiveWindow>& windows, const QWindow* below) const {
+    std::erase_if(windows, [&](const LiveWindow& live) { return hasSunkBelow(below, live.window()); });
     std::ranges::stable_sort(windows, {}, [this, below](const LiveWindow& live) {
         const QWindow* const window = live.window();
         return window != nullptr ? placeOf(*window, below) : Place();
@@ -49,6 +51,11 @@ bool WindowOrder::eventFilter(QObject* watched, QEvent* event) {
         toFront(static_cast<const QWidget*>(watched)->windowHandle());
     }
     return false;
+}
+
+bool WindowOrder::hasSunkBelow(const QWindow* below, const QWindow* window) const {
+    return below != nullptr && window != nullptr && isDialog(window->type()) && !window->isModal() &&
+           window->transientParent() == nullptr && storeyOf(*window) == 0 && turnOf(*window) < turnOf(*below);
 }
 
 WindowOrder::Place WindowOrder::placeOf(const QWindow& window, const QWindow* below) const {

@@ -20,7 +20,8 @@ class WindowOrder final : public QObject {
     WindowOrder();
 
     /// Puts windows that stand above `below` back to front: dialogs in front of those that they belong to,
-    /// menus and tool tips in front of all.
+    /// menus and tool tips in front of all. A dialog that belongs to nobody is left out when `below` has come
+    /// to the front since: nothing holds it up there.
     void sort(std::vector<LiveWindow>& windows, const QWindow* below) const;
 
     /// How many windows it keeps in mind: those that are there, and what has gone since one last came to the
@@ -32,6 +33,7 @@ class WindowOrder final : public QObject {
   private:
     struct Place;
 
+    bool hasSunkBelow(const QWindow* below, const QWindow* window) const;
     Place placeOf(const QWindow& window, const QWindow* below) const;
     void toFront(const QWindow* window);
     /// Counted from 1; 0 for a window that was not seen coming to the front.
