@@ -1,4 +1,4 @@
-// What the pictures of scroll bars, sliders and dials cost the app.
+// The pictures of scroll bars, sliders and dials: when they are drawn anew, and what they cost the app.
 #include <gtest/gtest.h>
 
 #include <QDial>
@@ -8,9 +8,12 @@
 #include <QSlider>
 #include <QStyle>
 #include <QStyleFactory>
+#include <functional>
 #include <memory>
+#include <vector>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
+#include "qt/support/Pictures.hpp"
 
 namespace mireth::qttest {
 
@@ -79,6 +82,23 @@ TEST_F(QtStyledContents, DoSoForNewControlsToo) {
         (void)recorded->subviews();
     }
     EXPECT_TRUE(isOwnStillKept());
+}
+
+TEST_F(QtStyledContents, OfADialAreDrawnAnewWhenItsNotchesChange) {
+    QDial dial;
+    add(dial, {0, 0, 200, 200});
+    window_.show();
+    const auto recorded = platform_.windowOf(window_);
+    const std::vector<std::function<void()>> changes{
+        [&dial] { dial.setNotchesVisible(true); },
+        [&dial] { dial.setNotchTarget(20); },
+        [&dial] { dial.setSingleStep(7); },
+    };
+    for (const auto& change : changes) {
+        const QImage before = recordedPicture(*recorded);
+        change();
+        EXPECT_NE(recordedPicture(*recorded), before) << &change - changes.data();
+    }
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <QRectF>
 #include <QVariant>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
@@ -88,6 +89,47 @@ TEST_F(QtUnmaskedItems, EditableTextsAreWhereTheWindowShowsThem) {
     expectAsShown("TextEdit { x: 10; y: 10; text: 'MMMM\\nMM'; color: 'red' }");
     expectAsShown("TextField { text: 'MMMM'; color: 'red'; width: 150; height: 40 }");
     expectAsShown("TextArea { text: 'MMMM'; color: 'red'; width: 150; height: 60 }");
+}
+
+TEST_F(QtUnmaskedItems, TextsAreDrawnAnewWhenAnythingChangesThatTheyAreDrawnFrom) {
+    struct Text {
+        const char* body;
+        std::vector<std::pair<const char*, QVariant>> changes;
+    };
+    const std::vector<Text> texts{
+        {"Text { text: 'MM'; horizontalAlignment: Text.AlignRight; verticalAlignment: Text.AlignBottom; ",
+         {{"rightPadding", 30}, {"bottomPadding", 20}, {"text", "M"}, {"font.strikeout", true}}},
+        {"Text { text: 'MM'; ",
+         {{"leftPadding", 30}, {"topPadding", 20}, {"verticalAlignment", "AlignBottom"}}},
+        {"TextInput { text: 'MM'; ", {{"leftPadding", 30}, {"topPadding", 20}, {"text", "M"}}},
+        {"TextInput { text: 'MM'; horizontalAlignment: Text.AlignRight; verticalAlignment: "
+         "Text.AlignBottom; ",
+         {{"rightPadding", 30}, {"bottomPadding", 20}, {"verticalAlignment", "AlignTop"}}},
+        {"TextEdit { text: 'MM'; ", {{"leftPadding", 30}, {"topPadding", 20}, {"text", "M"}}},
+        {"TextEdit { text: 'MM'; horizontalAlignment: Text.AlignRight; verticalAlignment: Text.AlignBottom; ",
+         {{"rightPadding", 30}, {"bottomPadding", 20}, {"text", "M"}}},
+    };
+    for (const Text& text : texts) {
+        QmlScene scene(text.body + std::string("objectName: 'text'; width: 120; height: 80; color: 'red' }"));
+        const auto window = platform_.windowOf(scene.window());
+        for (const auto& [property, value] : text.changes) {
+            SCOPED_TRACE(text.body + std::string(property));
+            const QImage before = unmaskedPicture(*window);
+            EXPECT_TRUE(QQmlProperty::write(&scene.object("text"), property, value));
+            runFor(0.05);
+            const QImage after = unmaskedPicture(*window);
+            EXPECT_NE(after, before);
+            expectNear(colored(after), colored(scene.window().grabWindow()));
+        }
+    }
+}
+
+TEST_F(QtUnmaskedItems, NoFunctionOfTheAppsRunsForAText) {
+    QmlScene scene(
+        "TextInput { objectName: 'text'; text: 'MMMM'; color: 'red'; property int asked: 0;"
+        " function positionToRectangle(place: int): rect { asked += 1; return Qt.rect(0, 0, 1, 1) } }");
+    EXPECT_FALSE(colored(pictureOf(scene)).isEmpty());
+    EXPECT_EQ(scene.object("text").property("asked"), 0);
 }
 
 TEST_F(QtUnmaskedItems, AButtonShowsItsTextOnItsBackground) {

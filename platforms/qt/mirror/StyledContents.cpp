@@ -10,6 +10,7 @@
 #include <QStyleFactory>
 #include <QStyleOptionSlider>
 #include <algorithm>
+#include <bit>
 #include <typeinfo>
 #include <utility>
 
@@ -82,6 +83,7 @@ QStyleOptionSlider optionOf(const QAbstractSlider& slider, const QPalette& palet
     if (const auto* const dial = qobject_cast<const QDial*>(&slider)) {
         option.dialWrapping = dial->wrapping();
         option.notchTarget = dial->notchTarget();
+        option.tickInterval = dial->notchSize();
         option.subControls.setFlag(QStyle::SC_DialTickmarks, dial->notchesVisible());
     }
     if (controlOf(slider) == QStyle::CC_ScrollBar) {
@@ -90,8 +92,10 @@ QStyleOptionSlider optionOf(const QAbstractSlider& slider, const QPalette& palet
     return option;
 }
 
-std::vector<std::int64_t> numbersOf(const QStyleOptionSlider& option, const QStyle& style) {
-    return {option.rect.width(),
+std::vector<std::int64_t> numbersOf(QStyle::ComplexControl control, const QStyleOptionSlider& option,
+                                    const QStyle& style) {
+    return {control,
+            option.rect.width(),
             option.rect.height(),
             static_cast<std::int64_t>(static_cast<int>(option.state)),
             static_cast<std::int64_t>(option.direction),
@@ -99,11 +103,13 @@ std::vector<std::int64_t> numbersOf(const QStyleOptionSlider& option, const QSty
             option.minimum,
             option.maximum,
             option.sliderPosition,
+            option.singleStep,
             option.pageStep,
             static_cast<std::int64_t>(option.upsideDown),
             static_cast<std::int64_t>(option.tickPosition),
             option.tickInterval,
             static_cast<std::int64_t>(option.dialWrapping),
+            std::bit_cast<std::int64_t>(static_cast<double>(option.notchTarget)),
             static_cast<std::int64_t>(static_cast<int>(option.subControls)),
             option.palette.cacheKey(),
             static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(&style))};
@@ -142,15 +148,16 @@ platform::Image StyledContents::of(const QWidget& widget) {
         widget.height() > maximumSide) {
         return {};
     }
+    const QStyle::ComplexControl control = controlOf(*slider);
     const QStyleOptionSlider option = optionOf(*slider, plain(widget.palette()));
-    auto numbers = numbersOf(option, style);
+    auto numbers = numbersOf(control, option, style);
     Kept& kept = kept_[&widget];
     kept.wasSeen = true;
     if (kept.numbers != numbers) {
         QImage picture(widget.size(), QImage::Format_ARGB32_Premultiplied);
         picture.fill(Qt::transparent);
         QPainter painter(&picture);
-        style.drawComplexControl(controlOf(*slider), &option, &painter, nullptr);
+        style.drawComplexControl(control, &option, &painter, nullptr);
         painter.end();
         kept.image = imageOf(picture);
         kept.numbers = std::move(numbers);

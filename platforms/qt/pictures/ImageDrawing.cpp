@@ -44,35 +44,37 @@ bool isQuickToRead(const QImageReader& reader) {
 }
 
 /// The part of the item that the picture fills, of which the item shows what lies within itself.
-QRectF placeOf(const QQuickItem& item) {
-    const QSizeF painted(qtProperty(item, "QQuickImage", "paintedWidth").toDouble(),
-                         qtProperty(item, "QQuickImage", "paintedHeight").toDouble());
-    const double spareWidth = item.width() - painted.width();
-    const double spareHeight = item.height() - painted.height();
-    const int across = qtProperty(item, "QQuickImage", "horizontalAlignment").toInt();
-    const int down = qtProperty(item, "QQuickImage", "verticalAlignment").toInt();
-    const double left = across == Qt::AlignLeft ? 0 : across == Qt::AlignRight ? spareWidth : spareWidth / 2;
-    const double top = down == Qt::AlignTop ? 0 : down == Qt::AlignBottom ? spareHeight : spareHeight / 2;
+QRectF placeOf(const PictureValues& values) {
+    const QSizeF painted(values.get<double>("paintedWidth"), values.get<double>("paintedHeight"));
+    const QSizeF spare = values.get<QSizeF>("size") - painted;
+    const int across = values.get<int>("horizontalAlignment");
+    const int down = values.get<int>("verticalAlignment");
+    const double left = across == Qt::AlignLeft    ? 0
+                        : across == Qt::AlignRight ? spare.width()
+                                                   : spare.width() / 2;
+    const double top = down == Qt::AlignTop      ? 0
+                       : down == Qt::AlignBottom ? spare.height()
+                                                 : spare.height() / 2;
     return {QPointF(left, top), painted};
 }
 
 /// The part of the source that is loaded; null for all of it.
-QRect sourcePartOf(const QQuickItem& item) {
-    return qtProperty(item, "QQuickImage", "sourceClipRect").toRectF().toRect();
+QRect sourcePartOf(const PictureValues& values) {
+    return values.get<QRectF>("sourceClipRect").toRect();
 }
 
 /// The part then counts in pixels of a picture that was scaled while it was loaded.
-bool isPartOfAScaledSource(const QQuickItem& item) {
-    const QRect part = sourcePartOf(item);
-    return !part.isNull() && qtProperty(item, "QQuickImageBase", "sourceSize").toSize() != part.size();
+bool isPartOfAScaledSource(const PictureValues& values) {
+    const QRect part = sourcePartOf(values);
+    return !part.isNull() && values.get<QSize>("sourceSize") != part.size();
 }
 
-QImage read(const QQuickItem& item, QSizeF size) {
-    QImageReader reader(localFileOf(item));
-    reader.setAutoTransform(qtProperty(item, "QQuickImage", "autoTransform").toBool());
+QImage read(const PictureValues& values, QSizeF size) {
+    QImageReader reader(values.get<QString>("file"));
+    reader.setAutoTransform(values.get<bool>("autoTransform"));
     const QSize wanted = size.toSize();
     const bool isSmaller = wanted.width() < reader.size().width() && wanted.height() < reader.size().height();
-    const QRect part = sourcePartOf(item);
+    const QRect part = sourcePartOf(values);
     if (!part.isNull()) {
         reader.setClipRect(part);
     } else if (isSmaller && !wanted.isEmpty() &&
@@ -82,12 +84,6 @@ QImage read(const QQuickItem& item, QSizeF size) {
     QImage picture = reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
     picture.setDevicePixelRatio(1);
     return picture;
-}
-
-/// Invalid for pictures that have none.
-QColor tintOf(const QQuickItem& item) {
-    const char* const type = item.inherits("QQuickIconImage") ? "QQuickIconImage" : "QQuickColorImage";
-    return qtProperty(item, type, "color").value<QColor>();
 }
 
 /// Icons are drawn in one colour.
@@ -100,70 +96,84 @@ void colorize(QImage& picture, const QColor& color) {
     painter.fillRect(picture.rect(), color);
 }
 
-void drawTiles(QPainter& painter, const QQuickItem& item, int fillMode) {
-    const QRectF whole(0, 0, item.width(), item.height());
-    QSizeF size(item.implicitWidth(), item.implicitHeight());
+void drawTiles(QPainter& painter, const PictureValues& values, int fillMode) {
+    const QSizeF whole = values.get<QSizeF>("size");
+    QSizeF size(values.get<double>("implicitWidth"), values.get<double>("implicitHeight"));
     if (fillMode == tileVertically) {
         size.setWidth(whole.width());
     } else if (fillMode == tileHorizontally) {
         size.setHeight(whole.height());
     }
-    const QImage picture = read(item, size).scaled(size.toSize().expandedTo({1, 1}));
-    painter.fillRect(whole, QBrush(picture));
+    const QImage picture = read(values, size).scaled(size.toSize().expandedTo({1, 1}));
+    painter.fillRect(QRectF(QPointF(0, 0), whole), QBrush(picture));
 }
 
-void turnOver(QPainter& painter, const QQuickItem& item) {
-    const bool isAcross = qtProperty(item, "QQuickImageBase", "mirror").toBool();
-    const bool isUpsideDown = qtProperty(item, "QQuickImageBase", "mirrorVertically").toBool();
-    painter.translate(isAcross ? item.width() : 0, isUpsideDown ? item.height() : 0);
+void turnOver(QPainter& painter, const PictureValues& values) {
+    const QSizeF size = values.get<QSizeF>("size");
+    const bool isAcross = values.get<bool>("mirror");
+    const bool isUpsideDown = values.get<bool>("mirrorVertically");
+    painter.translate(isAcross ? size.width() : 0, isUpsideDown ? size.height() : 0);
     painter.scale(isAcross ? -1 : 1, isUpsideDown ? -1 : 1);
 }
 
-void drawImage(QPainter& painter, const QQuickItem& item) {
-    const int fillMode = qtProperty(item, "QQuickImage", "fillMode").toInt();
+void drawImage(QPainter& painter, const PictureValues& values) {
+    const int fillMode = values.get<int>("fillMode");
     if (fillMode >= tile && fillMode <= tileHorizontally) {
-        drawTiles(painter, item, fillMode);
+        drawTiles(painter, values, fillMode);
         return;
     }
-    const QRectF place = placeOf(item);
-    QImage picture = read(item, place.size());
-    colorize(picture, tintOf(item));
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, qtProperty(item, "QQuickItem", "smooth").toBool());
+    const QRectF place = placeOf(values);
+    QImage picture = read(values, place.size());
+    colorize(picture, values.get<QColor>("color"));
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, values.get<bool>("smooth"));
     painter.drawImage(place, picture);
 }
 
-/// How much of each side of a BorderImage is not stretched. Empty for other items.
-QVariantList edgesOf(const QQuickItem& item) {
-    const auto* const border = qtProperty(item, "QQuickBorderImage", "border").value<QObject*>();
-    if (border == nullptr) {
-        return {};
-    }
-    return {border->property("left"), border->property("top"), border->property("right"),
-            border->property("bottom")};
-}
-
-void drawBorderImage(QPainter& painter, const QQuickItem& item) {
-    const QVariantList edges = edgesOf(item);
-    if (edges.isEmpty()) {
-        return;
-    }
-    const QMargins margins(edges[0].toInt(), edges[1].toInt(), edges[2].toInt(), edges[3].toInt());
-    const QTileRules rules(
-        static_cast<Qt::TileRule>(qtProperty(item, "QQuickBorderImage", "horizontalTileMode").toInt()),
-        static_cast<Qt::TileRule>(qtProperty(item, "QQuickBorderImage", "verticalTileMode").toInt()));
-    const QPixmap picture = QPixmap::fromImage(read(item, {}));
-    qDrawBorderPixmap(&painter, QRectF(0, 0, item.width(), item.height()).toRect(), margins, picture,
+/// What of a BorderImage is not stretched.
+void drawBorderImage(QPainter& painter, const PictureValues& values) {
+    const QMargins margins(values.get<int>("left"), values.get<int>("top"), values.get<int>("right"),
+                           values.get<int>("bottom"));
+    const QTileRules rules(static_cast<Qt::TileRule>(values.get<int>("horizontalTileMode")),
+                           static_cast<Qt::TileRule>(values.get<int>("verticalTileMode")));
+    const QPixmap picture = QPixmap::fromImage(read(values, {}));
+    qDrawBorderPixmap(&painter, QRectF(QPointF(0, 0), values.get<QSizeF>("size")).toRect(), margins, picture,
                       picture.rect(), margins, rules);
 }
 
-QVariantList valuesOfImage(const QQuickItem& item) {
-    return valuesOf(item, "QQuickItem", {"smooth", "implicitWidth", "implicitHeight"}) +
-           valuesOf(item, "QQuickImageBase", {"source", "sourceSize", "mirror", "mirrorVertically"}) +
-           valuesOf(item, "QQuickImage",
-                    {"fillMode", "horizontalAlignment", "verticalAlignment", "paintedWidth", "paintedHeight",
-                     "autoTransform", "sourceClipRect"}) +
-           valuesOf(item, "QQuickBorderImage", {"horizontalTileMode", "verticalTileMode"}) + edgesOf(item) +
-           QVariantList{tintOf(item)};
+template <auto drawKind>
+bool drawIfItCanBeRead(QPainter& painter, const PictureValues& values) {
+    const auto file = values.get<QString>("file");
+    if (file.isEmpty() || !isQuickToRead(QImageReader(file)) || isPartOfAScaledSource(values)) {
+        return false;
+    }
+    turnOver(painter, values);
+    drawKind(painter, values);
+    return true;
+}
+
+ItemDrawing drawingOfBorderImage(const QQuickItem& item) {
+    ItemDrawing drawing;
+    drawing.values.read(item, "QQuickBorderImage", {"horizontalTileMode", "verticalTileMode"});
+    if (const auto* const border = qtProperty(item, "QQuickBorderImage", "border").value<QObject*>()) {
+        drawing.values.read(*border, "QQuickScaleGrid", {"left", "top", "right", "bottom"});
+    }
+    drawing.draw = drawIfItCanBeRead<drawBorderImage>;
+    return drawing;
+}
+
+ItemDrawing drawingOfImage(const QQuickItem& item) {
+    ItemDrawing drawing;
+    drawing.values.read(item, "QQuickImage",
+                        {"fillMode", "horizontalAlignment", "verticalAlignment", "paintedWidth",
+                         "paintedHeight", "autoTransform", "sourceClipRect"});
+    // Other pictures have none.
+    for (const char* const type : {"QQuickIconImage", "QQuickColorImage"}) {
+        if (item.inherits(type)) {
+            drawing.values.read(item, type, {"color"});
+        }
+    }
+    drawing.draw = drawIfItCanBeRead<drawImage>;
+    return drawing;
 }
 
 }  // namespace
@@ -172,25 +182,16 @@ std::optional<ItemDrawing> imageDrawingOf(QQuickItem& item) {
     if (!item.inherits("QQuickImageBase")) {
         return std::nullopt;
     }
-    ItemDrawing drawing;
     if (qtProperty(item, "QQuickImageBase", "status").toInt() != ready) {
-        return drawing;
+        return ItemDrawing();
     }
-    drawing.values = valuesOfImage(item);
-    drawing.area = {0, 0, item.width(), item.height()};
-    drawing.draw = [&item](QPainter& painter) {
-        const QString file = localFileOf(item);
-        if (file.isEmpty() || !isQuickToRead(QImageReader(file)) || isPartOfAScaledSource(item)) {
-            return false;
-        }
-        turnOver(painter, item);
-        if (item.inherits("QQuickBorderImage")) {
-            drawBorderImage(painter, item);
-        } else {
-            drawImage(painter, item);
-        }
-        return true;
-    };
+    ItemDrawing drawing =
+        item.inherits("QQuickBorderImage") ? drawingOfBorderImage(item) : drawingOfImage(item);
+    drawing.values.add("size", item.size());
+    drawing.values.add("file", localFileOf(item));
+    drawing.values.read(item, "QQuickItem", {"smooth", "implicitWidth", "implicitHeight"});
+    drawing.values.read(item, "QQuickImageBase", {"sourceSize", "mirror", "mirrorVertically"});
+    drawing.area = {QPointF(0, 0), item.size()};
     return drawing;
 }
 

@@ -2,33 +2,21 @@
 #pragma once
 
 #include <QPainter>
-#include <QQuickItem>
 #include <QRectF>
-#include <QVariantList>
 #include <functional>
-#include <initializer_list>
 
-#include "platforms/qt/objects/QtProperty.hpp"
+#include "platforms/qt/pictures/PictureValues.hpp"
 
 namespace mireth::qt {
 
 struct ItemDrawing {
     /// What the picture shows: as long as these stay the same, so does it.
-    QVariantList values;
+    PictureValues values;
     /// What it covers, in the item's coordinates.
     QRectF area;
-    /// Draws in the item's coordinates, while the item is there; false when that cannot be done.
-    std::function<bool(QPainter&)> draw;
+    /// Draws in the item's coordinates from `values` alone, while the item is there; false when that cannot
+    /// be done.
+    std::function<bool(QPainter&, const PictureValues&)> draw;
 };
-
-/// `type`: the class of Qt's that the properties are read of.
-inline QVariantList valuesOf(const QQuickItem& item, const char* type,
-                             std::initializer_list<const char*> properties) {
-    QVariantList values{item.size()};
-    for (const char* const property : properties) {
-        values.append(qtProperty(item, type, property));
-    }
-    return values;
-}
 
 }  // namespace mireth::qt

@@ -67,7 +67,7 @@ const ItemPictures::Kept& ItemPictures::pictureOf(QQuickItem& item, const ItemDr
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(-part.topLeft());
-    kept.isBlock = !drawing.draw(painter);
+    kept.isBlock = !drawing.draw(painter, drawing.values);
     painter.end();
     kept.image = smallestImageOf(picture);
     kept.item = &item;

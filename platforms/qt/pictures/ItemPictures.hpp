@@ -4,12 +4,12 @@
 #include <QPointer>
 #include <QQuickItem>
 #include <QRect>
-#include <QVariantList>
 #include <unordered_map>
 
 #include "MirethVex/Platform/Image.hpp"
 #include "MirethVex/Platform/View.hpp"
 #include "platforms/qt/pictures/ItemDrawing.hpp"
+#include "platforms/qt/pictures/PictureValues.hpp"
 
 namespace mireth::qt {
 
@@ -27,7 +27,7 @@ class ItemPictures {
     struct Kept {
         /// Null when it is gone; another one may come to lie at its place.
         QPointer<QQuickItem> item;
-        QVariantList values;
+        PictureValues values;
         QRect part;
         platform::Image image;
         bool isBlock = false;

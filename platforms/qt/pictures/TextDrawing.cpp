@@ -3,9 +3,11 @@
 #include <QAbstractTextDocumentLayout>
 #include <QFont>
 #include <QFontMetricsF>
+#include <QMetaMethod>
 #include <QQuickTextDocument>
 #include <QTextDocument>
 #include <QTextOption>
+#include <cstring>
 
 #include "platforms/qt/objects/QtProperty.hpp"
 
@@ -18,49 +20,44 @@ constexpr int nativeRendering = 1;
 /// The items' numbers for formats are Qt's, and one more.
 constexpr int styledText = 4;
 
-/// The one of the three classes of texts that `item` is of; null for other items.
-const char* textClassOf(const QQuickItem& item) {
-    for (const char* const type : {"QQuickText", "QQuickTextInput", "QQuickTextEdit"}) {
-        if (item.inherits(type)) {
-            return type;
-        }
-    }
-    return nullptr;
+/// What texts of all three classes have.
+PictureValues valuesOfText(const QQuickItem& item, const char* type) {
+    PictureValues values;
+    values.add("size", item.size());
+    values.read(
+        item, type,
+        {"font", "color", "effectiveHorizontalAlignment", "verticalAlignment", "wrapMode", "renderType",
+         "leftPadding", "topPadding", "rightPadding", "bottomPadding", "contentWidth", "contentHeight"});
+    return values;
 }
 
-QVariant valueOf(const QQuickItem& item, const char* property) {
-    const char* const type = textClassOf(item);
-    return type != nullptr ? qtProperty(item, type, property) : QVariant();
-}
-
-double numberOf(const QQuickItem& item, const char* property) {
-    return valueOf(item, property).toDouble();
+QRectF wholeOf(const PictureValues& values) {
+    return {QPointF(0, 0), values.get<QSizeF>("size")};
 }
 
 /// Where texts may be, with the paddings taken off.
-QRectF roomFor(const QQuickItem& item) {
-    return QRectF(0, 0, item.width(), item.height())
-        .adjusted(numberOf(item, "leftPadding"), numberOf(item, "topPadding"),
-                  -numberOf(item, "rightPadding"), -numberOf(item, "bottomPadding"));
+QRectF roomIn(const PictureValues& values) {
+    return wholeOf(values).adjusted(values.get<double>("leftPadding"), values.get<double>("topPadding"),
+                                    -values.get<double>("rightPadding"),
+                                    -values.get<double>("bottomPadding"));
 }
 
 /// Texts are not cut off where they end up larger than their item.
-QRectF coveredBy(const QQuickItem& item) {
-    const QRectF own(0, 0, item.width(), item.height());
-    const QSizeF text(numberOf(item, "contentWidth"), numberOf(item, "contentHeight"));
-    return own | QRectF(roomFor(item).topLeft(), text);
+QRectF coveredBy(const PictureValues& values) {
+    const QSizeF text(values.get<double>("contentWidth"), values.get<double>("contentHeight"));
+    return wholeOf(values) | QRectF(roomIn(values).topLeft(), text);
 }
 
-void draw(QPainter& painter, const QTextDocument& document, const QColor& color, QPointF origin) {
+void draw(QPainter& painter, const QTextDocument& document, const PictureValues& values, QPointF origin) {
     QAbstractTextDocumentLayout::PaintContext context;
-    context.palette.setColor(QPalette::Text, color);
+    context.palette.setColor(QPalette::Text, values.get<QColor>("color"));
     painter.translate(origin);
     document.documentLayout()->draw(&painter, context);
 }
 
-QPointF originOf(const QQuickItem& item, double height) {
-    const QRectF room = roomFor(item);
-    const auto alignment = static_cast<Qt::Alignment>(valueOf(item, "verticalAlignment").toInt());
+QPointF originOf(const PictureValues& values, double height) {
+    const QRectF room = roomIn(values);
+    const auto alignment = static_cast<Qt::Alignment>(values.get<int>("verticalAlignment"));
     const double spare = room.height() - height;
     if (alignment.testFlag(Qt::AlignVCenter)) {
         return room.topLeft() + QPointF(0, spare / 2);
@@ -68,99 +65,120 @@ QPointF originOf(const QQuickItem& item, double height) {
     return room.topLeft() + QPointF(0, alignment.testFlag(Qt::AlignBottom) ? spare : 0);
 }
 
-QTextOption optionOf(const QQuickItem& item) {
-    QTextOption option(static_cast<Qt::Alignment>(valueOf(item, "effectiveHorizontalAlignment").toInt()));
-    const bool isOneLine = valueOf(item, "lineCount").toInt() <= 1;
-    option.setWrapMode(isOneLine ? QTextOption::NoWrap
-                                 : static_cast<QTextOption::WrapMode>(valueOf(item, "wrapMode").toInt()));
-    option.setUseDesignMetrics(valueOf(item, "renderType").toInt() != nativeRendering);
+bool isOneLine(const PictureValues& values) {
+    return values.get<int>("lineCount") <= 1;
+}
+
+QTextOption optionOf(const PictureValues& values) {
+    QTextOption option(static_cast<Qt::Alignment>(values.get<int>("effectiveHorizontalAlignment")));
+    option.setWrapMode(isOneLine(values) ? QTextOption::NoWrap
+                                         : static_cast<QTextOption::WrapMode>(values.get<int>("wrapMode")));
+    option.setUseDesignMetrics(values.get<int>("renderType") != nativeRendering);
     return option;
 }
 
-void setText(QTextDocument& document, const QQuickItem& item) {
-    const QString text = valueOf(item, "text").toString();
-    const int format = valueOf(item, "textFormat").toInt();
+void setText(QTextDocument& document, const PictureValues& values) {
+    const auto text = values.get<QString>("text");
+    const int format = values.get<int>("textFormat");
     const bool isRich = format == Qt::RichText || format == styledText ||
                         (format == Qt::AutoText && Qt::mightBeRichText(text));
     if (format == Qt::MarkdownText) {
         document.setMarkdown(text);
     } else if (isRich) {
         document.setHtml(text);
-    } else if (valueOf(item, "truncated").toBool() && valueOf(item, "lineCount").toInt() <= 1) {
-        const auto elide = static_cast<Qt::TextElideMode>(valueOf(item, "elide").toInt());
+    } else if (values.get<bool>("truncated") && isOneLine(values)) {
+        const auto elide = static_cast<Qt::TextElideMode>(values.get<int>("elide"));
         document.setPlainText(
-            QFontMetricsF(document.defaultFont()).elidedText(text, elide, roomFor(item).width()));
+            QFontMetricsF(document.defaultFont()).elidedText(text, elide, roomIn(values).width()));
     } else {
         document.setPlainText(text);
     }
 }
 
-void drawText(QPainter& painter, const QQuickItem& item) {
+bool drawText(QPainter& painter, const PictureValues& values) {
     QTextDocument document;
     document.setDocumentMargin(0);
-    document.setDefaultFont(valueOf(item, "font").value<QFont>());
-    document.setDefaultTextOption(optionOf(item));
-    setText(document, item);
-    document.setTextWidth(roomFor(item).width());
-    draw(painter, document, valueOf(item, "color").value<QColor>(), originOf(item, document.size().height()));
+    document.setDefaultFont(values.get<QFont>("font"));
+    document.setDefaultTextOption(optionOf(values));
+    setText(document, values);
+    document.setTextWidth(roomIn(values).width());
+    draw(painter, document, values, originOf(values, document.size().height()));
+    return true;
+}
+
+ItemDrawing drawingOfText(const QQuickItem& text) {
+    constexpr const char* type = "QQuickText";
+    ItemDrawing drawing{valuesOfText(text, type), {}, drawText};
+    drawing.values.read(text, type, {"text", "textFormat", "elide", "truncated", "lineCount"});
+    return drawing;
+}
+
+/// Where the first character is, in the room for the text: with one that is scrolled, outside of it. Asks
+/// Qt's own class: a type of the app's may have a function of that name.
+QPointF firstPlaceIn(QQuickItem& input, const char* type) {
+    const QMetaObject* declaring = input.metaObject();
+    while (std::strcmp(declaring->className(), type) != 0) {
+        declaring = declaring->superClass();
+    }
+    const QMetaMethod method = declaring->method(declaring->indexOfMethod("positionToRectangle(int)"));
+    QRectF first;
+    method.invoke(&input, Qt::DirectConnection, Q_RETURN_ARG(QRectF, first), Q_ARG(int, 0));
+    return first.topLeft();
 }
 
 /// One line, scrolled to where the cursor is.
-void drawInput(QPainter& painter, QQuickItem& item) {
-    QRectF first;
-    QMetaObject::invokeMethod(&item, "positionToRectangle", Q_RETURN_ARG(QRectF, first), Q_ARG(int, 0));
+bool drawInput(QPainter& painter, const PictureValues& values) {
     QTextDocument document;
     document.setDocumentMargin(0);
-    document.setDefaultFont(valueOf(item, "font").value<QFont>());
-    document.setPlainText(valueOf(item, "displayText").toString());
-    draw(painter, document, valueOf(item, "color").value<QColor>(),
-         roomFor(item).topLeft() + first.topLeft());
+    document.setDefaultFont(values.get<QFont>("font"));
+    document.setPlainText(values.get<QString>("displayText"));
+    draw(painter, document, values, roomIn(values).topLeft() + values.get<QPointF>("firstPlace"));
+    return true;
 }
 
-QTextDocument* documentOf(const QQuickItem& item) {
-    const auto* const document = valueOf(item, "textDocument").value<QQuickTextDocument*>();
-    return document != nullptr ? document->textDocument() : nullptr;
+ItemDrawing drawingOfInput(QQuickItem& input) {
+    constexpr const char* type = "QQuickTextInput";
+    ItemDrawing drawing{valuesOfText(input, type), {}, drawInput};
+    drawing.values.read(input, type, {"displayText"});
+    drawing.values.add("firstPlace", firstPlaceIn(input, type));
+    return drawing;
+}
+
+/// The item lays its document out, by its own properties.
+std::optional<ItemDrawing> drawingOfEdit(const QQuickItem& edit) {
+    constexpr const char* type = "QQuickTextEdit";
+    const auto* const holder = qtProperty(edit, type, "textDocument").value<QQuickTextDocument*>();
+    const QTextDocument* const document = holder != nullptr ? holder->textDocument() : nullptr;
+    if (document == nullptr) {
+        return std::nullopt;
+    }
+    ItemDrawing drawing{valuesOfText(edit, type), {}, {}};
+    drawing.values.read(edit, type, {"textMargin", "tabStopDistance"});
+    drawing.values.add("revision", document->revision());
+    drawing.draw = [document](QPainter& painter, const PictureValues& values) {
+        draw(painter, *document, values, originOf(values, values.get<double>("contentHeight")));
+        return true;
+    };
+    return drawing;
+}
+
+std::optional<ItemDrawing> drawingOf(QQuickItem& item) {
+    if (item.inherits("QQuickText")) {
+        return drawingOfText(item);
+    }
+    if (item.inherits("QQuickTextInput")) {
+        return drawingOfInput(item);
+    }
+    return item.inherits("QQuickTextEdit") ? drawingOfEdit(item) : std::nullopt;
 }
 
 }  // namespace
 
 std::optional<ItemDrawing> textDrawingOf(QQuickItem& item) {
-    ItemDrawing drawing;
-    drawing.area = coveredBy(item);
-    if (item.inherits("QQuickText")) {
-        drawing.values = valuesOf(
-            item, "QQuickText",
-            {"text", "font", "color", "effectiveHorizontalAlignment", "verticalAlignment", "wrapMode",
-             "elide", "textFormat", "leftPadding", "topPadding", "contentWidth", "contentHeight"});
-        drawing.draw = [&item](QPainter& painter) {
-            drawText(painter, item);
-            return true;
-        };
-        return drawing;
+    auto drawing = drawingOf(item);
+    if (drawing) {
+        drawing->area = coveredBy(drawing->values);
     }
-    if (item.inherits("QQuickTextInput")) {
-        drawing.values = valuesOf(item, "QQuickTextInput",
-                                  {"displayText", "font", "color", "effectiveHorizontalAlignment",
-                                   "verticalAlignment", "cursorRectangle"});
-        drawing.draw = [&item](QPainter& painter) {
-            drawInput(painter, item);
-            return true;
-        };
-        return drawing;
-    }
-    const QTextDocument* const document = item.inherits("QQuickTextEdit") ? documentOf(item) : nullptr;
-    if (document == nullptr) {
-        return std::nullopt;
-    }
-    drawing.values =
-        valuesOf(item, "QQuickTextEdit",
-                 {"font", "color", "effectiveHorizontalAlignment", "verticalAlignment", "contentHeight"});
-    drawing.values.append(document->revision());
-    drawing.draw = [&item, document](QPainter& painter) {
-        draw(painter, *document, valueOf(item, "color").value<QColor>(),
-             originOf(item, numberOf(item, "contentHeight")));
-        return true;
-    };
     return drawing;
 }
 
