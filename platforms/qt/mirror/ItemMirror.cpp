@@ -5,6 +5,7 @@
 
 #include "MirethVex/Platform/TextViews.hpp"
 #include "platforms/qt/mirror/LookView.hpp"
+#include "platforms/qt/mirror/MirroredViews.hpp"
 #include "platforms/qt/mirror/RectangleLook.hpp"
 #include "platforms/qt/objects/ItemOwner.hpp"
 #include "platforms/qt/objects/LayerValues.hpp"
@@ -12,7 +13,10 @@
 #include "platforms/qt/objects/MarkingProperties.hpp"
 #include "platforms/qt/objects/PassDepth.hpp"
 #include "platforms/qt/objects/ScreenKeyboard.hpp"
+#include "platforms/qt/pictures/ItemPictures.hpp"
 #include "platforms/qt/pictures/PictureViews.hpp"
+#include "platforms/qt/screens/SeenScreens.hpp"
+#include "platforms/qt/state/WindowState.hpp"
 
 namespace mireth::qt {
 

@@ -6,14 +6,15 @@
 #include <memory>
 
 #include "MirethVex/Platform/View.hpp"
-#include "platforms/qt/mirror/MirroredViews.hpp"
 #include "platforms/qt/objects/ClassCatalog.hpp"
 #include "platforms/qt/objects/PassSize.hpp"
-#include "platforms/qt/pictures/ItemPictures.hpp"
-#include "platforms/qt/screens/SeenScreens.hpp"
-#include "platforms/qt/state/WindowState.hpp"
 
 namespace mireth::qt {
+
+class ItemPictures;
+class MirroredViews;
+class SeenScreens;
+class WindowState;
 
 /// One pass. Reads the items' properties; what an item draws is not looked at, unless the mirror is unmasked:
 /// with `pictures`. Main thread only.

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QPalette>
-#include <QSize>
 #include <QStyle>
 #include <QWidget>
 #include <cstdint>

@@ -8,12 +8,17 @@
 #include <vector>
 
 #include "MirethVex/Platform/TextViews.hpp"
+#include "platforms/qt/mirror/MirroredViews.hpp"
+#include "platforms/qt/mirror/StyledContents.hpp"
 #include "platforms/qt/objects/LayerValues.hpp"
 #include "platforms/qt/objects/MarkedOwners.hpp"
 #include "platforms/qt/objects/MarkedWidgets.hpp"
 #include "platforms/qt/objects/MarkingProperties.hpp"
 #include "platforms/qt/objects/PassDepth.hpp"
 #include "platforms/qt/pictures/PictureViews.hpp"
+#include "platforms/qt/pictures/WidgetPictures.hpp"
+#include "platforms/qt/screens/SeenScreens.hpp"
+#include "platforms/qt/state/WindowState.hpp"
 
 namespace mireth::qt {
 

@@ -6,15 +6,16 @@
 #include <memory>
 
 #include "MirethVex/Platform/View.hpp"
-#include "platforms/qt/mirror/MirroredViews.hpp"
-#include "platforms/qt/mirror/StyledContents.hpp"
 #include "platforms/qt/objects/ClassCatalog.hpp"
 #include "platforms/qt/objects/PassSize.hpp"
-#include "platforms/qt/pictures/WidgetPictures.hpp"
-#include "platforms/qt/screens/SeenScreens.hpp"
-#include "platforms/qt/state/WindowState.hpp"
 
 namespace mireth::qt {
+
+class MirroredViews;
+class SeenScreens;
+class StyledContents;
+class WidgetPictures;
+class WindowState;
 
 /// One pass. Reads the widgets and paints none of them; with `pictures` the mirror is unmasked, and shows
 /// what they paint. Main thread only.
