@@ -36,12 +36,12 @@ TEST_F(QtQmlModule, MasksAPopUpAsSoonAsItIsThere) {
         "Popup { objectName: 'popup'; Mireth.masked: true; x: 20; y: 20; width: 100; height: 60; padding: 0;"
         " background: Rectangle { color: 'black' } }",
         {}, "import MirethVex");
-    QMetaObject::invokeMethod(&scene.object("popup"), "open");
-    for (int sample = 0; sample < 5; ++sample) {
-        const QImage seen = pictureOf(scene);
-        EXPECT_GT(qRed(seen.pixel(70, 50)), 100) << "no black of the pop-up's";
-        runFor(0.05);
-    }
+    QObject& popup = scene.object("popup");
+    QMetaObject::invokeMethod(&popup, "open");
+    ASSERT_TRUE(runUntil([&] {
+        EXPECT_GT(qRed(pictureOf(scene).pixel(70, 50)), 100) << "no black of the pop-up's";
+        return popup.property("opened").toBool();
+    }));
     EXPECT_TRUE(isMaskBlock(pictureOf(scene).pixel(70, 50)));
 }
 
