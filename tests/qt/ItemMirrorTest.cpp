@@ -11,6 +11,7 @@
 #include "PrivateSide/Extensions/CALayerExtensions/LayerComparison.hpp"
 #include "PrivateSide/Extensions/CALayerExtensions/LayerSnapshot.hpp"
 #include "contract/services/TestSupport.hpp"
+#include "qt/support/Colors.hpp"
 #include "qt/support/Pictures.hpp"
 #include "qt/support/QmlScene.hpp"
 
@@ -30,11 +31,6 @@ class QtItemMirror : public testing::Test {
 
     const qt::QtPlatform platform_;
 };
-
-bool isNear(QRgb seen, int red, int green, int blue) {
-    return std::abs(qRed(seen) - red) <= 3 && std::abs(qGreen(seen) - green) <= 3 &&
-           std::abs(qBlue(seen) - blue) <= 3;
-}
 
 /// Where a scene that uses the files in `folder` lies.
 QUrl sceneIn(const test::TemporaryDirectory& folder) {

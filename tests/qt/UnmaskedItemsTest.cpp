@@ -14,17 +14,13 @@
 
 #include "MirethVex/Qt/QtPlatform.hpp"
 #include "contract/services/TestSupport.hpp"
+#include "qt/support/Colors.hpp"
 #include "qt/support/Pictures.hpp"
 #include "qt/support/QmlScene.hpp"
 
 namespace mireth::qttest {
 
 namespace {
-
-bool isNear(QRgb seen, int red, int green, int blue) {
-    return std::abs(qRed(seen) - red) <= 3 && std::abs(qGreen(seen) - green) <= 3 &&
-           std::abs(qBlue(seen) - blue) <= 3;
-}
 
 /// The smallest rectangle that holds all pixels of a saturated colour.
 QRect colored(const QImage& picture) {

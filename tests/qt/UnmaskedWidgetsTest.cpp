@@ -18,6 +18,7 @@
 #include <utility>
 
 #include "MirethVex/Qt/QtPlatform.hpp"
+#include "qt/support/Colors.hpp"
 #include "qt/support/EventLoop.hpp"
 #include "qt/support/Pictures.hpp"
 
@@ -42,12 +43,6 @@ class Painted : public QWidget {
         }
     }
 };
-
-QPalette grey() {
-    QPalette palette;
-    palette.setColor(QPalette::Window, QColor(240, 240, 240));
-    return palette;
-}
 
 /// How many pixels of `area` differ from what is seen at its top left corner.
 int marksIn(const QImage& picture, const QRect& area) {
@@ -77,7 +72,7 @@ int greatestDifference(const QImage& one, const QImage& other) {
 class QtUnmaskedWidgets : public testing::Test {
   protected:
     QtUnmaskedWidgets() {
-        window_.setPalette(grey());
+        window_.setPalette(greyPalette());
         window_.resize(200, 100);
     }
     QImage picture() {

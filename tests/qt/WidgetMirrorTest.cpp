@@ -24,18 +24,13 @@
 
 #include "MirethVex/Platform/TextViews.hpp"
 #include "MirethVex/Qt/QtPlatform.hpp"
+#include "qt/support/Colors.hpp"
 #include "qt/support/EventLoop.hpp"
 #include "qt/support/Pictures.hpp"
 
 namespace mireth::qttest {
 
 namespace {
-
-QPalette grey() {
-    QPalette palette;
-    palette.setColor(QPalette::Window, QColor(240, 240, 240));
-    return palette;
-}
 
 class CardNumber : public QWidget {
     Q_OBJECT
@@ -52,7 +47,7 @@ class GoldCardNumber : public CardNumber {
 class QtWidgetMirror : public testing::Test {
   protected:
     QtWidgetMirror() {
-        window_.setPalette(grey());
+        window_.setPalette(greyPalette());
         window_.resize(200, 100);
     }
     QImage picture(std::vector<const platform::ViewClass*> masked = {}) {
