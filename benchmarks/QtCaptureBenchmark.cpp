@@ -100,14 +100,11 @@ void widgets(benchmark::State& state) {
 }
 BENCHMARK(widgets)->Unit(benchmark::kMillisecond);
 
-void items(benchmark::State& state) {
+/// A window of items whose QML is `scene`.
+void compareScene(benchmark::State& state, const char* scene) {
     QQmlEngine engine;
     QQmlComponent component(&engine);
-    component.setData(
-        "import QtQuick\nimport QtQuick.Window\n"
-        "Window { width: 390; height: 844; visible: true; Grid { columns: 10; Repeater { model: 150;"
-        " Rectangle { width: 38; height: 50; radius: 6; color: 'lightgrey'; Text { text: 'Text' } } } } }",
-        {});
+    component.setData(scene, {});
     const std::unique_ptr<QObject> root(component.create());
     auto* const window = qobject_cast<QQuickWindow*>(root.get());
     if (window == nullptr) {
@@ -124,7 +121,33 @@ void items(benchmark::State& state) {
         return window->grabWindow();
     });
 }
+
+void items(benchmark::State& state) {
+    compareScene(
+        state,
+        "import QtQuick\nimport QtQuick.Window\n"
+        "Window { width: 390; height: 844; visible: true; Grid { columns: 10; Repeater { model: 150;"
+        " Rectangle { width: 38; height: 50; radius: 6; color: 'lightgrey'; Text { text: 'Text' } } } } }");
+}
 BENCHMARK(items)->Unit(benchmark::kMillisecond);
+
+/// One of each: few objects of many classes, most of them QML's.
+void controls(benchmark::State& state) {
+    compareScene(state,
+                 "import QtQuick\nimport QtQuick.Window\nimport QtQuick.Controls.Basic\n"
+                 "Window { width: 390; height: 844; visible: true; Flow { anchors.fill: parent;"
+                 " Button { text: 'a' } CheckBox { text: 'a' } RadioButton { text: 'a' } Switch { text: 'a' }"
+                 " ToolButton { text: 'a' } RoundButton { text: 'a' } DelayButton { text: 'a' }"
+                 " TabBar { TabButton { text: 'a' } } ToolBar { Label { text: 'a' } }"
+                 " ComboBox { model: ['a'] } SpinBox {} Slider {} RangeSlider {} Dial {} Tumbler { model: 5 }"
+                 " TextField { text: 'a' } TextArea { text: 'a' } ProgressBar {} BusyIndicator {}"
+                 " PageIndicator { count: 3 } ScrollBar { size: 0.5 } ItemDelegate { text: 'a' }"
+                 " CheckDelegate { text: 'a' } RadioDelegate { text: 'a' } SwitchDelegate { text: 'a' }"
+                 " SwipeDelegate { text: 'a' } MenuItem { text: 'a' } GroupBox { title: 'a' } Frame {}"
+                 " Page { title: 'a' } Pane {} StackView {} SwipeView {} ScrollView {} MenuSeparator {}"
+                 " ToolSeparator {} Image {} BorderImage {} } }");
+}
+BENCHMARK(controls)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace mireth::benchmarks

@@ -136,11 +136,20 @@ const MirroredClass& ClassCatalog::ofItem(const QQuickItem& item) {
     return find(item, Family::item);
 }
 
+bool ClassCatalog::Entry::isOf(const QMetaObject& type) const {
+    return superclass == type.superClass() && name == type.className();
+}
+
+void ClassCatalog::startPass() {
+    std::erase_if(entries_, [](const auto& entry) { return entry.second.isDeclared; });
+}
+
 const MirroredClass& ClassCatalog::find(const QObject& object, Family family) {
     const QMetaObject& type = *object.metaObject();
-    const auto [entry, isNew] = entries_.try_emplace({&type, cppClassOf(object)});
-    MirroredClass& mirrored = entry->second;
-    if (isNew) {
+    Entry& entry = entries_[{&type, cppClassOf(object)}];
+    if (!entry.isOf(type)) {
+        entry = {type.className(), type.superClass(), isDeclared(type), {}};
+        MirroredClass& mirrored = entry.mirrored;
         mirrored = family == Family::widget ? ruleForWidget(writtenIn(type)) : ruleForItem(writtenIn(type));
         if (family == Family::item && isKeyboard(type)) {
             mirrored.shown = Shown::hosted;
@@ -148,7 +157,7 @@ const MirroredClass& ClassCatalog::find(const QObject& object, Family family) {
         mirrored.viewClass = &registeredClassOf(object, ViewClass::view());
         mirrored.state = std::make_shared<const ClassState>(classStateOf(type));
     }
-    return mirrored;
+    return entry.mirrored;
 }
 
 std::size_t ClassCatalog::KeyHash::operator()(const Key& key) const noexcept {

@@ -61,13 +61,13 @@ const platform::ViewClass& registeredViewClass(std::string_view name);
 /// `owner` that the item is all of. It goes by the names of both.
 const platform::ViewClass& withNamesOf(const QObject& owner, const platform::ViewClass& viewClass);
 
-/// Remembers what it has found out, for one pass over the app's objects: a class of QML's may go after it,
-/// and another one come to lie at its place. Main thread only.
+/// Remembers what it has found out. Main thread only.
 class ClassCatalog {
   public:
-    void startPass() { entries_.clear(); }
+    /// Forgets the classes that QML made: after the last of their objects they may go, too.
+    void startPass();
 
-    /// Both for the object's own class and through all superclasses.
+    /// Both for the object's own class and through all superclasses. What they give out lasts for the pass.
     const MirroredClass& ofWidget(const QWidget& widget);
     const MirroredClass& ofItem(const QQuickItem& item);
 
@@ -84,9 +84,19 @@ class ClassCatalog {
         std::size_t operator()(const Key& key) const noexcept;
     };
 
+    struct Entry {
+        bool isOf(const QMetaObject& type) const;
+
+        std::string name;
+        const QMetaObject* superclass = nullptr;
+        bool isDeclared = false;
+        MirroredClass mirrored;
+    };
+
     const MirroredClass& find(const QObject& object, Family family);
 
-    std::unordered_map<Key, MirroredClass, KeyHash> entries_;
+    /// A class of C++ goes with the plugin that it came in, and another one may come to lie at its place.
+    std::unordered_map<Key, Entry, KeyHash> entries_;
 };
 
 }  // namespace mireth::qt

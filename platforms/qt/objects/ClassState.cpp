@@ -1,22 +1,19 @@
 #include "platforms/qt/objects/ClassState.hpp"
 
-#include <QMetaMethod>
 #include <QMetaProperty>
 #include <algorithm>
 #include <array>
 #include <string_view>
 
 #include "platforms/qt/objects/ClassCatalog.hpp"
-#include "platforms/qt/objects/QtProperty.hpp"
 
 namespace mireth::qt {
 
 namespace {
 
-constexpr std::array stateNames{"text",         "title",  "value",       "checkState",      "checked",
-                                "currentIndex", "source", "windowTitle", "pixmap",          "icon",
-                                "selectedDate", "font",   "keySequence", "placeholderText", "color",
-                                "currentText",  "mirror"};
+constexpr auto stateNames = std::to_array<std::string_view>(
+    {"text", "title", "value", "checkState", "checked", "currentIndex", "source", "windowTitle", "pixmap",
+     "icon", "selectedDate", "font", "keySequence", "placeholderText", "color", "currentText", "mirror"});
 
 /// The classes of Qt's that declare them. Their getters run nothing of the app's.
 constexpr auto statefulWidgets =
@@ -28,22 +25,22 @@ constexpr auto statefulWidgets =
                                      "QSpinBox",        "QStackedWidget",  "QTabBar",
                                      "QTabWidget",      "QTextEdit"});
 constexpr auto statefulItems = std::to_array<std::string_view>(
-    {"QQuickAbstractButton", "QQuickCheckBox",  "QQuickCheckDelegate", "QQuickColorImage",
-     "QQuickComboBox",       "QQuickContainer", "QQuickDial",          "QQuickGroupBox",
-     "QQuickIconImage",      "QQuickImageBase", "QQuickItemView",      "QQuickLoader",
-     "QQuickPage",           "QQuickPathView",  "QQuickProgressBar",   "QQuickSlider",
-     "QQuickSpinBox",        "QQuickText",      "QQuickTextArea",      "QQuickTextEdit",
-     "QQuickTextField",      "QQuickTextInput", "QQuickTumbler"});
+    {"QQuickAbstractButton", "QQuickCanvasItem", "QQuickCheckBox",  "QQuickCheckDelegate", "QQuickColorImage",
+     "QQuickComboBox",       "QQuickContainer",  "QQuickDial",      "QQuickGroupBox",      "QQuickIconImage",
+     "QQuickImageBase",      "QQuickItemView",   "QQuickLoader",    "QQuickPage",          "QQuickPathView",
+     "QQuickProgressBar",    "QQuickSlider",     "QQuickSpinBox",   "QQuickText",          "QQuickTextArea",
+     "QQuickTextEdit",       "QQuickTextField",  "QQuickTextInput", "QQuickTumbler"});
 
 bool isStateful(std::string_view type) {
     return std::ranges::find(statefulWidgets, type) != statefulWidgets.end() ||
            std::ranges::find(statefulItems, type) != statefulItems.end();
 }
 
+/// To read an alias may run the app's code.
 bool isPlain(const QMetaProperty& property) {
     constexpr std::array plainTypes{QMetaType::Bool,    QMetaType::Int,  QMetaType::Double,
                                     QMetaType::QString, QMetaType::QUrl, QMetaType::QColor};
-    return std::ranges::find(plainTypes, property.typeId()) != plainTypes.end();
+    return !property.isAlias() && std::ranges::find(plainTypes, property.typeId()) != plainTypes.end();
 }
 
 /// That of a progress bar has a virtual getter, which may be the app's; a document's may be long.
@@ -51,45 +48,46 @@ bool isLeftOut(std::string_view declaring, std::string_view property) {
     return property == "text" && (declaring == "QProgressBar" || declaring == "QQuickTextEdit");
 }
 
-/// To read a property of the app's own classes would run the app's code, and so does an alias for one.
-bool runsNoCodeOfTheApps(const QMetaObject& declaring, const QMetaProperty& property) {
-    if (isDeclared(declaring)) {
-        return !property.isAlias() && isPlain(property);
+void add(std::vector<StateProperty>& properties, std::string_view name, int index) {
+    const auto known = std::ranges::find(properties, name, &StateProperty::name);
+    if (known != properties.end()) {
+        known->index = index;
+    } else {
+        properties.push_back({name, index});
     }
-    const std::string_view name = declaring.className();
-    return isStateful(name) && !isLeftOut(name, property.name());
 }
 
-/// That of the nearest class which may be asked; -1 when there is none.
-int indexOfState(const QMetaObject& type, const char* name) {
-    for (const QMetaObject* candidate = &type; candidate != nullptr; candidate = candidate->superClass()) {
-        const int index = candidate->indexOfProperty(name);
-        if (index < candidate->propertyOffset()) {
+/// Makes the state of a superclass that of the class `type` right below it.
+void addOwn(ClassState& state, const QMetaObject& type) {
+    const std::string_view className = type.className();
+    const bool isOfQml = isDeclared(type);
+    if (!isOfQml && !isStateful(className)) {
+        // To read a property of the app's own classes would run the app's code.
+        return;
+    }
+    const int end = type.propertyCount();
+    for (int index = type.propertyOffset(); index < end; ++index) {
+        const QMetaProperty property = type.property(index);
+        const auto name = std::ranges::find(stateNames, std::string_view(property.name()));
+        if (name == stateNames.end()) {
             continue;
         }
-        if (runsNoCodeOfTheApps(*candidate, candidate->property(index))) {
-            return index;
+        if (isOfQml ? isPlain(property) : !isLeftOut(className, property.name())) {
+            add(state.properties, *name, index);
         }
     }
-    return -1;
+    if (className == "QQuickCanvasItem") {
+        state.changeSignals.push_back(type.indexOfSignal("painted()"));
+    } else if (className == "QQuickTextEdit") {
+        state.changeSignals.push_back(type.indexOfSignal("textChanged()"));
+    }
 }
 
 }  // namespace
 
 ClassState classStateOf(const QMetaObject& type) {
-    ClassState state;
-    for (const char* const name : stateNames) {
-        const int index = indexOfState(type, name);
-        if (index >= 0) {
-            state.properties.push_back(index);
-        }
-    }
-    if (const QMetaObject* const canvas = classNamed(type, "QQuickCanvasItem")) {
-        state.changeSignals.push_back(canvas->indexOfSignal("painted()"));
-    }
-    if (const QMetaObject* const edit = classNamed(type, "QQuickTextEdit")) {
-        state.changeSignals.push_back(edit->indexOfSignal("textChanged()"));
-    }
+    ClassState state = type.superClass() != nullptr ? classStateOf(*type.superClass()) : ClassState();
+    addOwn(state, type);
     return state;
 }
 

@@ -62,9 +62,9 @@ void StateDigest::addValue(const QVariant& value) {
     }
 }
 
-void StateDigest::addProperties(const QObject& object, const std::vector<int>& properties) {
-    for (const int index : properties) {
-        addValue(object.metaObject()->property(index).read(&object));
+void StateDigest::addProperties(const QObject& object, const std::vector<StateProperty>& properties) {
+    for (const StateProperty& property : properties) {
+        addValue(object.metaObject()->property(property.index).read(&object));
     }
 }
 

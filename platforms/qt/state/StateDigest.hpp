@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "platforms/qt/objects/ClassState.hpp"
+
 namespace mireth::qt {
 
 /// Tells one state from another and nothing more: no text can be read from it, nor looked up, since each
@@ -21,8 +23,8 @@ class StateDigest {
     void addFont(const QFont& font);
     /// Of pictures it is whether they are the same object.
     void addValue(const QVariant& value);
-    /// The values of the properties at these indexes of the object's class.
-    void addProperties(const QObject& object, const std::vector<int>& properties);
+    /// Their values, `properties` being those of the object's class.
+    void addProperties(const QObject& object, const std::vector<StateProperty>& properties);
 
     std::string text() const { return std::to_string(value_); }
 
