@@ -35,6 +35,11 @@ WindowCapture::Views WindowCapture::unmaskedViews() {
     return views;
 }
 
+void WindowCapture::recordingEnded() noexcept {
+    screens_.forget();
+    lastFrame_ = {};
+}
+
 void WindowCapture::startFrame() {
     lastFrame_ = SteadyClock::now();
     touches_.comeFirst();

@@ -31,7 +31,8 @@ class WindowCapture {
     void paintPictures() { mirror_.paintPictures(); }
     /// Of the window itself.
     const platform::Layer& layer();
-    void recordingEnded() noexcept { screens_.forget(); }
+    /// What is shown until the next recording begins is nobody's business.
+    void recordingEnded() noexcept;
 
   private:
     using SteadyClock = std::chrono::steady_clock;
