@@ -17,7 +17,7 @@ void LibraryModel::startRecording() {
         due_.afterTurn([this] { answer("startRecording", "alreadyStarted"); });
         return;
     }
-    reportsScreens_ = reportsScreens_ || scenario_.automaticNavigationTracking;
+    reportsScreens_ = scenario_.automaticNavigationTracking;
     state_ = State::starting;
     due_.afterTurn([this] {
         state_ = State::started;
@@ -44,7 +44,7 @@ void LibraryModel::movedToBackground() {
 void LibraryModel::pauseRecording() {
     if (state_ == State::started) {
         state_ = State::paused;
-        session_->isPaused = true;
+        session_->isPaused = detectionIsPaused_ = true;
         answer("pauseRecording", "success");
     } else {
         answer("pauseRecording", state_ == State::paused ? "alreadyPaused" : "notStarted");
@@ -54,7 +54,7 @@ void LibraryModel::pauseRecording() {
 void LibraryModel::resumeRecording() {
     if (state_ == State::paused) {
         state_ = State::started;
-        session_->isPaused = false;
+        session_->isPaused = detectionIsPaused_ = false;
         answer("resumeRecording", "success");
     } else {
         answer("resumeRecording", state_ == State::started ? "notPaused" : "notStarted");
@@ -64,6 +64,7 @@ void LibraryModel::resumeRecording() {
 void LibraryModel::beginSession() {
     session_.emplace(Session{TimelineModel("S" + std::to_string(++sessions_), outcome_.events)});
     lastTap_.reset();
+    detectionIsPaused_ = false;
     record(surroundings_.wallMillis(), "SessionStartMarker", nullptr);
     record(surroundings_.wallMillis(), "MetadataCaptured", metadataOf(scenario_));
     scheduleFrame(due_.takePlace());
@@ -163,9 +164,15 @@ void LibraryModel::touchEnded(const Finger& finger) {
 }
 
 void LibraryModel::singleTap(const Tap& tap) {
-    lastTap_ = {tap.point, surroundings_.wallMillis()};
-    due_.after(wait(), [this, tap, session = sessions_, before = surroundings_.picture()] {
-        if (session == sessions_ && looksTheSame(before, surroundings_.picture(), rules_)) {
+    const bool isInPause = isPaused() && !rules_.tapsInPausesCount;
+    if (isInPause) {
+        lastTap_.reset();
+    } else {
+        lastTap_ = {tap.point, surroundings_.wallMillis()};
+    }
+    due_.after(wait(), [this, tap, session = sessions_, isInPause, before = surroundings_.picture()] {
+        const bool mayBeTold = session == sessions_ && (detectionIsPaused_ || !isInPause);
+        if (mayBeTold && looksTheSame(before, surroundings_.picture(), rules_)) {
             recordSignal(tap, "DeadTap");
         }
     });
@@ -179,7 +186,7 @@ void LibraryModel::recordSignal(const Tap& tap, const char* signal) {
 }
 
 void LibraryModel::recordDetected(std::int64_t timestamp, const char* type, Json details) {
-    if (!session_ || (session_->isPaused && !rules_.pauseLetsPass)) {
+    if (!session_ || (isPaused() && !rules_.pauseLetsPass)) {
         complain("Could not record event - event callback is nil");
     } else if (!session_->hasSize) {
         complain("Failed to record event");

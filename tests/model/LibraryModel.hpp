@@ -67,6 +67,7 @@ class LibraryModel {
     void endSession();
     void scheduleFrame(std::uint64_t place);
     void frame();
+    bool isPaused() const { return session_ && session_->isPaused; }
     void singleTap(const Tap& tap);
     void record(std::int64_t timestamp, const char* type, Json details);
     /// What the detector found; only while it may say so, and once it is known where in the video it belongs.
@@ -87,6 +88,8 @@ class LibraryModel {
     int sessions_ = 0;
     /// From the start of the recorder to its stop.
     std::optional<Session> session_;
+    /// A session that is stopped in a pause leaves it so.
+    bool detectionIsPaused_ = false;
     /// The fingers it has seen begin, and whether they have moved.
     std::map<std::uint64_t, bool> fingers_;
 

@@ -53,7 +53,8 @@ INSTANTIATE_TEST_SUITE_P(Rules, PlantedDifference,
                                          Planted{"placesMayDiffer", {.placesMayDiffer = true}},
                                          Planted{"tapsPairOnce", {.tapsPairOnce = true}},
                                          Planted{"rageGoesOn", {.rageGoesOn = true}},
-                                         Planted{"pauseLetsPass", {.pauseLetsPass = true}}),
+                                         Planted{"pauseLetsPass", {.pauseLetsPass = true}},
+                                         Planted{"tapsInPausesCount", {.tapsInPausesCount = true}}),
                          [](const auto& tested) {
                              std::string name = tested.param.name;
                              std::ranges::replace(name, '.', '_');

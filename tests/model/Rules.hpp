@@ -28,6 +28,7 @@ struct Rules {
     bool tapsPairOnce = false;
     bool rageGoesOn = false;
     bool pauseLetsPass = false;
+    bool tapsInPausesCount = false;
 };
 
 }  // namespace mireth::model

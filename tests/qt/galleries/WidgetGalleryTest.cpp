@@ -135,10 +135,10 @@ TEST_P(QtWidgetGallery, ShowsNoCanaryInAWindow) {
         widget->move(window.mapToGlobal(QPoint(10, 10)));
     }
     widget->show();
+    runFor(0.01);
     if (isWindow) {
         widget->raise();  // some have shown themselves before the window
     }
-    runFor(0.01);
     const auto recorded = platform_.windowOf(window);
     expectMasked(*recorded, window, *widget);
     WatchedExhibit watched(recorded, isInTheVideo());
