@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QGuiApplication>
+#include <QTimer>
 #include <utility>
 
 #include "Base/GuardedRun.hpp"
@@ -49,8 +50,8 @@ bool Attachment::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void Attachment::inATurn(const std::function<void()>& work) {
-    QMetaObject::invokeMethod(
-        this, [work] { runGuarded("the recording of a program", work); }, Qt::QueuedConnection);
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): what Qt makes of the function is its own.
+    QTimer::singleShot(0, this, [work] { runGuarded("the recording of a program", work); });
 }
 
 void Attachment::shown(QWindow& window) {

@@ -62,16 +62,16 @@ std::string_view qmlNameOf(const QMetaObject& type) {
 }
 
 /// Registers the superclasses first.
-const ViewClass& registeredBelow(const ViewClass& root, const QMetaObject* type) {
+const ViewClass* registeredBelow(const ViewClass* root, const QMetaObject* type) {
     if (type == nullptr || std::strcmp(type->className(), "QObject") == 0) {
         return root;
     }
-    const ViewClass* named = &registeredBelow(root, type->superClass());
+    const ViewClass* named = registeredBelow(root, type->superClass());
     if (const auto qmlName = qmlNameOf(*type); !qmlName.empty()) {
         named = &subclassNamed(qmlName, *named);
     }
     const std::string name = className(*type);
-    return name.empty() ? *named : subclassNamed(name, *named);
+    return name.empty() ? named : &subclassNamed(name, *named);
 }
 
 /// Not by what the object says it inherits, which it also says of interfaces.
@@ -93,7 +93,7 @@ const ViewClass& registeredClassOf(const QObject& object, const ViewClass& root)
             }
         }
     }
-    return registeredBelow(*below, object.metaObject());
+    return *registeredBelow(below, object.metaObject());
 }
 
 }  // namespace
