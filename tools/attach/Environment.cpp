@@ -29,12 +29,13 @@ void set(const char* variable, const std::string& value) {
 
 /// In front of what is there already, which is saved.
 void prepend(const char* variable, const std::string& value, char separator, const char* saveAs) {
-    const char* const before = ::getenv(variable);
-    if (before != nullptr) {
-        ::setenv(saveAs, before, 1);
+    const char* const found = ::getenv(variable);
+    // A copy: to change the environment may move what was found.
+    const std::string before = found != nullptr ? found : "";
+    if (found != nullptr) {
+        ::setenv(saveAs, before.c_str(), 1);
     }
-    const bool isEmpty = before == nullptr || *before == '\0';
-    ::setenv(variable, isEmpty ? value.c_str() : (value + separator + before).c_str(), 1);
+    ::setenv(variable, before.empty() ? value.c_str() : (value + separator + before).c_str(), 1);
 }
 
 }  // namespace

@@ -22,6 +22,7 @@ void warn(const std::string& line) {
 /// Does not return when the program can be run.
 int runProgram(std::vector<std::string> command) {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (auto& argument : command) {
         arguments.push_back(argument.data());
     }
