@@ -148,14 +148,15 @@ const MirroredClass& ClassCatalog::find(const QObject& object, Family family) {
     const QMetaObject& type = *object.metaObject();
     Entry& entry = entries_[{&type, cppClassOf(object)}];
     if (!entry.isOf(type)) {
-        entry = {type.className(), type.superClass(), isDeclared(type), {}};
-        MirroredClass& mirrored = entry.mirrored;
-        mirrored = family == Family::widget ? ruleForWidget(writtenIn(type)) : ruleForItem(writtenIn(type));
+        auto mirrored =
+            family == Family::widget ? ruleForWidget(writtenIn(type)) : ruleForItem(writtenIn(type));
         if (family == Family::item && isKeyboard(type)) {
             mirrored.shown = Shown::hosted;
         }
         mirrored.viewClass = &registeredClassOf(object, ViewClass::view());
         mirrored.state = std::make_shared<const ClassState>(classStateOf(type));
+        // Last, so that a lack of memory leaves no entry that is known by halves.
+        entry = {type.className(), type.superClass(), isDeclared(type), std::move(mirrored)};
     }
     return entry.mirrored;
 }
