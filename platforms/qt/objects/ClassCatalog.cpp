@@ -4,6 +4,7 @@
 #include <cctype>
 #include <cstring>
 #include <functional>
+#include <utility>
 
 #include "platforms/qt/objects/ClassRules.hpp"
 #include "platforms/qt/objects/ClassState.hpp"
